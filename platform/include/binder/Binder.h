@@ -1,0 +1,66 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+
+#include <binder/IBinder.h>
+#include <utils/Vector.h>
+
+namespace android {
+
+namespace transport {
+class Exports;
+}
+
+/** The base of every object that answers transactions. */
+class BBinder : public IBinder {
+ public:
+  BBinder();
+
+  const String16& getInterfaceDescriptor() const override;
+  bool isBinderAlive() const override;
+  status_t pingBinder() override;
+
+  /** What a DUMP_TRANSACTION runs. The stand-in carries no file descriptors: `fd` is -1 and `args` is empty.
+   */
+  virtual status_t dump(int fd, const Vector<String16>& args);
+
+  /** Answers a ping itself and runs onTransact for the rest, on the calling thread. */
+  status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) final;
+
+  status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
+                       uint32_t flags = 0) override;
+  status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr, uint32_t flags = 0,
+                         wp<DeathRecipient>* outRecipient = nullptr) override;
+
+  BBinder* localBinder() override;
+
+ protected:
+  ~BBinder() override;
+
+  /** Answers the interface and dump transactions; UNKNOWN_TRANSACTION for every other code. */
+  virtual status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0);
+
+ private:
+  friend class transport::Exports;
+  /** The number by which other processes know this object; 0 until it first leaves the process. */
+  std::atomic<uint64_t> exportedAs_{0};
+};
+
+/** The base of every proxy: holds the remote object. */
+class BpRefBase : public virtual RefBase {
+ protected:
+  explicit BpRefBase(const sp<IBinder>& o);
+  ~BpRefBase() override;
+
+  IBinder* remote() { return remote_.get(); }
+  IBinder* remote() const { return remote_.get(); }
+
+ private:
+  BpRefBase(const BpRefBase&) = delete;
+  BpRefBase& operator=(const BpRefBase&) = delete;
+
+  const sp<IBinder> remote_;
+};
+
+}  // namespace android
