@@ -1,0 +1,18 @@
+# Compiler settings that every target of this project shares: link vesk_compile PRIVATE.
+
+option(VESK_WERROR "Treat warnings as errors" ${PROJECT_IS_TOP_LEVEL})
+
+add_library(vesk_compile INTERFACE)
+target_compile_options(vesk_compile INTERFACE
+  -Wall -Wextra -Wpedantic -Wshadow -Wconversion
+  $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
+  $<$<BOOL:${VESK_WERROR}>:-Werror>)
+target_compile_definitions(vesk_compile INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
+target_link_options(vesk_compile INTERFACE
+  $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,defs>)
+
+# Not in vesk_compile: every object in a process has to agree on these.
+if(VESK_SANITIZE)
+  add_compile_options(-fsanitize=${VESK_SANITIZE} -fno-omit-frame-pointer -fno-sanitize-recover=all)
+  add_link_options(-fsanitize=${VESK_SANITIZE})
+endif()

@@ -1,0 +1,45 @@
+# What an installed tree holds, and how programs outside of this one find it:
+#
+#   vesk::client    the library and include/: all that an application in C needs
+#   vesk::service   vesk::client, the platform's headers and libraries: for processes that derive from the classes
+#                   of <com/qv/...>
+#
+# vesk_client.pc and vesk_service.pc offer the same two to everybody else. The stand-in for the platform is a
+# component of its own (platform), for it is not installed where the device brings the real one.
+
+include(CMakePackageConfigHelpers)
+
+set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vesk_client)
+
+install(TARGETS vesk_client vesk_service EXPORT vesk_client
+  LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT client)
+install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT client
+  FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
+if(VESK_PLATFORM STREQUAL "standin")
+  install(TARGETS log utils binder EXPORT vesk_client
+    LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT platform)
+  install(DIRECTORY platform/include/ DESTINATION ${VESK_PLATFORM_INCLUDEDIR} COMPONENT platform)
+else()
+  install(FILES cmake/VeskSystemPlatform.cmake DESTINATION ${package_dir} COMPONENT client)
+endif()
+install(EXPORT vesk_client NAMESPACE vesk:: FILE vesk_clientTargets.cmake DESTINATION ${package_dir}
+  COMPONENT client)
+
+configure_package_config_file(cmake/vesk_clientConfig.cmake.in ${CMAKE_BINARY_DIR}/package/vesk_clientConfig.cmake
+  INSTALL_DESTINATION ${package_dir} NO_SET_AND_CHECK_MACRO NO_CHECK_REQUIRED_COMPONENTS_MACRO)
+write_basic_package_version_file(${CMAKE_BINARY_DIR}/package/vesk_clientConfigVersion.cmake
+  COMPATIBILITY SameMinorVersion)
+install(FILES ${CMAKE_BINARY_DIR}/package/vesk_clientConfig.cmake
+              ${CMAKE_BINARY_DIR}/package/vesk_clientConfigVersion.cmake
+  DESTINATION ${package_dir} COMPONENT client)
+
+# Paths in the .pc files start at the files' own place, so that the tree can be moved.
+file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+if(VESK_PLATFORM STREQUAL "standin")
+  set(pc_platform_cflags "-I\${prefix}/${VESK_PLATFORM_INCLUDEDIR}")
+endif()
+foreach(module vesk_client vesk_service)
+  configure_file(cmake/${module}.pc.in ${CMAKE_BINARY_DIR}/package/${module}.pc @ONLY)
+  install(FILES ${CMAKE_BINARY_DIR}/package/${module}.pc DESTINATION ${CMAKE_INSTALL_LIBDIR}/pkgconfig
+    COMPONENT client)
+endforeach()
