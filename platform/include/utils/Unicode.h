@@ -1,0 +1,36 @@
+// Conversion between UTF-8 and UTF-16, and the few string functions that C has for char only.
+#pragma once
+
+#include <stddef.h>
+#include <stdint.h>
+#include <sys/types.h>
+
+extern "C" {
+
+size_t strlen16(const char16_t* s);
+// At most `limit` units are looked at.
+size_t strnlen16(const char16_t* s, size_t limit);
+
+// Compares by UTF-16 unit: below 0, 0 or above 0.
+int strzcmp16(const char16_t* a, size_t aLength, const char16_t* b, size_t bLength);
+
+// The number of UTF-16 units that the UTF-8 text turns into, or -1 if the text is malformed: cut off within a
+// character, a stray continuation byte, a longer form than needed, a surrogate, or a value above U+10FFFF.
+ssize_t utf8_to_utf16_length(const uint8_t* src, size_t srcLength);
+
+// Converts well-formed UTF-8 (see utf8_to_utf16_length) and ends it with a zero unit. `dst` holds dstLength
+// units, the zero among them; what does not fit is left out. Returns the address of the zero.
+char16_t* utf8_to_utf16(const uint8_t* src, size_t srcLength, char16_t* dst, size_t dstLength);
+// The same without the zero unit. Returns the address after the last unit.
+char16_t* utf8_to_utf16_no_null_terminator(const uint8_t* src, size_t srcLength, char16_t* dst,
+                                           size_t dstLength);
+
+// The number of bytes, without a zero, that the UTF-16 text turns into. A surrogate without its partner
+// counts as U+FFFD. -1 if the number does not fit in ssize_t.
+ssize_t utf16_to_utf8_length(const char16_t* src, size_t srcLength);
+
+// Converts UTF-16 and ends it with a zero byte. `dst` holds dstLength bytes, the zero among them; characters
+// that do not fit are left out. A surrogate without its partner becomes U+FFFD.
+void utf16_to_utf8(const char16_t* src, size_t srcLength, char* dst, size_t dstLength);
+
+}  // extern "C"
