@@ -23,8 +23,8 @@ class IInterface : public virtual RefBase {
 template <typename INTERFACE>
 class BnInterface : public INTERFACE, public BBinder {
  public:
-  sp<IInterface> queryLocalInterface(const String16& descriptor) override {
-    if (descriptor == INTERFACE::descriptor) return sp<IInterface>(static_cast<INTERFACE*>(this));
+  sp<IInterface> queryLocalInterface(const String16& wanted) override {
+    if (wanted == INTERFACE::descriptor) return sp<IInterface>(static_cast<INTERFACE*>(this));
     return nullptr;
   }
   const String16& getInterfaceDescriptor() const override { return INTERFACE::getInterfaceDescriptor(); }

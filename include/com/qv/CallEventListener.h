@@ -1,0 +1,15 @@
+#pragma once
+
+#include <com/qv/ICallEventListener.h>
+
+namespace com::qv {
+
+/** Logs each call event and hands it to the callback that the application gave to connect_call_service. */
+class COM_QV_EXPORT CallEventListener : public BnCallEventListener {
+ public:
+#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+#include <com/qv/CallEventListener.def>
+#undef METHOD
+};
+
+}  // namespace com::qv

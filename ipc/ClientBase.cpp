@@ -1,0 +1,32 @@
+#include <com/qv/ClientBase.h>
+
+#include <android/log.h>
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <utils/String8.h>
+
+namespace com::qv {
+
+using android::String8;
+
+ClientBase::ClientBase(const android::String16& serviceName, const char* tag)
+    : name(serviceName),
+      binder(android::defaultServiceManager()->getService(serviceName)),
+      connected(binder != nullptr) {
+  if (!connected) {
+    __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s failed!!! ", String8(name).c_str());
+    return;
+  }
+  android::ProcessState::self()->startThreadPool();
+  __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s done. ", String8(name).c_str());
+}
+
+ClientBase::~ClientBase() = default;
+
+void ClientBase::binderDied(const android::wp<android::IBinder>& who) {
+  if (deathHook != nullptr) deathHook(this, who);
+  // The tag is the same for the clients of every service: the routine is shared.
+  __android_log_print(ANDROID_LOG_INFO, "CallClient", "%s is died. ", String8(name).c_str());
+}
+
+}  // namespace com::qv

@@ -1,0 +1,102 @@
+/*
+ * Defines the classes of one interface from its rows; the twin of <com/qv/detail/DeclareInterface.h>, with
+ * the same two macros.
+ */
+
+#include <com/qv/detail/Methods.h>
+
+#include "ipc/Immortal.h"
+#include "ipc/Method.h"
+
+#define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)
+#define COM_QV_BP COM_QV_CAT(Bp, COM_QV_INTERFACE)
+#define COM_QV_BN COM_QV_CAT(Bn, COM_QV_INTERFACE)
+#define COM_QV_DEFAULT COM_QV_CAT(Default, COM_QV_INTERFACE)
+
+namespace com::qv {
+
+namespace {
+
+constexpr uint32_t kCodes[] = {
+#define METHOD(code, name, ...) code,
+#include COM_QV_METHODS
+#undef METHOD
+};
+
+constexpr bool codesAreDense() {
+  uint32_t next = android::IBinder::FIRST_CALL_TRANSACTION;
+  for (const uint32_t code : kCodes) {
+    if (code != next++) return false;
+  }
+  return true;
+}
+static_assert(codesAreDense(), "the rows of an interface stand in code order, from 1, without a gap");
+
+}  // namespace
+
+const android::String16& COM_QV_I::descriptor =
+    immortal<android::String16>("com.qv." COM_QV_STRING(COM_QV_I));
+
+const android::String16& COM_QV_I::getInterfaceDescriptor() const { return descriptor; }
+
+android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>& binder) {
+  if (binder == nullptr) return nullptr;
+  if (const android::sp<android::IInterface> local = binder->queryLocalInterface(descriptor);
+      local != nullptr) {
+    return static_cast<COM_QV_I*>(local.get());
+  }
+  return new COM_QV_BP(binder);
+}
+
+COM_QV_I::COM_QV_I() = default;
+COM_QV_I::~COM_QV_I() = default;
+
+COM_QV_BP::COM_QV_BP(const android::sp<android::IBinder>& remote) : android::BpInterface<COM_QV_I>(remote) {}
+COM_QV_BP::~COM_QV_BP() = default;
+
+#define METHOD(code, name, ...)                                                                  \
+  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                          \
+    return callMethod<COM_QV_TYPES(__VA_ARGS__)>(remote(), getInterfaceDescriptor(),             \
+                                                 code __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__)); \
+  }
+#include COM_QV_METHODS
+#undef METHOD
+
+COM_QV_BN::COM_QV_BN() = default;
+COM_QV_BN::~COM_QV_BN() = default;
+
+android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                                        uint32_t flags) {
+  if (code < android::IBinder::FIRST_CALL_TRANSACTION || code > std::size(kCodes)) {
+    return BBinder::onTransact(code, data, reply, flags);
+  }
+  if (!data.checkInterface(this)) return android::BAD_TYPE;
+
+  switch (code) {
+#define METHOD(code, name, ...) \
+  case code:                    \
+    return serve(static_cast<COM_QV_I*>(this), &COM_QV_I::name, data, reply);
+#include COM_QV_METHODS
+#undef METHOD
+  }
+  return android::UNKNOWN_TRANSACTION;
+}
+
+COM_QV_DEFAULT::COM_QV_DEFAULT() = default;
+COM_QV_DEFAULT::~COM_QV_DEFAULT() = default;
+
+#define METHOD(code, name, ...)                                                                           \
+  android::binder::Status COM_QV_DEFAULT::name(COM_QV_TYPES(__VA_ARGS__)) {                               \
+    return android::binder::Status::fromExceptionCode(android::binder::Status::EX_UNSUPPORTED_OPERATION); \
+  }
+#include COM_QV_METHODS
+#undef METHOD
+
+}  // namespace com::qv
+
+#undef COM_QV_I
+#undef COM_QV_BP
+#undef COM_QV_BN
+#undef COM_QV_DEFAULT
+#undef COM_QV_INTERFACE
+#undef COM_QV_METHODS

@@ -1,0 +1,34 @@
+#pragma once
+
+#include <mutex>
+
+namespace com::qv {
+
+/** A small value that is replaced as a whole and read by copy, from any thread. Meant to be immortal, as a
+ * Slot. */
+template <class T>
+class Guarded {
+ public:
+  void set(const T& value) {
+    const std::lock_guard lock(mutex_);
+    value_ = value;
+  }
+
+  T get() const {
+    const std::lock_guard lock(mutex_);
+    return value_;
+  }
+
+  /** One member of the current value. */
+  template <class Member, class Owner>
+  Member get(Member Owner::*member) const {
+    const std::lock_guard lock(mutex_);
+    return value_.*member;
+  }
+
+ private:
+  mutable std::mutex mutex_;
+  T value_{};
+};
+
+}  // namespace com::qv

@@ -1,0 +1,118 @@
+#pragma once
+
+#include <cstddef>
+#include <tuple>
+#include <type_traits>
+#include <utility>
+
+#include <binder/IInterface.h>
+#include <binder/Parcel.h>
+#include <binder/Status.h>
+
+#include "ipc/Marshal.h"
+
+/*
+ * A method's two ends, deduced from its parameter types: callMethod is what a proxy's method does,
+ * serveMethod what a stub does for it. Both are compiled once for each distinct parameter list, not for each
+ * method.
+ */
+namespace com::qv {
+
+template <class Parameter>
+constexpr bool kIsOut = std::is_pointer_v<Parameter>;
+
+template <class... Parameters>
+constexpr size_t kInCount = (size_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
+
+/**
+ * Applies `f` to the out-parameters in the order in which they stand in a reply, until one fails: the last
+ * one first (it is the method's return value), then the others as they are declared.
+ */
+template <class... Parameters, class Tuple, class F>
+status_t forEachOut(Tuple& parameters, F f) {
+  constexpr size_t kCount = sizeof...(Parameters);
+  constexpr size_t kIns = kInCount<Parameters...>;
+  status_t status = android::OK;
+  if constexpr (kCount > kIns) {
+    status = f(std::get<kCount - 1>(parameters));
+    [&]<size_t... I>(std::index_sequence<I...>) {
+      ((status == android::OK && (status = f(std::get<kIns + I>(parameters)))), ...);
+    }
+    (std::make_index_sequence<kCount - kIns - 1>());
+  }
+  return status;
+}
+
+template <class... Parameters>
+[[gnu::noinline]] android::binder::Status callMethod(android::IBinder* remote, const android::String16& token,
+                                                     uint32_t code, Parameters... parameters) {
+  Parcel data;
+  Parcel reply;
+  android::binder::Status result;
+
+  status_t status = data.writeInterfaceToken(token);
+  [[maybe_unused]] const auto writeIn = [&](const auto& parameter) {
+    if constexpr (!kIsOut<std::remove_cvref_t<decltype(parameter)>>) {
+      if (status == android::OK) status = write(&data, parameter);
+    }
+  };
+  (writeIn(parameters), ...);
+
+  if (status == android::OK) status = remote->transact(code, data, &reply, 0);
+  if (status == android::OK) status = result.readFromParcel(reply);
+  if (status == android::OK && result.isOk()) {
+    std::tuple<Parameters...> all(parameters...);
+    status = forEachOut<Parameters...>(all, [&](auto* out) { return read(reply, out); });
+  }
+  if (status != android::OK) result.setFromStatusT(status);
+  return result;
+}
+
+template <class... Parameters>
+[[gnu::noinline]] status_t serveMethod(android::IInterface* service,
+                                       android::binder::Status (android::IInterface::*method)(Parameters...),
+                                       const Parcel& data, Parcel* reply) {
+  constexpr size_t kIns = kInCount<Parameters...>;
+  std::tuple<std::remove_pointer_t<std::remove_cvref_t<Parameters>>...> locals;
+  status_t status = android::OK;
+
+  [&]<size_t... I>(std::index_sequence<I...>) {
+    ((status == android::OK && (status = read(data, &std::get<I>(locals)))), ...);
+  }
+  (std::make_index_sequence<kIns>());
+
+  if (status == android::OK) {
+    const android::binder::Status result = std::apply(
+        [&](auto&... local) {
+          return (service->*method)([&]() -> decltype(auto) {
+            if constexpr (kIsOut<Parameters>) {
+              return &local;
+            } else {
+              return (local);
+            }
+          }()...);
+        },
+        locals);
+    status = result.writeToParcel(reply);
+    if (status == android::OK && result.isOk()) {
+      status = forEachOut<Parameters...>(locals, [&](const auto& out) { return write(reply, out); });
+    }
+  }
+
+  if (status == android::UNEXPECTED_NULL) {
+    return android::binder::Status::fromExceptionCode(android::binder::Status::EX_NULL_POINTER)
+        .writeToParcel(reply);
+  }
+  return status;
+}
+
+/** serveMethod for a method of an interface class. */
+template <class Interface, class... Parameters>
+status_t serve(Interface* service, android::binder::Status (Interface::*method)(Parameters...),
+               const Parcel& data, Parcel* reply) {
+  return serveMethod<Parameters...>(
+      service, static_cast<android::binder::Status (android::IInterface::*)(Parameters...)>(method), data,
+      reply);
+}
+
+}  // namespace com::qv

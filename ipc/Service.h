@@ -1,0 +1,207 @@
+#pragma once
+
+#include <cstddef>
+#include <cstdint>
+#include <string>
+#include <thread>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include <binder/Status.h>
+#include <com/qv/ClientBase.h>
+#include <com/qv/CommonParcelable.h>
+
+#include "ipc/Guarded.h"
+#include "ipc/Slot.h"
+
+namespace com::qv {
+
+/** What a function returns when there is no client. */
+struct Absent {
+  int value;
+};
+
+/** What an out-value holds before the call, and so after a failed one. */
+struct Preset {
+  int value;
+};
+
+/** A C record of `kSize` bytes as an in-argument. */
+template <size_t kSize>
+struct Record {
+  const void* bytes;
+  CommonParcelable toParameter() const { return {bytes, kSize}; }
+};
+
+/** A C array as an in-argument; empty for a count of 0 or less. */
+struct IntArray {
+  const int* values;
+  int count;
+  std::vector<int32_t> toParameter() const {
+    return count > 0 ? std::vector<int32_t>(values, values + count) : std::vector<int32_t>();
+  }
+};
+
+/** A C argument as a method's parameter takes it. */
+template <class Parameter, class Argument>
+decltype(auto) toParameter(const Argument& argument) {
+  if constexpr (requires { argument.toParameter(); }) {
+    return argument.toParameter();
+  } else if constexpr (std::is_same_v<Argument, const char*>) {
+    return std::string(argument);  // A null pointer raises the standard library's logic error.
+  } else if constexpr (std::is_same_v<Parameter, bool> && std::is_same_v<Argument, int>) {
+    return argument != 0;
+  } else {
+    return (argument);
+  }
+}
+
+/**
+ * One service as the C functions see it: the current client, and the frame that they share. Each C function
+ * states its facts to one of the members below. They hold the proxy for the length of the call, look at
+ * nothing but the out-values, and may be called from any thread.
+ *
+ * A Service is immortal, as calls and events may still look in while the process exits; ReleaseAtExit lets
+ * its client go.
+ */
+template <class Client>
+class Service {
+ public:
+  using Interface = typename Client::Service;
+  using DiedCallback = void (*)();
+  template <class... Parameters>
+  using Method = android::binder::Status (Interface::*)(Parameters...);
+
+  /** Connects without death notification. A failed attempt leaves the earlier client. */
+  bool connect(const char* name) {
+    const android::sp<Client> client = newClient(name);
+    if (!client->connected) return false;
+    slot_.put(client);
+    return true;
+  }
+
+  /**
+   * Connects with death notification. `hook` has to hand the client to died(); `storeCallbacks` runs on
+   * success only. A failed attempt leaves the earlier client.
+   */
+  template <class StoreCallbacks>
+  bool connect(const char* name, ClientBase::DeathHook hook, DiedCallback onServiceDied,
+               StoreCallbacks storeCallbacks);
+
+  /** Empties the slot. */
+  void disconnect() { slot_.put(nullptr); }
+
+  /** The death hook's work. A client that is no longer the current one has nothing to tell. */
+  void died(ClientBase* client) {
+    if (!slot_.holds(client)) return;
+    if (const DiedCallback onServiceDied = onServiceDied_.get()) onServiceDied();
+    slot_.drop(client);
+  }
+
+  /** A method whose answer nobody looks at. */
+  template <class... Parameters, class... Arguments>
+  [[gnu::noinline]] void send(Method<Parameters...> method, Arguments... arguments) const {
+    if (const auto service = slot_.service(); service != nullptr) {
+      call<Parameters...>(*service, method, arguments...);
+    }
+  }
+
+  /** A method with one int32_t or bool out-value, which is the result. */
+  template <class... Parameters, class... Arguments>
+  [[gnu::noinline]] int value(Absent absent, Preset preset, Method<Parameters...> method,
+                              Arguments... arguments) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return absent.value;
+    auto result = static_cast<OutValue<Parameters...>>(preset.value);
+    call<Parameters...>(*service, method, arguments..., &result);
+    return result;
+  }
+
+  /** A method with one record of `kSize` bytes as out-value: 0 if it was copied to `record`, else -1 and that
+   * is untouched. */
+  template <size_t kSize, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int fetch(void* record, Method<Parameters...> method, Arguments... arguments) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return -1;
+    CommonParcelable result;
+    call<Parameters...>(*service, method, arguments..., &result);
+    return result.copyTo(record, kSize) ? 0 : -1;
+  }
+
+  /** A method with one text as out-value, handed out by `rule` (see Text.h), whose result is returned. */
+  template <class Rule, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int text(Absent absent, Rule rule, Method<Parameters...> method,
+                             Arguments... arguments) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return absent.value;
+    std::string result;
+    call<Parameters...>(*service, method, arguments..., &result);
+    return rule.store(result);
+  }
+
+  /**
+   * A method with a list of records as out-value. Each element of exactly `kSize` bytes goes to `store(index,
+   * bytes)`, index counting those elements; others are skipped; a false from `store` ends the walk without
+   * counting the element. The number of stored elements, -1 without a client.
+   */
+  template <size_t kSize, class Store, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int list(Store store, Method<Parameters...> method, Arguments... arguments) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return -1;
+    std::vector<CommonParcelable> elements;
+    call<Parameters...>(*service, method, arguments..., &elements);
+    int stored = 0;
+    for (const CommonParcelable& element : elements) {
+      if (element.blob().length() != kSize) continue;
+      if (!store(stored, element.blob().c_str())) break;
+      ++stored;
+    }
+    return stored;
+  }
+
+ private:
+  template <class... Parameters>
+  using OutValue =
+      std::remove_pointer_t<std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>>;
+
+  static android::sp<Client> newClient(const char* name) { return new Client(android::String16(name)); }
+
+  template <class... Parameters, class... Arguments>
+  static void call(Interface& service, Method<Parameters...> method, const Arguments&... arguments) {
+    (service.*method)(toParameter<Parameters>(arguments)...);
+  }
+
+  /** As the binder would: on a thread of its own, since the application may hold locks around its connect. */
+  static void tellOfDeath(const android::sp<Client>& client) {
+    std::thread([client] { client->binderDied(client->binder); }).detach();
+  }
+
+  Slot<Client> slot_;
+  Guarded<DiedCallback> onServiceDied_;
+};
+
+template <class Client>
+template <class StoreCallbacks>
+bool Service<Client>::connect(const char* name, ClientBase::DeathHook hook, DiedCallback onServiceDied,
+                              StoreCallbacks storeCallbacks) {
+  const android::sp<Client> client = newClient(name);
+  if (!client->connected) return false;
+  client->deathHook = hook;
+  slot_.put(client);
+  storeCallbacks();
+  onServiceDied_.set(onServiceDied);
+  // Last, so that the death, which may be told at once on another thread, finds everything in place. A
+  // service that died before this tells nobody by itself.
+  if (client->binder->linkToDeath(client, nullptr, 0) == android::DEAD_OBJECT) tellOfDeath(client);
+  return true;
+}
+
+/** Releases a service's client when the library's static objects are destroyed. */
+template <class Client>
+struct ReleaseAtExit {
+  Service<Client>& service;
+  ~ReleaseAtExit() { service.disconnect(); }
+};
+
+}  // namespace com::qv
