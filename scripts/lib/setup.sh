@@ -1,0 +1,81 @@
+# shellcheck shell=bash
+# What the scripts share: where the tree is, what has to be installed, how a preset is built. To be sourced.
+
+root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
+cd "$root" || exit
+
+jobs=$(nproc)
+export CTEST_PARALLEL_LEVEL="${CTEST_PARALLEL_LEVEL:-$jobs}"
+
+say() {
+  printf '%s\n' "$*" >&2
+}
+
+die() {
+  say "$(basename "$0"): $*"
+  exit 1
+}
+
+# quietly COMMAND...: shows what the command prints only if it fails.
+quietly() {
+  local log status=0
+  log=$(mktemp)
+  "$@" >"$log" 2>&1 </dev/null || status=$?
+  if [ "$status" -ne 0 ]; then
+    say "failed ($status): $*"
+    cat "$log" >&2
+  fi
+  rm -f "$log"
+  return "$status"
+}
+
+as_root() {
+  if [ "$(id -u)" -eq 0 ]; then
+    "$@"
+  elif command -v sudo >/dev/null; then
+    sudo --preserve-env=DEBIAN_FRONTEND "$@"
+  else
+    die "needs root (or sudo) to run: $*"
+  fi
+}
+
+# need WHAT:PACKAGE...: installs the Debian packages whose command, or file if it begins with '/', is missing.
+need() {
+  local entry what packages=()
+  for entry in "$@"; do
+    what=${entry%%:*}
+    case $what in
+      /*) [ -e "$what" ] || packages+=("${entry#*:}") ;;
+      *) command -v "$what" >/dev/null || packages+=("${entry#*:}") ;;
+    esac
+  done
+  [ ${#packages[@]} -gt 0 ] || return 0
+  command -v apt-get >/dev/null || die "install these first (names as in Debian 12): ${packages[*]}"
+  say "installing ${packages[*]}"
+  export DEBIAN_FRONTEND=noninteractive
+  quietly as_root apt-get update -q
+  quietly as_root apt-get install -q -y --no-install-recommends "${packages[@]}"
+}
+
+# What configuring and building any preset takes.
+need_tools() {
+  need cmake:cmake ninja:ninja-build gcc:gcc g++:g++ pkg-config:pkg-config /usr/include/gtest/gtest.h:libgtest-dev
+}
+
+# configure PRESET
+configure() {
+  quietly cmake --preset "$1"
+}
+
+# build PRESET [NINJA TARGET...]: shows progress on a terminal, and nothing but failures elsewhere.
+build() {
+  local preset=$1
+  shift
+  local command=(cmake --build --preset "$preset")
+  [ $# -eq 0 ] || command+=(--target "$@")
+  if [ -t 1 ]; then
+    "${command[@]}"
+  else
+    quietly "${command[@]}"
+  fi
+}
