@@ -1,16 +1,11 @@
-# Everything about the targets vesk_client and vesk_service except the list of their sources.
+# The two targets that programs use, in this tree as in the installed one (see VeskInstall.cmake). ipc/CMakeLists.txt
+# says what vesk_client is made of.
 
 add_library(vesk::client ALIAS vesk_client)
+# The platform's headers are no part of this: an application in C has no use for them.
 target_include_directories(vesk_client
-  PUBLIC $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>
-  PRIVATE ${CMAKE_CURRENT_SOURCE_DIR})
-# The platform stays private: an application in C has no use for its headers.
-target_link_libraries(vesk_client PRIVATE vesk_compile vesk::binder vesk::utils vesk::log)
-set_target_properties(vesk_client PROPERTIES
-  EXPORT_NAME client
-  C_VISIBILITY_PRESET hidden
-  CXX_VISIBILITY_PRESET hidden
-  VISIBILITY_INLINES_HIDDEN ON)
+  INTERFACE $<BUILD_INTERFACE:${CMAKE_CURRENT_SOURCE_DIR}/include> $<INSTALL_INTERFACE:${CMAKE_INSTALL_INCLUDEDIR}>)
+set_target_properties(vesk_client PROPERTIES EXPORT_NAME client)
 if(VESK_PLATFORM STREQUAL "standin")
   set_target_properties(vesk_client PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
