@@ -65,7 +65,8 @@ struct __android_log_message {
  * at once. */
 typedef void (*__android_logger_function)(const struct __android_log_message* log_message);
 
-/** Hands the message to the logger, if its priority is at or above the minimum. */
+/** Hands the message to the logger, whatever the minimum priority; a null tag or message is filled in first.
+ */
 void __android_log_write_log_message(struct __android_log_message* log_message);
 
 /** Sets the logger of this process. Null is the default one, __android_log_stderr_logger. */
