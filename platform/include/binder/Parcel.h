@@ -118,6 +118,16 @@ class Parcel {
     sp<IBinder> binder;
   };
 
+  /** Makes room for `size` bytes in all; false if there is no memory for them. */
+  bool reserve(size_t size);
+  /** Where the next `len` bytes go, the padding behind them zeroed already; null if there is no memory for
+   * them. */
+  uint8_t* claim(size_t len);
+  /** Forgets the objects that stand, even in part, between two offsets. */
+  void dropObjects(size_t from, size_t to);
+  /** A text of one- or two-byte units where it stands, with its terminating zero. */
+  status_t readTextInplace(size_t unitSize, const void** text, size_t* length) const;
+
   uint8_t* data_;
   size_t size_ = 0;
   size_t capacity_ = kInlineCapacity;
