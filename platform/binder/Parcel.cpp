@@ -196,13 +196,9 @@ status_t Parcel::write(const void* data, size_t len) {
 }
 
 status_t Parcel::writeInt32(int32_t val) { return writeValue(this, val); }
-
 status_t Parcel::writeUint32(uint32_t val) { return writeValue(this, val); }
-
 status_t Parcel::writeInt64(int64_t val) { return writeValue(this, val); }
-
 status_t Parcel::writeUint64(uint64_t val) { return writeValue(this, val); }
-
 status_t Parcel::writeBool(bool val) { return writeInt32(val ? 1 : 0); }
 
 status_t Parcel::writeString8(const String8& str) {
@@ -295,21 +291,13 @@ const void* Parcel::readInplace(size_t len) const {
 }
 
 int32_t Parcel::readInt32() const { return readOr<int32_t>(*this, &Parcel::readInt32); }
-
 status_t Parcel::readInt32(int32_t* pArg) const { return read(pArg, sizeof(*pArg)); }
-
 uint32_t Parcel::readUint32() const { return readOr<uint32_t>(*this, &Parcel::readUint32); }
-
 status_t Parcel::readUint32(uint32_t* pArg) const { return read(pArg, sizeof(*pArg)); }
-
 int64_t Parcel::readInt64() const { return readOr<int64_t>(*this, &Parcel::readInt64); }
-
 status_t Parcel::readInt64(int64_t* pArg) const { return read(pArg, sizeof(*pArg)); }
-
 uint64_t Parcel::readUint64() const { return readOr<uint64_t>(*this, &Parcel::readUint64); }
-
 status_t Parcel::readUint64(uint64_t* pArg) const { return read(pArg, sizeof(*pArg)); }
-
 bool Parcel::readBool() const { return readOr<bool>(*this, &Parcel::readBool); }
 
 status_t Parcel::readBool(bool* pArg) const {
@@ -319,60 +307,50 @@ status_t Parcel::readBool(bool* pArg) const {
   return status;
 }
 
-status_t Parcel::readTextInplace(size_t unitSize, const void** text, size_t* length) const {
+template <typename Unit>
+status_t Parcel::readTextInplace(const Unit** text, size_t* length) const {
   return readWhole(*this, [&] {
     size_t count;
-    if (const status_t status = readCount(*this, unitSize, &count); status != OK) return status;
-    const size_t bytes = unitSize * count;
-    const void* const found = readInplace(bytes + unitSize);
+    if (const status_t status = readCount(*this, sizeof(Unit), &count); status != OK) return status;
+    const void* const found = readInplace((count + 1) * sizeof(Unit));
     if (found == nullptr) return status_t{NOT_ENOUGH_DATA};
-    const uint8_t* const end = static_cast<const uint8_t*>(found) + bytes;
-    const bool terminated = std::all_of(end, end + unitSize, [](uint8_t byte) { return byte == 0; });
     // Only a position that was set by hand lies off the grid.
-    const bool aligned = reinterpret_cast<uintptr_t>(found) % unitSize == 0;
-    if (!terminated || !aligned) return status_t{BAD_TYPE};
-    *text = found;
+    if (reinterpret_cast<uintptr_t>(found) % alignof(Unit) != 0) return status_t{BAD_TYPE};
+    const Unit* const units = static_cast<const Unit*>(found);
+    if (units[count] != 0) return status_t{BAD_TYPE};
+    *text = units;
     *length = count;
     return status_t{OK};
   });
 }
 
+template <typename Unit, typename String>
+status_t Parcel::readText(String* str) const {
+  return readWhole(*this, [&] {
+    const Unit* text;
+    size_t length;
+    const status_t status = readTextInplace(&text, &length);
+    return status == OK ? str->setTo(text, length) : status;
+  });
+}
+
 String8 Parcel::readString8() const { return readOr<String8>(*this, &Parcel::readString8); }
-
-status_t Parcel::readString8(String8* pArg) const {
-  return readWhole(*this, [&] {
-    const void* text;
-    size_t length;
-    const status_t status = readTextInplace(1, &text, &length);
-    return status == OK ? pArg->setTo(static_cast<const char*>(text), length) : status;
-  });
-}
-
+status_t Parcel::readString8(String8* pArg) const { return readText<char>(pArg); }
 String16 Parcel::readString16() const { return readOr<String16>(*this, &Parcel::readString16); }
-
-status_t Parcel::readString16(String16* pArg) const {
-  return readWhole(*this, [&] {
-    const void* text;
-    size_t length;
-    const status_t status = readTextInplace(sizeof(char16_t), &text, &length);
-    return status == OK ? pArg->setTo(static_cast<const char16_t*>(text), length) : status;
-  });
-}
+status_t Parcel::readString16(String16* pArg) const { return readText<char16_t>(pArg); }
 
 const char16_t* Parcel::readString16Inplace(size_t* outLen) const {
-  const void* text = nullptr;
+  const char16_t* text = nullptr;
   *outLen = 0;
-  readTextInplace(sizeof(char16_t), &text, outLen);
-  return static_cast<const char16_t*>(text);
+  readTextInplace(&text, outLen);
+  return text;
 }
 
 status_t Parcel::readUtf8FromUtf16(std::string* str) const {
   return readWhole(*this, [&] {
-    const void* found;
+    const char16_t* text;
     size_t length;
-    if (const status_t status = readTextInplace(sizeof(char16_t), &found, &length); status != OK)
-      return status;
-    const char16_t* const text = static_cast<const char16_t*>(found);
+    if (const status_t status = readTextInplace(&text, &length); status != OK) return status;
     const ssize_t bytes = utf16_to_utf8_length(text, length);
     if (bytes < 0) return status_t{NO_MEMORY};
     return allocating([&] {

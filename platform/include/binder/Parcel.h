@@ -125,8 +125,11 @@ class Parcel {
   uint8_t* claim(size_t len);
   /** Forgets the objects that stand, even in part, between two offsets. */
   void dropObjects(size_t from, size_t to);
-  /** A text of one- or two-byte units where it stands, with its terminating zero. */
-  status_t readTextInplace(size_t unitSize, const void** text, size_t* length) const;
+  /** A text where it stands, with its terminating zero. */
+  template <typename Unit>
+  status_t readTextInplace(const Unit** text, size_t* length) const;
+  template <typename Unit, typename String>
+  status_t readText(String* str) const;
 
   uint8_t* data_;
   size_t size_ = 0;
