@@ -4,9 +4,9 @@
 #include <gtest/gtest.h>
 #include <poll.h>
 #include <spawn.h>
-#include <sys/pidfd.h>
 #include <sys/prctl.h>
 #include <sys/socket.h>
+#include <sys/syscall.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -113,7 +113,7 @@ ChildProcess::~ChildProcess() {
 }
 
 int ChildProcess::wait() {
-  const int fd = pidfd_open(pid_, 0);
+  const int fd = static_cast<int>(syscall(SYS_pidfd_open, pid_, 0));
   if (fd < 0) fatal("pidfd_open");
   if (!waitReadable(fd, kPatienceMs)) {
     ADD_FAILURE() << "child " << pid_ << " did not end within " << kPatienceMs << " ms";
