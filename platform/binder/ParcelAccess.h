@@ -10,8 +10,9 @@
 namespace android::transport {
 
 /**
- * What stands in a parcel's contents for a binder. It only holds the place: which object it is, the parcel's own table tells, and on its
- * way to another process the frame's. A null binder has no entry there and `present` 0.
+ * What stands in a parcel's contents for a binder. It only holds the place: which object it is, the parcel's
+ * own table tells, and on its way to another process the frame's. A null binder has no entry there and
+ * `present` 0.
  */
 struct FlatBinder {
   uint32_t type = kType;
@@ -29,7 +30,8 @@ class ParcelAccess {
 
   static std::span<const Object> objects(const Parcel& parcel) { return parcel.objects_; }
 
-  /** Empties the parcel and makes room for `size` bytes, which the caller fills; null if there is no memory for them. */
+  /** Empties the parcel and makes room for `size` bytes, which the caller fills; null if there is no memory
+   * for them. */
   static uint8_t* prepare(Parcel* parcel, size_t size);
 
   /** Whether a FlatBinder of an object stands at `offset`. */

@@ -1,0 +1,88 @@
+#include "BpBinder.h"
+
+#include <binder/Parcel.h>
+
+#include <algorithm>
+#include <utility>
+
+#include "Remotes.h"
+
+namespace android {
+
+BpBinder::BpBinder(std::shared_ptr<transport::Remote> process, uint64_t number)
+    : process_(std::move(process)), number_(number) {}
+
+BpBinder::~BpBinder() { process_->release(*this); }
+
+const String16& BpBinder::getInterfaceDescriptor() const {
+  {
+    const std::lock_guard lock(mutex_);
+    if (descriptor_) return *descriptor_;
+  }
+  Parcel data;
+  Parcel reply;
+  String16 answer;
+  if (process_->transact(number_, INTERFACE_TRANSACTION, data, &reply, 0) == OK)
+    answer = reply.readString16();
+
+  const std::lock_guard lock(mutex_);
+  if (!descriptor_) {
+    // Not kept after a failure, so that the next call asks again.
+    static const String16& none = *new String16();
+    if (answer.size() == 0) return none;
+    descriptor_ = std::move(answer);
+  }
+  return *descriptor_;
+}
+
+bool BpBinder::isBinderAlive() const { return !process_->isDead(); }
+
+status_t BpBinder::pingBinder() {
+  Parcel data;
+  Parcel reply;
+  const status_t status = transact(PING_TRANSACTION, data, &reply);
+  return status == OK ? reply.readInt32() : status;
+}
+
+status_t BpBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
+  Parcel unwanted;
+  return process_->transact(number_, code, data, reply == nullptr ? &unwanted : reply, flags);
+}
+
+status_t BpBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t /*flags*/) {
+  if (recipient == nullptr) return BAD_VALUE;
+  // Under the lock that the obituaries take: either they find the link, or the death is seen here.
+  const std::lock_guard lock(mutex_);
+  if (process_->isDead()) return DEAD_OBJECT;
+  links_.push_back({recipient, cookie});
+  return OK;
+}
+
+status_t BpBinder::unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie, uint32_t /*flags*/,
+                                 wp<DeathRecipient>* outRecipient) {
+  const std::lock_guard lock(mutex_);
+  if (process_->isDead()) return DEAD_OBJECT;
+  const bool anyRecipient = recipient == nullptr;
+  const auto link = std::find_if(links_.begin(), links_.end(), [&](const Link& candidate) {
+    return anyRecipient ? candidate.cookie == cookie : candidate.recipient == recipient;
+  });
+  if (link == links_.end()) return NAME_NOT_FOUND;
+  if (outRecipient != nullptr) *outRecipient = link->recipient;
+  links_.erase(link);
+  return OK;
+}
+
+void BpBinder::sendObituaries() {
+  std::vector<Link> links;
+  {
+    const std::lock_guard lock(mutex_);
+    links.swap(links_);
+  }
+  for (const Link& link : links) {
+    if (const sp<DeathRecipient> recipient = link.recipient.promote(); recipient != nullptr) {
+      recipient->binderDied(this);
+    }
+  }
+}
+
+}  // namespace android

@@ -1,0 +1,56 @@
+#pragma once
+
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <optional>
+#include <vector>
+
+#include <binder/IBinder.h>
+
+namespace android {
+
+namespace transport {
+class Remote;
+}
+
+/** The stand-in of an object that lives in another process. There is one per object. */
+class BpBinder final : public IBinder {
+ public:
+  /** The object's process counts a reference for this proxy, which is released with it. */
+  BpBinder(std::shared_ptr<transport::Remote> process, uint64_t number);
+
+  const String16& getInterfaceDescriptor() const override;
+  bool isBinderAlive() const override;
+  status_t pingBinder() override;
+  status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) override;
+  status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
+                       uint32_t flags = 0) override;
+  status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr, uint32_t flags = 0,
+                         wp<DeathRecipient>* outRecipient = nullptr) override;
+  BpBinder* remoteBinder() override { return this; }
+
+  const transport::Remote& process() const { return *process_; }
+  uint64_t number() const { return number_; }
+
+  /** Tells every recipient, once, that the object's process has died. Called on a thread that may run the
+   * application's code. */
+  void sendObituaries();
+
+ private:
+  struct Link {
+    wp<DeathRecipient> recipient;
+    void* cookie;
+  };
+
+  ~BpBinder() override;
+
+  const std::shared_ptr<transport::Remote> process_;
+  const uint64_t number_;
+
+  mutable std::mutex mutex_;
+  std::vector<Link> links_;
+  mutable std::optional<String16> descriptor_;
+};
+
+}  // namespace android

@@ -1,0 +1,86 @@
+#include "Exports.h"
+
+#include <utility>
+
+#include "Transport.h"
+
+namespace android::transport {
+
+bool Peer::hold(uint64_t number, const sp<BBinder>& object) {
+  const std::lock_guard lock(mutex_);
+  if (dead_) return false;
+  const auto [entry, isNew] = references_.try_emplace(number, Reference{object, 0});
+  ++entry->second.count;
+  return true;
+}
+
+sp<BBinder> Peer::drop(uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = references_.find(number);
+  if (entry == references_.end() || --entry->second.count > 0) return nullptr;
+  return std::move(references_.extract(entry).mapped().object);
+}
+
+sp<BBinder> Peer::find(uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = references_.find(number);
+  return entry == references_.end() ? nullptr : entry->second.object;
+}
+
+std::vector<sp<BBinder>> Peer::dropAll() {
+  std::vector<sp<BBinder>> dropped;
+  const std::lock_guard lock(mutex_);
+  dead_ = true;
+  for (auto& [number, reference] : references_) dropped.push_back(std::move(reference.object));
+  references_.clear();
+  return dropped;
+}
+
+uint64_t Exports::numberOf(BBinder* object) {
+  const std::lock_guard lock(mutex_);
+  uint64_t number = object->exportedAs_.load(std::memory_order_relaxed);
+  if (number == 0) {
+    number = randomNumber();
+    object->exportedAs_.store(number, std::memory_order_relaxed);
+    objects_.emplace(number, object);
+  }
+  return number;
+}
+
+sp<BBinder> Exports::find(uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = objects_.find(number);
+  return entry == objects_.end() ? nullptr : entry->second.promote();
+}
+
+void Exports::remove(uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  objects_.erase(number);
+}
+
+void Exports::keepService(const std::string& name, const sp<IBinder>& service) {
+  sp<IBinder> kept = service;  // Holds what was there before until the lock is gone.
+  const std::lock_guard lock(mutex_);
+  services_[name].swap(kept);
+}
+
+std::shared_ptr<Peer> Exports::addPeer(uint64_t process, pid_t pid) {
+  const std::lock_guard lock(mutex_);
+  const auto [entry, isNew] = peers_.try_emplace(process);
+  if (!isNew) return nullptr;
+  entry->second = std::make_shared<Peer>(process, pid);
+  return entry->second;
+}
+
+std::shared_ptr<Peer> Exports::peer(uint64_t process) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = peers_.find(process);
+  return entry == peers_.end() ? nullptr : entry->second;
+}
+
+void Exports::removePeer(const Peer& peer) {
+  const std::lock_guard lock(mutex_);
+  peers_.erase(peer.id());
+}
+
+}  // namespace android::transport

@@ -1,0 +1,223 @@
+#include "Remotes.h"
+
+#include <android/log.h>
+#include <sys/socket.h>
+#include <sys/time.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstring>
+#include <utility>
+
+#include "BpBinder.h"
+#include "RuntimeDir.h"
+#include "Transport.h"
+
+namespace android::transport {
+
+namespace {
+
+/** How long a process may take to answer that it can be watched. One that is stopped or stuck counts as
+ * absent. */
+constexpr timeval kGreetingTimeout = {5, 0};
+
+/** Connects to a process and sends the Hello. */
+status_t openConnection(uint64_t process, ConnectionKind kind, UniqueFd* connection) {
+  sockaddr_un address;
+  if (!runtime_dir::socketAddress(process, &address)) return FAILED_TRANSACTION;
+  UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  int result = -1;
+  if (socket.valid()) {
+    do {
+      result = ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+    } while (result < 0 && errno == EINTR);
+  }
+  if (result < 0) {
+    if (errno == ECONNREFUSED || errno == ENOENT) return DEAD_OBJECT;
+    __android_log_print(ANDROID_LOG_ERROR, "binder", "can't connect to %s: %s", address.sun_path,
+                        std::strerror(errno));
+    return FAILED_TRANSACTION;
+  }
+
+  ucred credentials;
+  socklen_t size = sizeof(credentials);
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &size) < 0 ||
+      credentials.uid != ::geteuid()) {
+    __android_log_print(ANDROID_LOG_ERROR, "binder", "%s belongs to another user", address.sun_path);
+    return PERMISSION_DENIED;
+  }
+  const Hello hello{.kind = kind, .process = Transport::self().id};
+  if (::send(socket.get(), &hello, sizeof(hello), MSG_NOSIGNAL) != sizeof(hello)) return DEAD_OBJECT;
+  *connection = std::move(socket);
+  return OK;
+}
+
+}  // namespace
+
+status_t Remote::connect() {
+  const std::lock_guard connecting(connecting_);
+  if (isDead()) return DEAD_OBJECT;
+  if (connected_) return OK;
+
+  UniqueFd watch;
+  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, &watch); status != OK) {
+    return status;
+  }
+  ::setsockopt(watch.get(), SOL_SOCKET, SO_RCVTIMEO, &kGreetingTimeout, sizeof(kGreetingTimeout));
+  Hello answer;
+  ssize_t size;
+  do {
+    size = ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC);
+  } while (size < 0 && errno == EINTR);
+  if (size == 0 || (size < 0 && errno == ECONNRESET)) return DEAD_OBJECT;
+  if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) return FAILED_TRANSACTION;
+
+  const status_t status = Transport::self().reactor.watch(std::move(watch), shared_from_this());
+  connected_ = status == OK;
+  return status;
+}
+
+sp<BpBinder> Remote::knownProxy(uint64_t number) {
+  const auto entry = proxies_.find(number);
+  return entry == proxies_.end() ? nullptr : entry->second.promote();
+}
+
+sp<IBinder> Remote::proxy(uint64_t number) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (sp<BpBinder> known = knownProxy(number); known != nullptr) return known;
+  }
+  if (acquire(number) != OK) return nullptr;
+  sp<BpBinder> result;
+  {
+    const std::lock_guard lock(mutex_);
+    result = knownProxy(number);
+    if (result == nullptr) {
+      result = new BpBinder(shared_from_this(), number);
+      if (!isDead()) proxies_[number] = result;
+      return result;
+    }
+  }
+  // Another thread was faster, and its proxy has a reference of its own.
+  sendRelease(number);
+  return result;
+}
+
+std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!idle_.empty()) {
+      std::unique_ptr<Lane> lane = std::move(idle_.back());
+      idle_.pop_back();
+      return lane;
+    }
+  }
+  UniqueFd connection;
+  *status = openConnection(id_, ConnectionKind::kLane, &connection);
+  return *status == OK ? std::make_unique<Lane>(std::move(connection)) : nullptr;
+}
+
+void Remote::returnLane(std::unique_ptr<Lane> lane) {
+  const std::lock_guard lock(mutex_);
+  if (!isDead()) idle_.push_back(std::move(lane));
+}
+
+status_t Remote::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
+  reply->freeData();
+  if (isDead()) return DEAD_OBJECT;
+  if (data.dataSize() > kMaxDataSize) return FAILED_TRANSACTION;
+  Transport& transport = Transport::self();
+  std::vector<ObjectEntry> entries;
+  status_t status = transport.describe(data, &entries);
+  if (status != OK) return status;
+  std::unique_ptr<Lane> lane = takeLane(&status);
+  if (lane == nullptr) return status;
+
+  FrameHeader header{.kind = FrameKind::kRequest, .object = number, .code = code, .flags = flags};
+  status = lane->send(header, &data, entries);
+  if (status == OK) status = lane->receive(&header, reply);
+  if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
+  if (status == OK && !lane->objects().empty()) {
+    status = transport.adopt(reply, lane->objects());
+    if (status == OK) status = lane->send({.kind = FrameKind::kClaimed});
+  }
+  // After an error a lane is of no more use; closing it costs its other end no more than a thread.
+  if (status == OK) {
+    returnLane(std::move(lane));
+    status = header.status;
+  }
+  if (status != OK) reply->freeData();
+  return status;
+}
+
+status_t Remote::acquire(uint64_t number) {
+  status_t status = OK;
+  std::unique_ptr<Lane> lane = takeLane(&status);
+  if (lane == nullptr) return status;
+  FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
+  Parcel none;
+  status = lane->send(header);
+  if (status == OK) status = lane->receive(&header, &none);
+  if (status != OK) return status;
+  returnLane(std::move(lane));
+  return header.status;
+}
+
+void Remote::sendRelease(uint64_t number) {
+  status_t status = OK;
+  if (isDead()) return;
+  std::unique_ptr<Lane> lane = takeLane(&status);
+  if (lane == nullptr) return;
+  if (lane->send({.kind = FrameKind::kRelease, .object = number}) == OK) returnLane(std::move(lane));
+}
+
+void Remote::release(const BpBinder& proxy) {
+  {
+    const std::lock_guard lock(mutex_);
+    const auto entry = proxies_.find(proxy.number());
+    if (entry != proxies_.end() && entry->second.unsafe_get() == &proxy) proxies_.erase(entry);
+  }
+  sendRelease(proxy.number());
+}
+
+void Remote::died() {
+  Transport::self().remotes.remove(*this);
+  std::vector<std::unique_ptr<Lane>> lanes;
+  auto proxies = std::make_shared<std::vector<sp<BpBinder>>>();
+  {
+    const std::lock_guard lock(mutex_);
+    dead_.store(true, std::memory_order_release);
+    lanes.swap(idle_);
+    for (const auto& [number, proxy] : proxies_) {
+      if (sp<BpBinder> alive = proxy.promote(); alive != nullptr) proxies->push_back(std::move(alive));
+    }
+    proxies_.clear();
+  }
+  const auto tell = [proxies] {
+    for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();
+    proxies->clear();
+  };
+  if (!proxies->empty() && !startThread("binder:death", tell)) tell();
+}
+
+std::shared_ptr<Remote> Remotes::connect(uint64_t process) {
+  std::shared_ptr<Remote> remote;
+  {
+    const std::lock_guard lock(mutex_);
+    std::shared_ptr<Remote>& known = remotes_[process];
+    if (known == nullptr) known = std::make_shared<Remote>(process);
+    remote = known;
+  }
+  if (remote->connect() == OK) return remote;
+  // Whoever asks next tries anew: the cause may have gone.
+  remove(*remote);
+  return nullptr;
+}
+
+void Remotes::remove(const Remote& remote) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = remotes_.find(remote.id());
+  if (entry != remotes_.end() && entry->second.get() == &remote) remotes_.erase(entry);
+}
+
+}  // namespace android::transport

@@ -1,0 +1,75 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <memory>
+#include <mutex>
+#include <unordered_map>
+#include <vector>
+
+#include <binder/IBinder.h>
+#include <utils/Errors.h>
+
+#include "Frame.h"
+#include "Lane.h"
+#include "UniqueFd.h"
+
+namespace android {
+class BpBinder;
+}
+
+namespace android::transport {
+
+/** Another process, as the holder of its objects sees it: the lanes to it and the proxies of its objects. */
+class Remote : public std::enable_shared_from_this<Remote> {
+ public:
+  explicit Remote(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
+
+  uint64_t id() const { return id_; }
+  bool isDead() const { return dead_.load(std::memory_order_acquire); }
+
+  /** Makes the watch connection, if there is none yet. */
+  status_t connect();
+
+  /** The one proxy of an object; null if the object can't be had any more. */
+  sp<IBinder> proxy(uint64_t number);
+
+  status_t transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags);
+
+  /** A proxy is destroyed. */
+  void release(const BpBinder& proxy);
+
+  /** The watch connection has ended. */
+  void died();
+
+ private:
+  std::unique_ptr<Lane> takeLane(status_t* status);
+  void returnLane(std::unique_ptr<Lane> lane);
+  status_t acquire(uint64_t number);
+  void sendRelease(uint64_t number);
+  sp<BpBinder> knownProxy(uint64_t number);
+
+  const uint64_t id_;
+  std::atomic<bool> dead_;
+  std::mutex connecting_;
+  bool connected_ = false;
+
+  std::mutex mutex_;
+  /** The lane used last is at the back, and is used next. */
+  std::vector<std::unique_ptr<Lane>> idle_;
+  std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
+};
+
+/** All processes whose objects this process holds. */
+class Remotes {
+ public:
+  /** The process of that number; null if it can't be reached. */
+  std::shared_ptr<Remote> connect(uint64_t process);
+  void remove(const Remote& remote);
+
+ private:
+  std::mutex mutex_;
+  std::unordered_map<uint64_t, std::shared_ptr<Remote>> remotes_;
+};
+
+}  // namespace android::transport

@@ -1,0 +1,201 @@
+#include "RuntimeDir.h"
+
+#include <android/log.h>
+#include <fcntl.h>
+#include <sys/file.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <algorithm>
+#include <cerrno>
+#include <charconv>
+#include <cinttypes>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <string_view>
+#include <system_error>
+
+#include "UniqueFd.h"
+
+namespace android::transport::runtime_dir {
+
+namespace {
+
+constexpr char kTag[] = "binder";
+/** Names of services never begin with a dot, so these can't meet them. */
+constexpr char kSocketPrefix[] = ".process-";
+constexpr char kUnreadySocketPrefix[] = ".unready-";
+constexpr char kLockName[] = ".lock";
+constexpr char kNewLinkPrefix[] = ".new-";
+
+std::string choosePath() {
+  const auto fromEnvironment = [](const char* variable) {
+    const char* value = std::getenv(variable);
+    return std::string(value == nullptr ? "" : value);
+  };
+  if (std::string chosen = fromEnvironment("BINDER_RUNTIME_DIR"); !chosen.empty()) return chosen;
+  if (const std::string users = fromEnvironment("XDG_RUNTIME_DIR"); !users.empty()) {
+    return users + "/binder";
+  }
+  return "/tmp/binder-" + std::to_string(::geteuid());
+}
+
+const std::string& path() {
+  static const std::string& chosen = *new std::string(choosePath());
+  return chosen;
+}
+
+std::string pathOf(std::string_view name) { return std::string(path()).append("/").append(name); }
+
+std::string hex(uint64_t number) {
+  char text[17];
+  std::snprintf(text, sizeof(text), "%016" PRIx64, number);
+  return text;
+}
+
+status_t fail(const char* what, const std::string& where) {
+  const int error = errno;
+  __android_log_print(ANDROID_LOG_ERROR, kTag, "%s %s: %s", what, where.c_str(), std::strerror(error));
+  return error == EACCES || error == EPERM || error == EROFS ? PERMISSION_DENIED : -error;
+}
+
+bool parseHex(std::string_view text, uint64_t* number) {
+  const auto [end, error] = std::from_chars(text.data(), text.data() + text.size(), *number, 16);
+  return error == std::errc() && end == text.data() + text.size();
+}
+
+/** The text of a service's link, "process:number" in hexadecimal. */
+std::string textOf(const Address& address) { return hex(address.process) + ":" + hex(address.number); }
+
+std::optional<Address> parse(std::string_view text) {
+  const size_t colon = text.find(':');
+  Address address;
+  if (colon == std::string_view::npos || !parseHex(text.substr(0, colon), &address.process) ||
+      !parseHex(text.substr(colon + 1), &address.number)) {
+    return std::nullopt;
+  }
+  return address;
+}
+
+template <class F>
+void forEachEntry(F f) {
+  std::error_code error;
+  for (auto entry = std::filesystem::directory_iterator(path(), error);
+       !error && entry != std::filesystem::directory_iterator(); entry.increment(error)) {
+    f(entry->path().filename().string());
+  }
+}
+
+bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
+  const std::string socket = pathOf(name);
+  *address = {};
+  address->sun_family = AF_UNIX;
+  if (socket.size() >= sizeof(address->sun_path)) {
+    __android_log_print(ANDROID_LOG_ERROR, kTag, "the path of a socket is too long: %s", socket.c_str());
+    return false;
+  }
+  std::memcpy(address->sun_path, socket.c_str(), socket.size() + 1);
+  return true;
+}
+
+/** Keeps others from changing names between a look and an act. Advisory: without it, an exiting process might
+ * remove its successor's name. */
+UniqueFd lockNames() {
+  UniqueFd lock(::open(pathOf(kLockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
+  if (lock.valid()) ::flock(lock.get(), LOCK_EX);
+  return lock;
+}
+
+}  // namespace
+
+status_t prepare() {
+  const std::string& directory = path();
+  if (::mkdir(directory.c_str(), 0700) < 0 && errno != EEXIST) {
+    return fail("can't make the runtime directory", directory);
+  }
+  struct stat info;
+  if (::lstat(directory.c_str(), &info) < 0) return fail("can't use the runtime directory", directory);
+  const char* fault = nullptr;
+  if (!S_ISDIR(info.st_mode)) {
+    fault = "is not a directory";
+  } else if (info.st_uid != ::geteuid()) {
+    fault = "belongs to another user";
+  } else if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    fault = "can be written by others";
+  }
+  if (fault == nullptr) return OK;
+  __android_log_print(ANDROID_LOG_ERROR, kTag, "the runtime directory %s %s", directory.c_str(), fault);
+  return PERMISSION_DENIED;
+}
+
+bool socketAddress(uint64_t process, sockaddr_un* address) {
+  return makeSocketAddress(kSocketPrefix + hex(process), address);
+}
+
+bool unreadySocketAddress(uint64_t process, sockaddr_un* address) {
+  return makeSocketAddress(kUnreadySocketPrefix + hex(process), address);
+}
+
+void removeDeadSockets() {
+  forEachEntry([](const std::string& name) {
+    uint64_t process;
+    sockaddr_un address;
+    if (!name.starts_with(kSocketPrefix) ||
+        !parseHex(std::string_view(name).substr(std::strlen(kSocketPrefix)), &process) ||
+        !socketAddress(process, &address)) {
+      return;
+    }
+    const UniqueFd probe(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+    if (probe.valid() &&
+        ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) < 0 &&
+        errno == ECONNREFUSED) {
+      ::unlink(address.sun_path);
+    }
+  });
+}
+
+void removeAllOf(uint64_t process) {
+  const UniqueFd lock = lockNames();
+  for (const std::string& name : names()) {
+    if (const auto address = lookUp(name); address && address->process == process) {
+      ::unlink(pathOf(name).c_str());
+    }
+  }
+  ::unlink(pathOf(kSocketPrefix + hex(process)).c_str());
+}
+
+status_t publish(const std::string& name, const Address& address) {
+  if (const status_t status = prepare(); status != OK) return status;
+  const UniqueFd lock = lockNames();
+  // The lock makes the name of the new link this thread's own.
+  const std::string link = pathOf(kNewLinkPrefix + hex(address.process));
+  ::unlink(link.c_str());
+  if (::symlink(textOf(address).c_str(), link.c_str()) < 0) return fail("can't make the link", link);
+  if (::rename(link.c_str(), pathOf(name).c_str()) < 0) {
+    const status_t status = fail("can't register", pathOf(name));
+    ::unlink(link.c_str());
+    return status;
+  }
+  return OK;
+}
+
+std::optional<Address> lookUp(const std::string& name) {
+  char text[64];
+  const ssize_t size = ::readlink(pathOf(name).c_str(), text, sizeof(text));
+  if (size <= 0) return std::nullopt;
+  return parse({text, static_cast<size_t>(size)});
+}
+
+std::vector<std::string> names() {
+  std::vector<std::string> result;
+  forEachEntry([&](const std::string& name) {
+    if (!name.starts_with('.')) result.push_back(name);
+  });
+  std::sort(result.begin(), result.end());
+  return result;
+}
+
+}  // namespace android::transport::runtime_dir

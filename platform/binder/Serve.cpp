@@ -1,0 +1,72 @@
+#include <binder/IPCThreadState.h>
+#include <binder/Parcel.h>
+
+#include "CallingIdentity.h"
+#include "Lane.h"
+#include "ParcelAccess.h"
+#include "Transport.h"
+
+namespace android::transport {
+
+namespace {
+
+/** Runs a transaction; its status. */
+status_t runRequest(const FrameHeader& request, Peer* peer, Parcel* data,
+                    const std::vector<ObjectEntry>& objects, Parcel* reply) {
+  const sp<BBinder> target = peer->find(request.object);
+  if (target == nullptr) return DEAD_OBJECT;
+  if (!objects.empty()) {
+    if (const status_t status = Transport::self().adopt(data, objects); status != OK) return status;
+  }
+  Transport::self().poolStarted.wait(false);
+  return target->transact(request.code, *data, reply, request.flags);
+}
+
+/** Answers a transaction. False if the lane is of no more use. */
+bool answerRequest(Lane* lane, const FrameHeader& request, Peer* peer, Parcel* data) {
+  Parcel reply;
+  FrameHeader answer{.kind = FrameKind::kReply};
+  answer.status = runRequest(request, peer, data, lane->objects(), &reply);
+  std::vector<ObjectEntry> objects;
+  if (answer.status == OK) {
+    answer.status =
+        reply.dataSize() > kMaxDataSize ? FAILED_TRANSACTION : Transport::self().describe(reply, &objects);
+  }
+  if (answer.status != OK) return lane->send(answer) == OK;
+  if (lane->send(answer, &reply, objects) != OK) return false;
+  if (objects.empty()) return true;
+  FrameHeader claimed;
+  return lane->receive(&claimed, data) == OK && claimed.kind == FrameKind::kClaimed;
+}
+
+status_t acquire(Peer* peer, uint64_t number) {
+  const sp<BBinder> object = Transport::self().exports.find(number);
+  return object != nullptr && peer->hold(number, object) ? OK : DEAD_OBJECT;
+}
+
+}  // namespace
+
+void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid) {
+  CallingIdentity::set({peer->pid(), uid});
+  Lane lane(std::move(connection));
+  for (bool usable = true; usable;) {
+    FrameHeader header;
+    Parcel data;
+    if (lane.receive(&header, &data) != OK) return;
+    switch (header.kind) {
+      case FrameKind::kRequest:
+        usable = answerRequest(&lane, header, peer.get(), &data);
+        break;
+      case FrameKind::kAcquire:
+        usable = lane.send({.kind = FrameKind::kReply, .status = acquire(peer.get(), header.object)}) == OK;
+        break;
+      case FrameKind::kRelease:
+        peer->drop(header.object);
+        break;
+      default:
+        usable = false;
+    }
+  }
+}
+
+}  // namespace android::transport

@@ -1,0 +1,53 @@
+#pragma once
+
+#include <atomic>
+#include <cstdint>
+#include <functional>
+#include <memory>
+#include <vector>
+
+#include <binder/Parcel.h>
+
+#include "Exports.h"
+#include "Frame.h"
+#include "Reactor.h"
+#include "Remotes.h"
+#include "RuntimeDir.h"
+
+namespace android::transport {
+
+/** Everything that a process knows of others. It is made on first need and never destroyed: threads still use
+ * it while the process exits. */
+struct Transport {
+  static Transport& self();
+
+  Transport();
+
+  /** This process, in every address. */
+  const uint64_t id;
+  Exports exports;
+  Remotes remotes;
+  Reactor reactor;
+  /** Set once binder threads may run. */
+  std::atomic<bool> poolStarted{false};
+
+  /** The address of an object, local or not, which makes this process reachable if the object is its own. */
+  status_t addressOf(IBinder* object, Address* address);
+  /** The object at an address; null if it can't be had. */
+  sp<IBinder> objectAt(const Address& address);
+
+  /** The binders in a parcel as they go out with it. */
+  status_t describe(const Parcel& parcel, std::vector<ObjectEntry>* entries);
+  /** Gives a parcel that came in its binders, holding them. BAD_VALUE if the entries don't fit its data. */
+  status_t adopt(Parcel* parcel, const std::vector<ObjectEntry>& entries);
+};
+
+uint64_t randomNumber();
+
+/** Runs `work` on a thread that takes no signals. False if there can be no more threads. */
+bool startThread(const char* name, std::function<void()> work);
+
+/** Serves a lane until it ends. Runs on a thread of its own. */
+void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid);
+
+}  // namespace android::transport
