@@ -1,0 +1,306 @@
+#include <gtest/gtest.h>
+#include <utils/RefBase.h>
+
+#include <atomic>
+#include <functional>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace android {
+namespace {
+
+using Events = std::vector<std::string>;
+
+// Notes what becomes of it. The destructor wipes the value, so that a reader of a dead object shows.
+class Noted : public virtual RefBase {
+ public:
+  enum class Lifetime { kStrong, kWeak };
+  static constexpr int kAlive = 0x600D;
+
+  explicit Noted(Events* events, Lifetime lifetime = Lifetime::kStrong) : events_(events) {
+    if (lifetime == Lifetime::kWeak) extendObjectLifetime(OBJECT_LIFETIME_WEAK);
+  }
+  ~Noted() override {
+    value = 0;
+    events_->push_back("deleted");
+  }
+
+  int value = kAlive;
+  bool promotable = true;
+  // Runs while a promotion asks.
+  std::function<void()> whenAsked = [] {};
+
+ protected:
+  void onFirstRef() override { events_->push_back("first"); }
+  void onLastStrongRef(const void*) override { events_->push_back("last strong"); }
+  bool onIncStrongAttempted(uint32_t, const void*) override {
+    events_->push_back("asked");
+    whenAsked();
+    return promotable;
+  }
+  void onLastWeakRef(const void*) override { events_->push_back("last weak"); }
+
+ private:
+  Events* const events_;
+};
+
+TEST(RefBase, DiesWithItsLastStrongReference) {
+  Events events;
+  sp<Noted> strong = sp<Noted>::make(&events);
+  const wp<Noted> weak = strong;
+  EXPECT_EQ(events, Events({"first"}));
+
+  sp<Noted> other = strong;
+  EXPECT_EQ(strong->getStrongCount(), 2);
+  strong.clear();
+  EXPECT_EQ(weak.promote(), other);
+  EXPECT_EQ(events, Events({"first"}));
+
+  other = nullptr;
+  EXPECT_EQ(events, Events({"first", "last strong", "deleted"}));
+  EXPECT_EQ(weak.promote(), nullptr);
+}
+
+TEST(RefBase, PromotionMayTakeTheFirstReference) {
+  Events events;
+  const wp<Noted> weak = new Noted(&events);
+  EXPECT_TRUE(events.empty());
+  sp<Noted> strong = weak.promote();
+  EXPECT_EQ(events, Events({"first"}));
+  EXPECT_EQ(strong->getStrongCount(), 1);
+  strong.clear();
+  EXPECT_EQ(weak.promote(), nullptr);
+}
+
+TEST(RefBase, ObjectOfItsMakerLeavesWeakReferencesDead) {
+  for (const Noted::Lifetime lifetime : {Noted::Lifetime::kStrong, Noted::Lifetime::kWeak}) {
+    Events events;
+    wp<Noted> kept;
+    {
+      class OnStack : public Noted {
+        using Noted::Noted;
+      } object(&events, lifetime);
+      kept = &object;
+      EXPECT_TRUE(events.empty());
+    }
+    EXPECT_EQ(events, Events({"deleted"}));
+    EXPECT_EQ(kept.promote(), nullptr);
+  }
+}
+
+TEST(RefBase, WeakLifetimeEndsWithTheLastReferenceOfEitherKind) {
+  Events events;
+  sp<Noted> strong = sp<Noted>::make(&events, Noted::Lifetime::kWeak);
+  wp<Noted> weak = strong;
+  strong.clear();
+  EXPECT_EQ(events, Events({"first", "last strong"}));
+
+  strong = weak.promote();
+  ASSERT_NE(strong, nullptr);
+  EXPECT_EQ(strong->value, Noted::kAlive);
+  EXPECT_EQ(events, Events({"first", "last strong", "asked"}));
+
+  strong->promotable = false;
+  strong.clear();
+  EXPECT_EQ(weak.promote(), nullptr);
+  events.clear();
+  weak.clear();
+  EXPECT_EQ(events, Events({"last weak", "deleted"}));
+
+  events.clear();
+  sp<Noted>::make(&events, Noted::Lifetime::kWeak).clear();
+  EXPECT_EQ(events, Events({"first", "last strong", "last weak", "deleted"}));
+}
+
+TEST(RefBase, PromotionThatComesSecondGivesBackItsYes) {
+  Events events;
+  sp<Noted> strong = sp<Noted>::make(&events, Noted::Lifetime::kWeak);
+  Noted* const object = strong.get();
+  const wp<Noted> weak = strong;
+  strong.clear();
+  object->whenAsked = [&] { strong = object; };
+  events.clear();
+  EXPECT_EQ(weak.promote(), object);
+  EXPECT_EQ(events, Events({"asked", "last strong"}));
+  EXPECT_EQ(object->getStrongCount(), 1);
+  object->whenAsked = [] {};
+}
+
+class Left : public virtual RefBase {
+ public:
+  int left = 1;
+};
+class Right : public virtual RefBase {
+ public:
+  int right = 2;
+};
+class Both : public Left, public Right {
+ public:
+  explicit Both(bool* deleted) : deleted_(deleted) {}
+  ~Both() override { *deleted_ = true; }
+
+ protected:
+  // The first reference is counted by now, so one of its own does not end the object.
+  void onFirstRef() override { sp<Both>(this).clear(); }
+
+ private:
+  bool* const deleted_;
+};
+
+TEST(StrongPointer, ConvertsToEveryBaseOfAnObject) {
+  bool deleted = false;
+  sp<Both> both = sp<Both>::make(&deleted);
+  sp<Left> left = both;
+  const wp<Right> weak = both;
+  sp<Right> right = std::move(both);
+  EXPECT_EQ(both, nullptr);
+  EXPECT_EQ(left->left + right->right, 3);
+  EXPECT_EQ(right->getStrongCount(), 2);
+  EXPECT_EQ(weak, right);
+  EXPECT_EQ(weak, left);
+  EXPECT_EQ(wp<RefBase>(weak), wp<RefBase>(left));
+  left.clear();
+  EXPECT_FALSE(deleted);
+  right.clear();
+  EXPECT_TRUE(deleted);
+  EXPECT_EQ(wp<RefBase>(weak), nullptr);
+}
+
+TEST(StrongPointer, SurvivesAssignmentToItselfAndToItsOwnSuccessor) {
+  class Node : public RefBase {
+   public:
+    sp<Node> next;
+  };
+  sp<Node> head = sp<Node>::make();
+  const sp<Node>& same = head;
+  head = same;
+  EXPECT_EQ(head->getStrongCount(), 1);
+  head->next = sp<Node>::make();
+  Node* const second = head->next.get();
+  head = head->next;
+  EXPECT_EQ(head, second);
+  EXPECT_EQ(head->getStrongCount(), 1);
+}
+
+TEST(WeakPointer, KnowsItsObjectFromALaterOneAtTheSameAddress) {
+  // Weak pointers stand for the object, so that a list of them can be searched after objects have died.
+  class Placed : public RefBase {
+   public:
+    Placed() = default;
+    ~Placed() override = default;
+  };
+  alignas(Placed) unsigned char storage[sizeof(Placed)];
+  Placed* const first = std::construct_at(reinterpret_cast<Placed*>(storage));
+  const wp<Placed> old = first;
+  std::destroy_at(first);
+  Placed* const second = std::construct_at(reinterpret_cast<Placed*>(storage));
+  const wp<Placed> young = second;
+  EXPECT_EQ(old.unsafe_get(), young.unsafe_get());
+  EXPECT_NE(old, young);
+  std::destroy_at(second);
+}
+
+// Runs the body on several threads that start as much at once as can be.
+void together(int threads, const std::function<void(int)>& body) {
+  std::atomic<int> waiting = threads;
+  std::vector<std::thread> running;
+  for (int i = 0; i < threads; ++i) {
+    running.emplace_back([&, i] {
+      --waiting;
+      while (waiting > 0) std::this_thread::yield();
+      body(i);
+    });
+  }
+  for (std::thread& thread : running) thread.join();
+}
+
+class Counted : public RefBase {
+ public:
+  Counted(std::atomic<int>* firsts, std::atomic<int>* deaths, bool livesWeakly = false)
+      : firsts_(firsts), deaths_(deaths) {
+    if (livesWeakly) extendObjectLifetime(OBJECT_LIFETIME_WEAK);
+  }
+  ~Counted() override {
+    value = 0;
+    ++*deaths_;
+  }
+
+  // Plain on purpose: the destructor's write races with every read that the counters do not order.
+  int value = Noted::kAlive;
+
+ protected:
+  void onFirstRef() override { ++*firsts_; }
+
+ private:
+  std::atomic<int>* const firsts_;
+  std::atomic<int>* const deaths_;
+};
+
+TEST(RefBaseThreads, PromotionAgainstTheLastRelease) {
+  constexpr int kRounds = 300;
+  std::atomic<int> firsts = 0;
+  std::atomic<int> deaths = 0;
+  std::atomic<int> readDead = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    sp<Counted> last = sp<Counted>::make(&firsts, &deaths);
+    const wp<Counted> weak = last;
+    together(4, [&](int i) {
+      if (i == 0) {
+        last.clear();
+        return;
+      }
+      const wp<Counted> own = weak;
+      while (const sp<Counted> held = own.promote()) {
+        if (held->value != Noted::kAlive) ++readDead;
+      }
+    });
+  }
+  EXPECT_EQ(readDead, 0);
+  EXPECT_EQ(firsts, kRounds);
+  EXPECT_EQ(deaths, kRounds);
+}
+
+TEST(RefBaseThreads, WeakLifetimeWithStrongReferencesComingAndGoing) {
+  constexpr int kRounds = 200;
+  std::atomic<int> firsts = 0;
+  std::atomic<int> deaths = 0;
+  std::atomic<int> lost = 0;
+  for (int round = 0; round < kRounds; ++round) {
+    std::vector<wp<Counted>> weak(4, wp<Counted>(new Counted(&firsts, &deaths, true)));
+    together(4, [&](int i) {
+      wp<Counted>& own = weak[static_cast<size_t>(i)];
+      for (int n = 0; n < 20; ++n) {
+        const sp<Counted> held = own.promote();
+        if (held == nullptr || held->value != Noted::kAlive) ++lost;
+      }
+      own.clear();
+    });
+  }
+  EXPECT_EQ(lost, 0);
+  EXPECT_EQ(firsts, kRounds);
+  EXPECT_EQ(deaths, kRounds);
+}
+
+TEST(RefBaseThreads, ReferencesAreCountedExactly) {
+  std::atomic<int> firsts = 0;
+  std::atomic<int> deaths = 0;
+  Counted* const object = new Counted(&firsts, &deaths);
+  const wp<Counted> weak = object;
+  std::vector<sp<Counted>> held(4);
+  together(4, [&](int i) {
+    for (int n = 0; n < 1000; ++n) {
+      const sp<Counted> more = held[static_cast<size_t>(i)] = object;
+      const wp<Counted> less = more;
+    }
+  });
+  EXPECT_EQ(firsts, 1);
+  EXPECT_EQ(object->getStrongCount(), 4);
+  together(4, [&](int i) { held[static_cast<size_t>(i)].clear(); });
+  EXPECT_EQ(deaths, 1);
+  EXPECT_EQ(weak.promote(), nullptr);
+}
+
+}  // namespace
+}  // namespace android
