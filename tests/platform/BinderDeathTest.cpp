@@ -1,0 +1,171 @@
+#include <binder/ProcessState.h>
+
+#include "TestService.h"
+
+using android::DEAD_OBJECT;
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::String16;
+using android::wp;
+
+namespace {
+
+struct Mourner : IBinder::DeathRecipient {
+  void binderDied(const wp<IBinder>& died) override {
+    who = died.unsafe_get();
+    if (then) then();
+    ++times;
+  }
+  std::function<void()> then;
+  std::atomic<const IBinder*> who{nullptr};
+  std::atomic<int> times{0};
+};
+
+class BinderDeathTest : public testing::Test {
+ protected:
+  BinderDeathTest() { android::ProcessState::self()->startThreadPool(); }
+};
+
+void waitForDeath(const Mourner& mourner) {
+  waitUntil("the death to be told", [&] { return mourner.times > 0; });
+}
+
+TEST_F(BinderDeathTest, ACallInProgressEnds) {
+  ServiceProcess process("test.service");
+  const sp<IBinder> service = process.get();
+  std::vector<std::thread> callers;
+  for (int i = 0; i < 4; ++i) {
+    callers.emplace_back([&] {
+      Parcel data;
+      Parcel reply;
+      EXPECT_EQ(service->transact(TestObject::kHang, data, &reply), DEAD_OBJECT);
+    });
+  }
+  for (size_t i = 0; i < callers.size(); ++i) EXPECT_EQ(process.child().channel().receive(), "hanging");
+  process.kill();
+  for (std::thread& caller : callers) caller.join();
+  EXPECT_EQ(increment(service, 1), DEAD_OBJECT) << "and so does every later one";
+  EXPECT_EQ(service->pingBinder(), DEAD_OBJECT);
+}
+
+TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
+  ServiceProcess process("test.service");
+  const sp<IBinder> service = process.get();
+  const sp<IBinder> object = binderFrom(service, TestObject::kMakeObject);
+  const sp<Mourner> first = new Mourner();
+  const sp<Mourner> second = new Mourner();
+  const sp<Mourner> unlinked = new Mourner();
+  sp<Mourner> gone = new Mourner();
+  EXPECT_EQ(service->linkToDeath(first), OK);
+  EXPECT_EQ(object->linkToDeath(second), OK);
+  EXPECT_EQ(service->linkToDeath(unlinked, &process), OK);
+  EXPECT_EQ(service->linkToDeath(gone), OK);
+  EXPECT_EQ(service->linkToDeath(nullptr), android::BAD_VALUE);
+  EXPECT_EQ(service->unlinkToDeath(second), android::NAME_NOT_FOUND);
+  wp<IBinder::DeathRecipient> out;
+  EXPECT_EQ(service->unlinkToDeath(nullptr, &process, 0, &out), OK);
+  EXPECT_EQ(out.unsafe_get(), unlinked.get());
+  EXPECT_EQ(service->unlinkToDeath(unlinked), android::NAME_NOT_FOUND);
+  gone.clear();
+  EXPECT_TRUE(service->isBinderAlive());
+
+  process.kill();
+  waitForDeath(*first);
+  waitForDeath(*second);
+  EXPECT_EQ(first->who, service.get());
+  EXPECT_EQ(second->who, object.get());
+  EXPECT_FALSE(service->isBinderAlive());
+  const sp<Mourner> late = new Mourner();
+  EXPECT_EQ(service->linkToDeath(late), DEAD_OBJECT);
+  EXPECT_EQ(service->unlinkToDeath(first), DEAD_OBJECT);
+  std::this_thread::sleep_for(std::chrono::milliseconds(50));
+  EXPECT_EQ(first->times, 1);
+  EXPECT_EQ(second->times, 1);
+  EXPECT_EQ(unlinked->times, 0);
+  EXPECT_EQ(late->times, 0);
+}
+
+TEST_F(BinderDeathTest, ALocalObjectCantBeLinked) {
+  const sp<IBinder> object = new TestObject();
+  EXPECT_EQ(object->linkToDeath(new Mourner()), android::INVALID_OPERATION);
+  EXPECT_EQ(object->unlinkToDeath(new Mourner()), android::INVALID_OPERATION);
+}
+
+TEST_F(BinderDeathTest, ARecipientMayWaitForTheNextOfThatName) {
+  auto process = std::make_unique<ServiceProcess>("test.service");
+  ServiceProcess bystander("test.bystander");
+  const sp<IBinder> service = process->get();
+  const sp<IBinder> other = bystander.get();
+  std::atomic<int32_t> answer{0};
+  const sp<Mourner> patient = new Mourner();
+  patient->then = [&] {
+    answer = increment(android::defaultServiceManager()->getService(String16("test.service")), 1);
+  };
+  const sp<Mourner> quick = new Mourner();
+  ASSERT_EQ(service->linkToDeath(patient), OK);
+  ASSERT_EQ(other->linkToDeath(quick), OK);
+
+  process->kill();
+  bystander.kill();
+  waitForDeath(*quick);  // Another process's death doesn't wait for the first recipient.
+  EXPECT_EQ(patient->times, 0);
+  process = std::make_unique<ServiceProcess>("test.service");
+  waitForDeath(*patient);
+  EXPECT_EQ(answer, 2);
+}
+
+TEST_F(BinderDeathTest, LinksRaceWithTheDeath) {
+  for (int round = 0; round < 10; ++round) {
+    ServiceProcess process("test.service");
+    const sp<IBinder> service = process.get();
+    std::vector<sp<Mourner>> linked;
+    std::thread linker([&] {
+      for (;;) {
+        const sp<Mourner> mourner = new Mourner();
+        if (service->linkToDeath(mourner) != OK) return;
+        linked.push_back(mourner);
+        increment(service, 1);
+      }
+    });
+    waitUntil("a call", [&] { return increment(service, 1) == 2; });
+    process.kill();
+    linker.join();
+    for (const sp<Mourner>& mourner : linked) waitForDeath(*mourner);
+    for (const sp<Mourner>& mourner : linked) EXPECT_EQ(mourner->times, 1);
+  }
+}
+
+TEST_F(BinderDeathTest, ACallerThatDiesCostsTheServiceNothing) {
+  ServiceProcess process("test.service");
+  const sp<IBinder> service = process.get();
+  {
+    vesk::test::ChildProcess caller("hangingCaller");
+    EXPECT_EQ(process.child().channel().receive(), "hanging");
+    caller.kill();
+  }
+  EXPECT_EQ(increment(service, 1), 2);
+}
+
+CHILD_ROLE(hangingCaller) {
+  parent.ready();
+  Parcel data;
+  Parcel reply;
+  android::defaultServiceManager()
+      ->getService(String16("test.service"))
+      ->transact(TestObject::kHang, data, &reply);
+  return 1;
+}
+
+TEST_F(BinderDeathTest, AServiceMayExitInTheMiddleOfACall) {
+  ServiceProcess process("test.service");
+  const sp<IBinder> service = process.get();
+  Parcel data;
+  Parcel reply;
+  data.writeInt32(5);
+  EXPECT_EQ(service->transact(TestObject::kExit, data, &reply), DEAD_OBJECT);
+  EXPECT_EQ(process.child().wait(), 5);
+}
+
+}  // namespace

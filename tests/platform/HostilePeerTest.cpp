@@ -1,0 +1,265 @@
+#include <binder/ProcessState.h>
+#include <sys/socket.h>
+#include <sys/stat.h>
+#include <sys/un.h>
+#include <unistd.h>
+
+#include <cstring>
+#include <filesystem>
+#include <random>
+#include <span>
+
+#include "Frame.h"
+#include "ParcelAccess.h"
+#include "TestService.h"
+#include "UniqueFd.h"
+
+/* Raw connections to a service process: whatever comes over them costs that connection and nothing else. */
+
+using android::DEAD_OBJECT;
+using android::IBinder;
+using android::OK;
+using android::sp;
+using namespace android::transport;
+
+namespace {
+
+constexpr uint64_t kStranger = 0x5712a9e5;
+
+std::string socketOf(const std::string& name) {
+  const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
+  const std::string link = std::filesystem::read_symlink(directory / name);
+  return directory / (".process-" + link.substr(0, link.find(':')));
+}
+
+uint64_t numberOf(const std::string& name) {
+  const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
+  const std::string link = std::filesystem::read_symlink(directory / name);
+  return std::stoull(link.substr(link.find(':') + 1), nullptr, 16);
+}
+
+/** A connection that says what it likes. */
+class RawPeer {
+ public:
+  explicit RawPeer(const std::string& socketPath) : fd_(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::strcpy(address.sun_path, socketPath.c_str());
+    EXPECT_EQ(::connect(fd_.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    const timeval patience = {vesk::test::kPatienceMs / 1000, 0};
+    ::setsockopt(fd_.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+  }
+
+  void send(const void* bytes, size_t size) {
+    EXPECT_EQ(::send(fd_.get(), bytes, size, MSG_NOSIGNAL), static_cast<ssize_t>(size));
+  }
+  void greet(ConnectionKind kind) {
+    const Hello hello{.kind = kind, .process = kStranger};
+    send(&hello, sizeof(hello));
+  }
+  void sendFrame(FrameHeader header, std::span<const uint8_t> body = {}) {
+    std::vector<uint8_t> frame(sizeof(header) + body.size());
+    std::memcpy(frame.data(), &header, sizeof(header));
+    std::memcpy(frame.data() + sizeof(header), body.data(), body.size());
+    send(frame.data(), frame.size());
+  }
+
+  bool receive(void* bytes, size_t size) {
+    return ::recv(fd_.get(), bytes, size, 0) == static_cast<ssize_t>(size);
+  }
+  int32_t statusOfReply() {
+    FrameHeader header{};
+    EXPECT_TRUE(receive(&header, sizeof(header)));
+    EXPECT_EQ(header.kind, FrameKind::kReply);
+    return header.status;
+  }
+  void expectClosed(const char* because) {
+    char byte;
+    const ssize_t size = ::recv(fd_.get(), &byte, sizeof(byte), 0);
+    EXPECT_TRUE(size == 0 || (size < 0 && errno == ECONNRESET)) << because;
+  }
+
+ private:
+  UniqueFd fd_;
+};
+
+class HostilePeerTest : public testing::Test {
+ protected:
+  HostilePeerTest()
+      : process("test.service"),
+        service(process.get()),
+        path(socketOf("test.service")),
+        number(numberOf("test.service")),
+        watch(path) {
+    watch.greet(ConnectionKind::kWatch);
+    Hello answer{};
+    EXPECT_TRUE(watch.receive(&answer, sizeof(answer)));
+    EXPECT_EQ(answer.magic, kMagic);
+  }
+  ~HostilePeerTest() override {
+    EXPECT_EQ(increment(service, 1), 2) << "the service is there for others";
+    process.child().stop();
+  }
+
+  RawPeer lane() {
+    RawPeer peer(path);
+    peer.greet(ConnectionKind::kLane);
+    return peer;
+  }
+
+  ServiceProcess process;
+  const sp<IBinder> service;
+  const std::string path;
+  const uint64_t number;
+  RawPeer watch;
+};
+
+TEST_F(HostilePeerTest, ANoisyGreeting) {
+  const auto refused = [&](const char* what, const auto& bytes) {
+    RawPeer peer(path);
+    peer.send(&bytes, sizeof(bytes));
+    peer.expectClosed(what);
+  };
+  refused("too short", char{'x'});
+  refused("too long", std::array<char, 5000>{});
+  refused("no magic", Hello{.magic = 1, .kind = ConnectionKind::kLane, .process = kStranger});
+  refused("no such kind", Hello{.kind = ConnectionKind{7}, .process = kStranger});
+  refused("a lane of nobody", Hello{.kind = ConnectionKind::kLane, .process = 12345});
+  refused("somebody who is here already", Hello{.kind = ConnectionKind::kWatch, .process = kStranger});
+}
+
+TEST_F(HostilePeerTest, AWatchConnectionThatTalksIsDropped) {
+  RawPeer working = lane();
+  working.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+  EXPECT_EQ(working.statusOfReply(), OK);
+  watch.send("hello", 5);
+  watch.expectClosed("nothing is said there");
+  // With it go the references that it stood for.
+  working.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = IBinder::PING_TRANSACTION});
+  EXPECT_EQ(working.statusOfReply(), DEAD_OBJECT);
+  working.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+  EXPECT_EQ(working.statusOfReply(), DEAD_OBJECT);
+}
+
+TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
+  RawPeer peer = lane();
+  for (const uint64_t forged : {uint64_t{0}, uint64_t{1}, number + 1, ~uint64_t{0}}) {
+    peer.sendFrame({.kind = FrameKind::kAcquire, .object = forged});
+    EXPECT_EQ(peer.statusOfReply(), DEAD_OBJECT);
+    peer.sendFrame({.kind = FrameKind::kRequest, .object = forged, .code = IBinder::PING_TRANSACTION});
+    EXPECT_EQ(peer.statusOfReply(), DEAD_OBJECT);
+  }
+  peer.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = IBinder::PING_TRANSACTION});
+  EXPECT_EQ(peer.statusOfReply(), DEAD_OBJECT) << "known, but not held";
+  for (int i = 0; i < 5; ++i) peer.sendFrame({.kind = FrameKind::kRelease, .object = number});
+  peer.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+  EXPECT_EQ(peer.statusOfReply(), OK);
+}
+
+TEST_F(HostilePeerTest, FramesThatAreNone) {
+  const FrameHeader request{.kind = FrameKind::kRequest, .object = number, .code = TestObject::kEcho};
+  const auto refused = [&](const char* what, auto change, size_t bodySize) {
+    RawPeer peer = lane();
+    FrameHeader header = request;
+    change(&header);
+    peer.sendFrame(header, std::vector<uint8_t>(bodySize, 0xa5));
+    peer.expectClosed(what);
+  };
+  refused(
+      "no magic", [](FrameHeader* h) { h->magic = 0; }, 0);
+  refused(
+      "no such kind", [](FrameHeader* h) { h->kind = FrameKind{99}; }, 0);
+  refused(
+      "a reply to nothing", [](FrameHeader* h) { h->kind = FrameKind::kReply; }, 0);
+  refused(
+      "a claim of nothing", [](FrameHeader* h) { h->kind = FrameKind::kClaimed; }, 0);
+  refused(
+      "less than it states", [](FrameHeader* h) { h->dataSize = 100; }, 99);
+  refused(
+      "more than it states", [](FrameHeader* h) { h->dataSize = 100; }, 101);
+  refused(
+      "above the limit", [](FrameHeader* h) { h->dataSize = kMaxDataSize + 1; }, 100);
+  refused(
+      "far above the limit", [](FrameHeader* h) { h->dataSize = ~0U; }, 100);
+  refused(
+      "more objects than fit", [](FrameHeader* h) { h->objectCount = 1; }, sizeof(ObjectEntry));
+  refused(
+      "very many objects", [](FrameHeader* h) { h->objectCount = ~0U; }, 100);
+
+  RawPeer half = lane();
+  half.send(&request, sizeof(request) / 2);
+  half.expectClosed("half a header");
+
+  std::mt19937 random(1);
+  for (int i = 0; i < 300; ++i) {
+    RawPeer peer(path);
+    if (i % 2 == 0) peer.greet(ConnectionKind::kLane);
+    std::vector<uint8_t> bytes(random() % 200 + 1);
+    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
+    peer.send(bytes.data(), bytes.size());
+    peer.expectClosed("noise");
+  }
+}
+
+TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
+  RawPeer peer = lane();
+  const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 20000};
+  peer.sendFrame(header, std::vector<uint8_t>(8 * 1024 - sizeof(header)));
+  std::vector<RawPeer> silent;
+  for (int i = 0; i < 100; ++i) silent.emplace_back(path);
+  EXPECT_EQ(increment(service, 5), 6) << "while they wait";
+}
+
+TEST_F(HostilePeerTest, BindersThatAreNone) {
+  RawPeer peer = lane();
+  peer.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+  ASSERT_EQ(peer.statusOfReply(), OK);
+
+  // Two places for binders, with eight bytes between.
+  struct Data {
+    FlatBinder first{.present = 1};
+    uint64_t between = 0;
+    FlatBinder second{.present = 1};
+  };
+  constexpr uint32_t kSecond = offsetof(Data, second);
+  const auto statusWith = [&](const Data& data, const std::vector<ObjectEntry>& entries) {
+    std::vector<uint8_t> body(sizeof(data) + entries.size() * sizeof(ObjectEntry));
+    std::memcpy(body.data(), &data, sizeof(data));
+    std::memcpy(body.data() + sizeof(data), entries.data(), entries.size() * sizeof(ObjectEntry));
+    peer.sendFrame({.kind = FrameKind::kRequest,
+                    .object = number,
+                    .code = TestObject::kKeep,
+                    .dataSize = sizeof(data),
+                    .objectCount = static_cast<uint32_t>(entries.size())},
+                   body);
+    return peer.statusOfReply();
+  };
+  const auto at = [](uint32_t offset) { return ObjectEntry{.owner = 77, .number = 88, .offset = offset}; };
+  EXPECT_EQ(statusWith({}, {at(0), at(kSecond)}), OK) << "objects of a process that isn't there";
+  EXPECT_EQ(statusWith({}, {at(kSecond), at(0)}), android::BAD_VALUE) << "out of order";
+  EXPECT_EQ(statusWith({}, {at(0), at(0)}), android::BAD_VALUE) << "twice";
+  EXPECT_EQ(statusWith({}, {at(4)}), android::BAD_VALUE) << "beside its place";
+  EXPECT_EQ(statusWith({}, {at(kSecond + 4)}), android::BAD_VALUE) << "past the end";
+  EXPECT_EQ(statusWith({}, {at(~0U - 3)}), android::BAD_VALUE) << "far past the end";
+  EXPECT_EQ(statusWith({.first = {.type = 0}}, {at(0)}), android::BAD_VALUE) << "no binder there";
+}
+
+CHILD_ROLE(otherUser) {
+  if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 2;
+  parent.ready();
+  RawPeer peer(args[0]);
+  peer.expectClosed("another user");
+  return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
+}
+
+TEST_F(HostilePeerTest, AnotherUserIsRefused) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
+  // The directory keeps others out already; the process refuses them, too.
+  ASSERT_EQ(::chmod(std::getenv("BINDER_RUNTIME_DIR"), 0755), 0);
+  ASSERT_EQ(::chmod(path.c_str(), 0777), 0);
+  vesk::test::ChildProcess other("otherUser", {path});
+  EXPECT_EQ(other.wait(), 0);
+  ASSERT_EQ(::chmod(std::getenv("BINDER_RUNTIME_DIR"), 0700), 0);
+}
+
+}  // namespace

@@ -1,0 +1,390 @@
+#include <binder/IBinder.h>
+#include <binder/Parcel.h>
+#include <gtest/gtest.h>
+
+#include <cstdlib>
+#include <functional>
+#include <new>
+#include <random>
+#include <string>
+#include <vector>
+
+#include "ParcelTesting.h"
+
+namespace {
+
+thread_local bool memoryIsShort = false;
+
+}  // namespace
+
+// All allocations of the standard library, also those made inside the platform's libraries.
+void* operator new(size_t size) {
+  void* const memory = memoryIsShort ? nullptr : malloc(size);
+  if (memory == nullptr) throw std::bad_alloc();
+  return memory;
+}
+void operator delete(void* memory) noexcept { free(memory); }
+void operator delete(void* memory, size_t) noexcept { free(memory); }
+
+namespace android {
+namespace {
+
+class Record : public Parcelable {
+ public:
+  Record() = default;
+  explicit Record(const String8& blob) : blob_(blob) {}
+
+  status_t writeToParcel(Parcel* parcel) const override { return parcel->writeString8(blob_); }
+  status_t readFromParcel(const Parcel* parcel) override { return parcel->readString8(&blob_); }
+  bool operator==(const Record& other) const { return blob_ == other.blob_; }
+
+ private:
+  String8 blob_;
+};
+
+// One value of one type: how it is written, its bytes, and how it is read.
+struct Kind {
+  std::string name;
+  std::string bytes;
+  std::function<status_t(Parcel*)> write;
+  // Reads into a target that holds something else, and checks that the target is the value after OK and
+  // untouched after an error.
+  std::function<status_t(const Parcel&)> read;
+};
+
+template <typename W, typename T, typename R>
+Kind kind(std::string name, const std::string& hex, status_t (Parcel::*write)(W), const T& value,
+          status_t (Parcel::*read)(R*) const, const R& expected, const R& before) {
+  return {std::move(name), unhex(hex), [=](Parcel* parcel) { return (parcel->*write)(value); },
+          [=](const Parcel& parcel) {
+            R target = before;
+            const status_t status = (parcel.*read)(&target);
+            EXPECT_TRUE(target == (status == OK ? expected : before));
+            return status;
+          }};
+}
+
+const std::vector<Kind>& kinds() {
+  using P = Parcel;
+  const auto int32 = [](int32_t v, const char* hex) {
+    return kind("int32", hex, &P::writeInt32, v, &P::readInt32, v, int32_t{77});
+  };
+  const auto boolean = [](bool v, const char* hex) {
+    return kind("bool", hex, &P::writeBool, v, &P::readBool, v, !v);
+  };
+  const auto string8 = [](const String8& v, const char* hex) {
+    return kind("String8", hex, &P::writeString8, v, &P::readString8, v, String8("before"));
+  };
+  const auto string16 = [](const String16& v, const char* hex) {
+    return kind<const String16&>("String16", hex, &P::writeString16, v, &P::readString16, v,
+                                 String16("before"));
+  };
+  const auto utf8 = [](const std::string& v, const char* hex) {
+    return kind("UTF-8", hex, &P::writeUtf8AsUtf16, v, &P::readUtf8FromUtf16, v, std::string("before"));
+  };
+  const auto ints = [](const std::vector<int32_t>& v, const char* hex) {
+    return kind("int32 vector", hex, &P::writeInt32Vector, v, &P::readInt32Vector, v,
+                std::vector<int32_t>{7, 7, 7});
+  };
+  const auto strings = [](const std::vector<String16>& v, const char* hex) {
+    return kind("String16 vector", hex, &P::writeString16Vector, v, &P::readString16Vector, v,
+                std::vector<String16>(3, String16("before")));
+  };
+  const auto record = [](const Record& v, const char* hex) {
+    Kind made = {"parcelable", unhex(hex), [=](Parcel* parcel) { return parcel->writeParcelable(v); },
+                 [=](const Parcel& parcel) {
+                   const Record before(String8("before"));
+                   Record target = before;
+                   const status_t status = parcel.readParcelable(&target);
+                   EXPECT_TRUE(target == (status == OK ? v : before));
+                   return status;
+                 }};
+    return made;
+  };
+  static const std::vector<Kind> kKinds = {
+      int32(0x01020304, "04030201"),
+      int32(-2, "FEFFFFFF"),
+      kind("uint32", "FEFFFFFF", &P::writeUint32, 0xFFFFFFFEu, &P::readUint32, 0xFFFFFFFEu, 77u),
+      kind("int64", "FEFFFFFF FFFFFFFF", &P::writeInt64, -2, &P::readInt64, int64_t{-2}, int64_t{77}),
+      kind("uint64", "08070605 04030201", &P::writeUint64, 0x0102030405060708u, &P::readUint64,
+           uint64_t{0x0102030405060708}, uint64_t{77}),
+      boolean(true, "01000000"),
+      boolean(false, "00000000"),
+      string8(String8(), "00000000 00000000"),
+      string8(String8("a"), "01000000 61000000"),
+      string8(String8("abc"), "03000000 61626300"),
+      string8(String8("abcd"), "04000000 61626364 00000000"),
+      string8(String8("\0\xFF\0\0\0", 5), "05000000 00FF0000 00000000"),
+      string16(String16(), "00000000 00000000"),
+      string16(String16("a"), "01000000 61000000"),
+      string16(String16("ab"), "02000000 61006200 00000000"),
+      string16(String16(u"\0\xD800\0", 3), "03000000 000000D8 00000000"),
+      utf8("", "00000000 00000000"),
+      utf8("é", "01000000 E9000000"),
+      utf8("€😀", "03000000 AC203DD8 00DE0000"),
+      utf8(std::string("a\0b", 3), "03000000 61000000 62000000"),
+      ints({}, "00000000"),
+      ints({1, -2}, "02000000 01000000 FEFFFFFF"),
+      strings({}, "00000000"),
+      strings({String16(), String16("ab")}, "02000000 00000000 00000000 02000000 61006200 00000000"),
+      record(Record(), "01000000 00000000 00000000"),
+      record(Record(String8("a\0b\0", 4)), "01000000 04000000 61006200 00000000"),
+  };
+  return kKinds;
+}
+
+TEST(Parcel, WritesEveryTypeInItsBytesAndReadsItBack) {
+  for (const Kind& kind : kinds()) {
+    SCOPED_TRACE(kind.name);
+    Parcel parcel;
+    // What stood there before must not shine through the padding.
+    const std::vector<uint8_t> dirt(64, 0xDD);
+    parcel.setData(dirt.data(), dirt.size());
+    parcel.setDataSize(0);
+    EXPECT_EQ(kind.write(&parcel), OK);
+    EXPECT_EQ(bytesOf(parcel), kind.bytes);
+    EXPECT_EQ(parcel.dataAvail(), 0u);
+    parcel.setDataPosition(0);
+    EXPECT_EQ(kind.read(parcel), OK);
+    EXPECT_EQ(parcel.dataAvail(), 0u);
+  }
+}
+
+TEST(Parcel, ReadsNothingFromContentsCutShort) {
+  for (const Kind& kind : kinds()) {
+    for (size_t length = 0; length < kind.bytes.size(); ++length) {
+      SCOPED_TRACE(kind.name + " cut to " + std::to_string(length));
+      Parcel parcel;
+      const size_t start = fillTightly(&parcel, kind.bytes.substr(0, length));
+      EXPECT_EQ(kind.read(parcel), NOT_ENOUGH_DATA);
+      EXPECT_EQ(parcel.dataPosition(), start);
+    }
+  }
+}
+
+const Kind& kindNamed(const std::string& name) {
+  for (const Kind& kind : kinds()) {
+    if (kind.name == name) return kind;
+  }
+  ADD_FAILURE() << "no kind " << name;
+  return kinds().front();
+}
+
+TEST(Parcel, RefusesHostileContents) {
+  struct Row {
+    const char* kind;
+    const char* hex;
+    status_t status;
+  };
+  const Row kRows[] = {
+      {"String8", "FFFFFFFF 61000000", UNEXPECTED_NULL},
+      {"String8", "00000080 61000000", UNEXPECTED_NULL},
+      {"String8", "FFFFFF7F 61000000", NOT_ENOUGH_DATA},
+      {"String8", "04000000 61626364", NOT_ENOUGH_DATA},
+      {"String8", "03000000 61626364", BAD_TYPE},
+      {"String16", "FFFFFFFF 61000000", UNEXPECTED_NULL},
+      {"String16", "FFFFFF7F 61000000", NOT_ENOUGH_DATA},
+      {"String16", "FFFFFF3F 61000000", NOT_ENOUGH_DATA},
+      {"String16", "02000000 61006200", NOT_ENOUGH_DATA},
+      {"String16", "01000000 61006200", BAD_TYPE},
+      {"String16", "01000000 61000001", BAD_TYPE},
+      {"UTF-8", "FFFFFFFF 61000000", UNEXPECTED_NULL},
+      {"UTF-8", "FEFFFF7F 61000000", NOT_ENOUGH_DATA},
+      {"int32 vector", "FFFFFFFF", UNEXPECTED_NULL},
+      {"int32 vector", "FFFFFF7F 01000000", NOT_ENOUGH_DATA},
+      {"int32 vector", "00000040 01000000", NOT_ENOUGH_DATA},
+      {"String16 vector", "FFFFFFFF", UNEXPECTED_NULL},
+      {"String16 vector", "FFFFFF7F 00000000 00000000", NOT_ENOUGH_DATA},
+      {"String16 vector", "00000020 00000000 00000000", NOT_ENOUGH_DATA},
+      {"String16 vector", "02000000 00000000 00000000 FFFFFFFF 00000000", UNEXPECTED_NULL},
+      {"parcelable", "00000000 00000000 00000000", UNEXPECTED_NULL},
+      {"parcelable", "01000000 FFFFFFFF", UNEXPECTED_NULL},
+  };
+  for (const Row& row : kRows) {
+    SCOPED_TRACE(std::string(row.kind) + " " + row.hex);
+    Parcel parcel;
+    const size_t start = fillTightly(&parcel, unhex(row.hex));
+    EXPECT_EQ(kindNamed(row.kind).read(parcel), row.status);
+    EXPECT_EQ(parcel.dataPosition(), start);
+  }
+}
+
+TEST(Parcel, TakesWhatOtherWritersMayWrite) {
+  Parcel parcel;
+  parcel.writeInt32(-5);
+  parcel.writeString16(u"\xDC00x", 2);
+  parcel.writeInt32(9);
+  parcel.writeString8(String8("blob"));
+  parcel.setDataPosition(0);
+  EXPECT_TRUE(parcel.readBool());
+  std::string text;
+  EXPECT_EQ(parcel.readUtf8FromUtf16(&text), OK);
+  EXPECT_EQ(text, "\uFFFDx");
+  Record record;
+  EXPECT_EQ(parcel.readParcelable(&record), OK);
+  EXPECT_EQ(record, Record(String8("blob")));
+}
+
+template <typename T>
+std::function<status_t(const Parcel&)> reader(status_t (Parcel::*read)(T*) const) {
+  return [=](const Parcel& parcel) {
+    T target{};
+    return (parcel.*read)(&target);
+  };
+}
+
+TEST(Parcel, SurvivesNoise) {
+  const std::vector<std::function<status_t(const Parcel&)>> readers = {
+      reader<String8>(&Parcel::readString8),
+      reader<String16>(&Parcel::readString16),
+      reader(&Parcel::readUtf8FromUtf16),
+      reader(&Parcel::readInt32Vector),
+      reader(&Parcel::readString16Vector),
+      reader<sp<IBinder>>(&Parcel::readStrongBinder),
+      [](const Parcel& parcel) {
+        Record record;
+        return parcel.readParcelable(&record);
+      },
+  };
+  std::mt19937 random(1);
+  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
+  for (int round = 0; round < 20000; ++round) {
+    std::string noise(static_cast<size_t>(below(40)), '\0');
+    // Zeros and small numbers, so that lengths and markers come out plausible now and then.
+    for (char& byte : noise) byte = static_cast<char>(below(3) != 0 ? 0 : below(16) - 8);
+    Parcel parcel;
+    const size_t start = fillTightly(&parcel, noise);
+    for (const auto& read : readers) {
+      parcel.setDataPosition(start);
+      const status_t status = read(parcel);
+      ASSERT_EQ(status == OK, parcel.dataPosition() != start);
+      ASSERT_LE(parcel.dataPosition(), parcel.dataSize());
+    }
+  }
+}
+
+TEST(Parcel, GrowsBeyondItsOwnMemoryWithoutLoss) {
+  Parcel parcel;
+  const uint8_t* const inPlace = parcel.data();
+  constexpr int32_t kInts = Parcel::kInlineCapacity / sizeof(int32_t);
+  for (int32_t i = 0; i < kInts; ++i) parcel.writeInt32(i);
+  EXPECT_EQ(parcel.data(), inPlace);
+  for (int32_t i = kInts; i < 20 * kInts; ++i) ASSERT_EQ(parcel.writeInt32(i), OK);
+  EXPECT_NE(parcel.data(), inPlace);
+  EXPECT_GE(parcel.dataCapacity(), parcel.dataSize());
+  parcel.setDataPosition(0);
+  for (int32_t i = 0; i < 20 * kInts; ++i) ASSERT_EQ(parcel.readInt32(), i);
+  EXPECT_EQ(parcel.dataAvail(), 0u);
+
+  parcel.freeData();
+  EXPECT_EQ(parcel.data(), inPlace);
+  EXPECT_EQ(parcel.dataSize(), 0u);
+  EXPECT_EQ(parcel.dataCapacity(), Parcel::kInlineCapacity);
+}
+
+TEST(Parcel, FailedWriteAddsNothing) {
+  class Broken : public Parcelable {
+   public:
+    status_t writeToParcel(Parcel* parcel) const override {
+      parcel->writeString8(String8("half"));
+      return BAD_INDEX;
+    }
+    status_t readFromParcel(const Parcel*) override { return OK; }
+  };
+  const char16_t unit = u'x';
+  const std::pair<const char*, std::pair<std::function<status_t(Parcel*)>, status_t>> kRows[] = {
+      {"cut off", {[](Parcel* p) { return p->writeUtf8AsUtf16("ab\xC3"); }, BAD_VALUE}},
+      {"surrogate", {[](Parcel* p) { return p->writeUtf8AsUtf16("ab\xED\xA0\x80"); }, BAD_VALUE}},
+      {"half a parcelable", {[](Parcel* p) { return p->writeParcelable(Broken()); }, BAD_INDEX}},
+      {"too many bytes", {[&](Parcel* p) { return p->write(&unit, SIZE_MAX); }, NO_MEMORY}},
+      {"all bytes", {[&](Parcel* p) { return p->write(&unit, size_t{INT32_MAX} - 3); }, NO_MEMORY}},
+      {"too many units", {[&](Parcel* p) { return p->writeString16(&unit, SIZE_MAX / 2); }, BAD_VALUE}},
+      {"too large", {[](Parcel* p) { return p->setDataSize(size_t{INT32_MAX} + 1); }, NO_MEMORY}},
+      {"too much room", {[](Parcel* p) { return p->setDataCapacity(SIZE_MAX); }, NO_MEMORY}},
+  };
+  for (const auto& [name, row] : kRows) {
+    SCOPED_TRACE(name);
+    Parcel parcel;
+    parcel.writeInt32(5);
+    EXPECT_EQ(row.first(&parcel), row.second);
+    EXPECT_EQ(bytesOf(parcel), unhex("05000000"));
+    EXPECT_EQ(parcel.dataPosition(), 4u);
+  }
+}
+
+TEST(Parcel, ReadWithoutMemoryFailsAndMayBeRepeated) {
+  const std::string text(100, 'x');
+  Parcel parcel;
+  const std::pair<const char*, Kind> kRows[] = {
+      {"String8", kind("", "", &Parcel::writeString8, String8(text.c_str()), &Parcel::readString8,
+                       String8(text.c_str()), String8("-"))},
+      {"String16", kind<const String16&>("", "", &Parcel::writeString16, String16(text.c_str()),
+                                         &Parcel::readString16, String16(text.c_str()), String16("-"))},
+      {"UTF-8",
+       kind("", "", &Parcel::writeUtf8AsUtf16, text, &Parcel::readUtf8FromUtf16, text, std::string("-"))},
+      {"ints", kind("", "", &Parcel::writeInt32Vector, std::vector<int32_t>(9, 3), &Parcel::readInt32Vector,
+                    std::vector<int32_t>(9, 3), std::vector<int32_t>())},
+      {"strings", kind("", "", &Parcel::writeString16Vector, std::vector<String16>(2),
+                       &Parcel::readString16Vector, std::vector<String16>(2), std::vector<String16>())},
+  };
+  for (const auto& [name, row] : kRows) {
+    SCOPED_TRACE(name);
+    const size_t start = parcel.dataPosition();
+    ASSERT_EQ(row.write(&parcel), OK);
+    parcel.setDataPosition(start);
+    memoryIsShort = true;
+    const status_t status = row.read(parcel);
+    memoryIsShort = false;
+    EXPECT_EQ(status, NO_MEMORY);
+    EXPECT_EQ(parcel.dataPosition(), start);
+    EXPECT_EQ(row.read(parcel), OK);
+  }
+}
+
+TEST(Parcel, KnowsTheTokenOfItsInterface) {
+  Parcel parcel;
+  parcel.writeInterfaceToken(String16("com.qv.ICallService"));
+  const size_t end = parcel.dataPosition();
+  for (const auto& [wanted, same] : {std::pair("com.qv.ICallService", true),
+                                     {"com.qv.ICallServicf", false},
+                                     {"com.qv.ICallServic", false},
+                                     {"com.qv.ICallService2", false},
+                                     {"", false}}) {
+    parcel.setDataPosition(0);
+    EXPECT_EQ(parcel.enforceInterface(String16(wanted)), same) << wanted;
+    EXPECT_EQ(parcel.dataPosition(), end);
+  }
+  EXPECT_FALSE(parcel.enforceInterface(String16("")));
+  EXPECT_EQ(parcel.dataPosition(), end);
+}
+
+TEST(Parcel, RawBytesAndPositions) {
+  Parcel parcel;
+  EXPECT_EQ(parcel.write("abcde", 5), OK);
+  EXPECT_EQ(parcel.write(nullptr, 0), OK);
+  EXPECT_EQ(bytesOf(parcel), std::string("abcde\0\0\0", 8));
+  parcel.setDataPosition(4);
+  parcel.writeInt32(-1);
+  parcel.setDataPosition(100);
+  EXPECT_EQ(parcel.dataPosition(), 8u);
+  parcel.setDataSize(12);
+  EXPECT_EQ(bytesOf(parcel), unhex("61626364 FFFFFFFF 00000000"));
+  parcel.setDataPosition(0);
+  EXPECT_EQ(memcmp(parcel.readInplace(3), "abc", 3), 0);
+  EXPECT_EQ(parcel.dataPosition(), 4u);
+  EXPECT_EQ(parcel.readInplace(9), nullptr);
+  EXPECT_EQ(parcel.readInplace(SIZE_MAX), nullptr);
+  EXPECT_EQ(parcel.readInt32(), -1);
+
+  // Raw contents need not end on the grid, but what is written behind them stands on it.
+  parcel.setData(reinterpret_cast<const uint8_t*>("abcde"), 5);
+  parcel.setDataPosition(5);
+  EXPECT_EQ(parcel.writeUtf8AsUtf16("x"), OK);
+  EXPECT_EQ(bytesOf(parcel), unhex("61626364 65000000 01000000 78000000"));
+  parcel.setDataPosition(9);
+  String16 text;
+  EXPECT_NE(parcel.readString16(&text), OK);
+}
+
+}  // namespace
+}  // namespace android
