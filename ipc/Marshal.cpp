@@ -1,5 +1,9 @@
 #include "ipc/Marshal.h"
 
+#include <algorithm>
+#include <limits>
+#include <utility>
+
 namespace com::qv {
 
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
@@ -12,18 +16,20 @@ status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
 }
 
 status_t read(const Parcel& parcel, std::vector<CommonParcelable>* value) {
-  // A presence marker is the least that an element takes: a count beyond that must not size the vector.
-  constexpr size_t kLeastElementSize = sizeof(int32_t);
+  // The least that an element takes in a parcel. A count may promise more than there is, and is not to be
+  // trusted with memory.
+  constexpr size_t kMarkerSize = sizeof(int32_t);
 
   int32_t count = 0;
   if (const status_t status = parcel.readInt32(&count); status != android::OK) return status;
   if (count < 0) return android::UNEXPECTED_NULL;
-  if (static_cast<size_t>(count) > parcel.dataAvail() / kLeastElementSize) return android::NOT_ENOUGH_DATA;
 
-  value->resize(static_cast<size_t>(count));
-  for (CommonParcelable& element : *value) {
-    if (const status_t status = read(parcel, &element); status != android::OK) return status;
+  std::vector<CommonParcelable> elements;
+  elements.reserve(std::min(static_cast<size_t>(count), parcel.dataAvail() / kMarkerSize));
+  for (int32_t i = 0; i < count; ++i) {
+    if (const status_t status = read(parcel, &elements.emplace_back()); status != android::OK) return status;
   }
+  *value = std::move(elements);
   return android::OK;
 }
 

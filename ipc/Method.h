@@ -4,6 +4,7 @@
 #include <tuple>
 #include <type_traits>
 #include <utility>
+#include <variant>
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>
@@ -24,19 +25,24 @@ constexpr bool kIsOut = std::is_pointer_v<Parameter>;
 template <class... Parameters>
 constexpr size_t kInCount = (size_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
 
+/** What a parameter refers to or points to. */
+template <class Parameter>
+using Value = std::remove_pointer_t<std::remove_cvref_t<Parameter>>;
+
 /**
- * Applies `f` to the out-parameters in the order in which they stand in a reply, until one fails: the last
- * one first (it is the method's return value), then the others as they are declared.
+ * Applies `f` to the position of each out-parameter, as a std::integral_constant, in the order in which they
+ * stand in a reply, until one fails: the last one first (it is the method's return value), then the others as
+ * they are declared.
  */
-template <class... Parameters, class Tuple, class F>
-status_t forEachOut(Tuple& parameters, F f) {
+template <class... Parameters, class F>
+status_t forEachOut(F f) {
   constexpr size_t kCount = sizeof...(Parameters);
   constexpr size_t kIns = kInCount<Parameters...>;
   status_t status = android::OK;
   if constexpr (kCount > kIns) {
-    status = f(std::get<kCount - 1>(parameters));
+    status = f(std::integral_constant<size_t, kCount - 1>());
     [&]<size_t... I>(std::index_sequence<I...>) {
-      ((status == android::OK && (status = f(std::get<kIns + I>(parameters)))), ...);
+      ((status == android::OK && (status = f(std::integral_constant<size_t, kIns + I>()))), ...);
     }
     (std::make_index_sequence<kCount - kIns - 1>());
   }
@@ -61,8 +67,16 @@ template <class... Parameters>
   if (status == android::OK) status = remote->transact(code, data, &reply, 0);
   if (status == android::OK) status = result.readFromParcel(reply);
   if (status == android::OK && result.isOk()) {
-    std::tuple<Parameters...> all(parameters...);
-    status = forEachOut<Parameters...>(all, [&](auto* out) { return read(reply, out); });
+    // The caller's variables are written only when the whole reply has been read.
+    std::tuple<std::conditional_t<kIsOut<Parameters>, Value<Parameters>, std::monostate>...> received;
+    status = forEachOut<Parameters...>([&](auto i) { return read(reply, &std::get<i>(received)); });
+    if (status == android::OK) {
+      const std::tuple<const Parameters&...> targets(parameters...);
+      forEachOut<Parameters...>([&](auto i) {
+        *std::get<i>(targets) = std::move(std::get<i>(received));
+        return android::OK;
+      });
+    }
   }
   if (status != android::OK) result.setFromStatusT(status);
   return result;
@@ -73,7 +87,7 @@ template <class... Parameters>
                                        android::binder::Status (android::IInterface::*method)(Parameters...),
                                        const Parcel& data, Parcel* reply) {
   constexpr size_t kIns = kInCount<Parameters...>;
-  std::tuple<std::remove_pointer_t<std::remove_cvref_t<Parameters>>...> locals;
+  std::tuple<Value<Parameters>...> locals;
   status_t status = android::OK;
 
   [&]<size_t... I>(std::index_sequence<I...>) {
@@ -95,7 +109,7 @@ template <class... Parameters>
         locals);
     status = result.writeToParcel(reply);
     if (status == android::OK && result.isOk()) {
-      status = forEachOut<Parameters...>(locals, [&](const auto& out) { return write(reply, out); });
+      status = forEachOut<Parameters...>([&](auto i) { return write(reply, std::get<i>(locals)); });
     }
   }
 

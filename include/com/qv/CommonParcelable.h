@@ -18,7 +18,9 @@ class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
   /** Copies `size` bytes, zeros included. */
   CommonParcelable(const void* record, size_t size) : blob_(static_cast<const char*>(record), size) {}
   CommonParcelable(const CommonParcelable&) = default;
+  CommonParcelable(CommonParcelable&&) = default;
   CommonParcelable& operator=(const CommonParcelable&) = default;
+  CommonParcelable& operator=(CommonParcelable&&) = default;
   ~CommonParcelable() override;
 
   android::status_t writeToParcel(android::Parcel* parcel) const override;
