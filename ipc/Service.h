@@ -2,6 +2,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <mutex>
 #include <string>
 #include <thread>
 #include <tuple>
@@ -12,7 +13,6 @@
 #include <com/qv/ClientBase.h>
 #include <com/qv/CommonParcelable.h>
 
-#include "ipc/Guarded.h"
 #include "ipc/Slot.h"
 
 namespace com::qv {
@@ -69,16 +69,15 @@ template <class Client>
 class Service {
  public:
   using Interface = typename Client::Service;
-  using DiedCallback = void (*)();
+  using DiedCallback = typename Slot<Client>::DiedCallback;
   template <class... Parameters>
   using Method = android::binder::Status (Interface::*)(Parameters...);
 
   /** Connects without death notification. A failed attempt leaves the earlier client. */
-  bool connect(const char* name) {
-    const android::sp<Client> client = newClient(name);
-    if (!client->connected) return false;
-    slot_.put(client);
-    return true;
+  bool connect() {
+    const android::sp<Client> client = newClient();
+    if (client->connected) publish(client, nullptr, [] {});
+    return client->connected;
   }
 
   /**
@@ -86,16 +85,23 @@ class Service {
    * success only. A failed attempt leaves the earlier client.
    */
   template <class StoreCallbacks>
-  bool connect(const char* name, ClientBase::DeathHook hook, DiedCallback onServiceDied,
-               StoreCallbacks storeCallbacks);
+  bool connect(ClientBase::DeathHook hook, DiedCallback onServiceDied, StoreCallbacks storeCallbacks) {
+    const android::sp<Client> client = newClient();
+    if (!client->connected) return false;
+    client->deathHook = hook;
+    publish(client, onServiceDied, storeCallbacks);
+    // Last, so that the death, which may be told at once on another thread, finds everything in place. A
+    // service that died before this tells nobody by itself.
+    if (client->binder->linkToDeath(client, nullptr, 0) == android::DEAD_OBJECT) tellOfDeath(client);
+    return true;
+  }
 
-  /** Empties the slot. */
-  void disconnect() { slot_.put(nullptr); }
+  /** Gives up the current client. */
+  void disconnect() { static_cast<void>(slot_.exchange({})); }
 
   /** The death hook's work. A client that is no longer the current one has nothing to tell. */
-  void died(ClientBase* client) {
-    if (!slot_.holds(client)) return;
-    if (const DiedCallback onServiceDied = onServiceDied_.get()) onServiceDied();
+  void died(const ClientBase* client) {
+    if (const DiedCallback onServiceDied = slot_.onDeathOf(client)) onServiceDied();
     slot_.drop(client);
   }
 
@@ -107,7 +113,14 @@ class Service {
     }
   }
 
-  /** A method with one int32_t or bool out-value, which is the result. */
+  /** A method with one int32_t or bool out-value, which is the result; -1 or false without one. */
+  template <class... Parameters, class... Arguments>
+  int value(Method<Parameters...> method, Arguments... arguments) const {
+    constexpr int kNone = std::is_same_v<OutValue<Parameters...>, bool> ? 0 : -1;
+    return value(Absent{kNone}, Preset{kNone}, method, arguments...);
+  }
+
+  /** The same for a method with values of its own. */
   template <class... Parameters, class... Arguments>
   [[gnu::noinline]] int value(Absent absent, Preset preset, Method<Parameters...> method,
                               Arguments... arguments) const {
@@ -165,7 +178,16 @@ class Service {
   using OutValue =
       std::remove_pointer_t<std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>>;
 
-  static android::sp<Client> newClient(const char* name) { return new Client(android::String16(name)); }
+  static android::sp<Client> newClient() { return new Client(android::String16(Client::kServiceName)); }
+
+  /** Makes `client` the current one and its callbacks the current ones, as one step among concurrent ones. */
+  template <class StoreCallbacks>
+  void publish(const android::sp<Client>& client, DiedCallback onServiceDied, StoreCallbacks storeCallbacks) {
+    typename Slot<Client>::Connection replaced;  // Outlives the lock, so that the client goes outside it.
+    const std::lock_guard lock(publishing_);
+    replaced = slot_.exchange({client, onServiceDied});
+    storeCallbacks();
+  }
 
   template <class... Parameters, class... Arguments>
   static void call(Interface& service, Method<Parameters...> method, const Arguments&... arguments) {
@@ -178,24 +200,8 @@ class Service {
   }
 
   Slot<Client> slot_;
-  Guarded<DiedCallback> onServiceDied_;
+  std::mutex publishing_;
 };
-
-template <class Client>
-template <class StoreCallbacks>
-bool Service<Client>::connect(const char* name, ClientBase::DeathHook hook, DiedCallback onServiceDied,
-                              StoreCallbacks storeCallbacks) {
-  const android::sp<Client> client = newClient(name);
-  if (!client->connected) return false;
-  client->deathHook = hook;
-  slot_.put(client);
-  storeCallbacks();
-  onServiceDied_.set(onServiceDied);
-  // Last, so that the death, which may be told at once on another thread, finds everything in place. A
-  // service that died before this tells nobody by itself.
-  if (client->binder->linkToDeath(client, nullptr, 0) == android::DEAD_OBJECT) tellOfDeath(client);
-  return true;
-}
 
 /** Releases a service's client when the library's static objects are destroyed. */
 template <class Client>
