@@ -6,16 +6,20 @@
 
 namespace com::qv {
 
-/** The connection to the call service; registers a listener for the call events. */
+/** The connection to the call service, with a listener registered there for the call events. */
 class COM_QV_EXPORT CallClient : public ClientBase {
  public:
   using Service = ICallService;
+  /** The name under which the service manager knows the call service. */
+  static constexpr const char* kServiceName = "com.qv.CallService";
+  static constexpr const char* kLogTag = "CallClient";
 
   explicit CallClient(const android::String16& name);
   ~CallClient() override;
 
-  android::sp<ICallService> service;
-  android::sp<CallEventListener> listener;
+  /** Both null if the service was not found. */
+  const android::sp<ICallService> service;
+  const android::sp<CallEventListener> listener;
 };
 
 }  // namespace com::qv
