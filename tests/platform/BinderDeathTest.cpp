@@ -89,8 +89,9 @@ TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
 
 TEST_F(BinderDeathTest, ALocalObjectCantBeLinked) {
   const sp<IBinder> object = new TestObject();
-  EXPECT_EQ(object->linkToDeath(new Mourner()), android::INVALID_OPERATION);
-  EXPECT_EQ(object->unlinkToDeath(new Mourner()), android::INVALID_OPERATION);
+  const sp<Mourner> mourner = new Mourner();
+  EXPECT_EQ(object->linkToDeath(mourner), android::INVALID_OPERATION);
+  EXPECT_EQ(object->unlinkToDeath(mourner), android::INVALID_OPERATION);
 }
 
 TEST_F(BinderDeathTest, ARecipientMayWaitForTheNextOfThatName) {

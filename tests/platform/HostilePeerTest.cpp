@@ -60,7 +60,7 @@ class RawPeer {
   void sendFrame(FrameHeader header, std::span<const uint8_t> body = {}) {
     std::vector<uint8_t> frame(sizeof(header) + body.size());
     std::memcpy(frame.data(), &header, sizeof(header));
-    std::memcpy(frame.data() + sizeof(header), body.data(), body.size());
+    std::copy(body.begin(), body.end(), frame.begin() + sizeof(header));
     send(frame.data(), frame.size());
   }
 
@@ -225,7 +225,9 @@ TEST_F(HostilePeerTest, BindersThatAreNone) {
   const auto statusWith = [&](const Data& data, const std::vector<ObjectEntry>& entries) {
     std::vector<uint8_t> body(sizeof(data) + entries.size() * sizeof(ObjectEntry));
     std::memcpy(body.data(), &data, sizeof(data));
-    std::memcpy(body.data() + sizeof(data), entries.data(), entries.size() * sizeof(ObjectEntry));
+    if (!entries.empty()) {
+      std::memcpy(body.data() + sizeof(data), entries.data(), entries.size() * sizeof(ObjectEntry));
+    }
     peer.sendFrame({.kind = FrameKind::kRequest,
                     .object = number,
                     .code = TestObject::kKeep,

@@ -381,9 +381,10 @@ TEST(Parcel, RawBytesAndPositions) {
   parcel.setDataPosition(5);
   EXPECT_EQ(parcel.writeUtf8AsUtf16("x"), OK);
   EXPECT_EQ(bytesOf(parcel), unhex("61626364 65000000 01000000 78000000"));
-  parcel.setDataPosition(9);
+  parcel.setData(reinterpret_cast<const uint8_t*>("a\0\0\0\0\0\0\0\0"), 9);
+  parcel.setDataPosition(1);
   String16 text;
-  EXPECT_NE(parcel.readString16(&text), OK);
+  EXPECT_EQ(parcel.readString16(&text), BAD_TYPE);
 }
 
 }  // namespace

@@ -245,16 +245,18 @@ TEST(RefBaseThreads, PromotionAgainstTheLastRelease) {
   std::atomic<int> readDead = 0;
   for (int round = 0; round < kRounds; ++round) {
     sp<Counted> last = sp<Counted>::make(&firsts, &deaths);
-    const wp<Counted> weak = last;
+    std::vector<wp<Counted>> weak(4, last);
     together(4, [&](int i) {
+      // The counters go with the last of these, on whichever thread that is.
+      wp<Counted>& own = weak[static_cast<size_t>(i)];
       if (i == 0) {
         last.clear();
-        return;
+      } else {
+        while (const sp<Counted> held = own.promote()) {
+          if (held->value != Noted::kAlive) ++readDead;
+        }
       }
-      const wp<Counted> own = weak;
-      while (const sp<Counted> held = own.promote()) {
-        if (held->value != Noted::kAlive) ++readDead;
-      }
+      own.clear();
     });
   }
   EXPECT_EQ(readDead, 0);

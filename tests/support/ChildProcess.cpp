@@ -149,7 +149,8 @@ bool runRole(int argc, char** argv, int* exitCode) {
   // Not to be left behind when the test crashes or runs out of time.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   fcntl(kChannelFd, F_SETFD, FD_CLOEXEC);
-  Parent parent(kChannelFd);
+  // Never closed: threads of the role may still use it while the process exits.
+  static Parent& parent = *new Parent(kChannelFd);
   *exitCode = roles().at(argv[2])(parent, std::vector<std::string>(argv + 3, argv + argc));
   return true;
 }
