@@ -71,10 +71,12 @@ std::string referenceUtf8(const std::u16string& utf16) {
 
 const uint8_t* bytesOf(const std::string& text) { return reinterpret_cast<const uint8_t*>(text.data()); }
 
-// Converts into a buffer of exactly the right size with marks on both sides.
+// Converts into a buffer of exactly the right size with marks on both sides. Behind the text stands what
+// would go on with a character that it cuts off.
 void expectUtf16(const std::string& utf8) {
   const std::optional<std::u16string> expected = referenceUtf16(utf8);
-  const ssize_t length = utf8_to_utf16_length(bytesOf(utf8), utf8.size());
+  const std::string longer = utf8 + "\x80\x80\x80";
+  const ssize_t length = utf8_to_utf16_length(bytesOf(longer), utf8.size());
   if (!expected) {
     ASSERT_EQ(length, -1) << testing::PrintToString(utf8);
     return;
@@ -83,17 +85,18 @@ void expectUtf16(const std::string& utf8) {
   constexpr char16_t kMark = 0xABCD;
   std::u16string buffer(expected->size() + 3, kMark);
   const char16_t* const end =
-      utf8_to_utf16(bytesOf(utf8), utf8.size(), buffer.data() + 1, expected->size() + 1);
+      utf8_to_utf16(bytesOf(longer), utf8.size(), buffer.data() + 1, expected->size() + 1);
   ASSERT_EQ(end, buffer.data() + 1 + expected->size());
   ASSERT_EQ(buffer, kMark + *expected + u'\0' + kMark) << testing::PrintToString(utf8);
 }
 
 void expectUtf8(const std::u16string& utf16) {
   const std::string expected = referenceUtf8(utf16);
-  ASSERT_EQ(utf16_to_utf8_length(utf16.data(), utf16.size()), static_cast<ssize_t>(expected.size()));
+  const std::u16string longer = utf16 + char16_t{0xDC00};
+  ASSERT_EQ(utf16_to_utf8_length(longer.data(), utf16.size()), static_cast<ssize_t>(expected.size()));
   constexpr char kMark = '#';
   std::string buffer(expected.size() + 3, kMark);
-  utf16_to_utf8(utf16.data(), utf16.size(), buffer.data() + 1, expected.size() + 1);
+  utf16_to_utf8(longer.data(), utf16.size(), buffer.data() + 1, expected.size() + 1);
   ASSERT_EQ(buffer, kMark + expected + '\0' + kMark);
 }
 
