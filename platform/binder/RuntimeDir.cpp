@@ -10,6 +10,7 @@
 #include <algorithm>
 #include <cerrno>
 #include <charconv>
+#include <chrono>
 #include <cinttypes>
 #include <cstdio>
 #include <cstdlib>
@@ -17,6 +18,7 @@
 #include <filesystem>
 #include <string_view>
 #include <system_error>
+#include <thread>
 
 #include "UniqueFd.h"
 
@@ -101,11 +103,15 @@ bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
   return true;
 }
 
-/** Keeps others from changing names between a look and an act. Advisory: without it, an exiting process might
- * remove its successor's name. */
+/**
+ * Keeps others from changing names between a look and an act: without it, an exiting process might remove its
+ * successor's name. Only for a while, since a process that is stopped in the middle must not stop all others.
+ */
 UniqueFd lockNames() {
   UniqueFd lock(::open(pathOf(kLockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-  if (lock.valid()) ::flock(lock.get(), LOCK_EX);
+  for (int tries = 100; tries > 0 && lock.valid() && ::flock(lock.get(), LOCK_EX | LOCK_NB) < 0; --tries) {
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
   return lock;
 }
 

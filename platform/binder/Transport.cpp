@@ -1,5 +1,6 @@
 #include "Transport.h"
 
+#include <android/log.h>
 #include <pthread.h>
 #include <sys/random.h>
 
@@ -86,7 +87,8 @@ bool startThread(const char* name, std::function<void()> work) {
     std::thread thread(std::move(work));
     pthread_setname_np(thread.native_handle(), name);
     thread.detach();
-  } catch (const std::system_error&) {
+  } catch (const std::system_error& error) {
+    __android_log_print(ANDROID_LOG_ERROR, "binder", "can't start the thread %s: %s", name, error.what());
     started = false;
   }
   pthread_sigmask(SIG_SETMASK, &before, nullptr);
