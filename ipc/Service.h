@@ -34,6 +34,13 @@ struct Record {
   CommonParcelable toParameter() const { return {bytes, kSize}; }
 };
 
+/** The rule for most records as out-values: taken at exactly `size` bytes. */
+struct Exactly {
+  void* bytes;
+  size_t size;
+  bool store(const CommonParcelable& record) const { return record.copyTo(bytes, size); }
+};
+
 /** A C array as an in-argument; empty for a count of 0 or less. */
 struct IntArray {
   const int* values;
@@ -96,6 +103,9 @@ class Service {
     return true;
   }
 
+  /** The proxy of the current client, null without one, for what none of the members below does. */
+  android::sp<Interface> proxy() const { return slot_.service(); }
+
   /** Gives up the current client. */
   void disconnect() { static_cast<void>(slot_.exchange({})); }
 
@@ -105,12 +115,19 @@ class Service {
     slot_.drop(client);
   }
 
-  /** A method whose answer nobody looks at. */
+  /** A method whose answer nobody looks at; an out-value, if it has one, is read and dropped. 0 once the call
+   * was made, whatever came of it; -1 without a client. */
   template <class... Parameters, class... Arguments>
-  [[gnu::noinline]] void send(Method<Parameters...> method, Arguments... arguments) const {
-    if (const auto service = slot_.service(); service != nullptr) {
+  [[gnu::noinline]] int send(Method<Parameters...> method, Arguments... arguments) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return -1;
+    if constexpr (sizeof...(Arguments) == sizeof...(Parameters)) {
       call<Parameters...>(*service, method, arguments...);
+    } else {
+      OutValue<Parameters...> dropped{};
+      call<Parameters...>(*service, method, arguments..., &dropped);
     }
+    return 0;
   }
 
   /** A method with one int32_t or bool out-value, which is the result; -1 or false without one. */
@@ -134,12 +151,25 @@ class Service {
   /** A method with one record of `kSize` bytes as out-value: 0 if it was copied to `record`, else -1 and that
    * is untouched. */
   template <size_t kSize, class... Parameters, class... Arguments>
-  [[gnu::noinline]] int fetch(void* record, Method<Parameters...> method, Arguments... arguments) const {
+  int fetch(void* record, Method<Parameters...> method, Arguments... arguments) const {
+    return fetch(Exactly{record, kSize}, method, arguments...);
+  }
+
+  /** A method with one record as out-value, handed out by `rule`: its `store(record)` tells whether it took
+   * it. -1 if it did not; else the method's int32_t out-value, preset to -1, or 0 if it has none. */
+  template <class Rule, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int fetch(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
     const auto service = slot_.service();
     if (service == nullptr) return -1;
-    CommonParcelable result;
-    call<Parameters...>(*service, method, arguments..., &result);
-    return result.copyTo(record, kSize) ? 0 : -1;
+    CommonParcelable record;
+    if constexpr (std::is_same_v<OutValue<Parameters...>, int32_t>) {
+      int32_t result = -1;
+      call<Parameters...>(*service, method, arguments..., &record, &result);
+      return rule.store(record) ? result : -1;
+    } else {
+      call<Parameters...>(*service, method, arguments..., &record);
+      return rule.store(record) ? 0 : -1;
+    }
   }
 
   /** A method with one text as out-value, handed out by `rule` (see Text.h), whose result is returned. */

@@ -64,6 +64,13 @@ class SampleService : public BnSample {
     return done();
   }
 
+  android::binder::Status measure(const CommonParcelable& record, CommonParcelable* echo,
+                                  int32_t* size) override {
+    *echo = record;
+    *size = static_cast<int32_t>(record.blob().length());
+    return done();
+  }
+
   /** What every method gives. */
   android::binder::Status outcome;
   std::atomic<int> calls = 0;

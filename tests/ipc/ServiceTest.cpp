@@ -116,9 +116,21 @@ TEST_F(ServiceTest, WithoutAClientEveryMemberGivesItsAbsentValue) {
   EXPECT_EQ(service.list<1>([](int, const char*) { return true; }, &ISample::records, 3), -1);
   EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, &ISample::text, static_cast<const char*>(nullptr)),
             -5);
-  service.send(&ISample::nothing);
+  EXPECT_EQ(service.fetch(Exactly{untouched, 3}, &ISample::measure, Record<3>{"abc"}), -1);
+  EXPECT_EQ(service.send(&ISample::nothing), -1);
+  EXPECT_EQ(service.proxy(), nullptr);
   EXPECT_STREQ(untouched, "untouched");
   EXPECT_EQ(remote_->calls, 0);
+}
+
+TEST_F(ServiceTest, SendingTellsOnlyThatTheCallWasMade) {
+  ASSERT_TRUE(connectTo(kPresent));
+  EXPECT_EQ(service.send(&ISample::nothing), 0);
+  EXPECT_EQ(service.send(&ISample::numbers, 21, true), 0) << "the answer is dropped";
+  fail();
+  EXPECT_EQ(service.send(&ISample::nothing), 0);
+  EXPECT_EQ(service.send(&ISample::numbers, 21, true), 0);
+  EXPECT_EQ(remote_->calls, 4);
 }
 
 TEST_F(ServiceTest, AValueIsTheAnswerOrThePreset) {
@@ -154,6 +166,19 @@ TEST_F(ServiceTest, ARecordIsTakenOnlyAtItsExactSize) {
   fail();
   EXPECT_EQ(service.fetch<5>(buffer, &ISample::record, 0, Record<5>{"12345"}), -1);
   EXPECT_EQ(std::memcmp(buffer, "a\0b\0c###", sizeof(buffer)), 0);
+}
+
+TEST_F(ServiceTest, TheValueThatComesWithARecordCountsOnlyIfTheRecordIsTaken) {
+  ASSERT_TRUE(connectTo(kPresent));
+  char buffer[] = "########";
+  EXPECT_EQ(service.fetch(Exactly{buffer, 2}, &ISample::measure, Record<3>{"abc"}), -1);
+  EXPECT_STREQ(buffer, "########");
+  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, &ISample::measure, Record<3>{"abc"}), 3);
+  EXPECT_STREQ(buffer, "abc#####");
+  fail();
+  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, &ISample::measure, Record<3>{"xyz"}), -1);
+  EXPECT_EQ(service.fetch(Exactly{buffer, 0}, &ISample::measure, Record<3>{"xyz"}), -1) << "the preset";
+  EXPECT_STREQ(buffer, "abc#####");
 }
 
 TEST_F(ServiceTest, ATextGoesByItsRule) {

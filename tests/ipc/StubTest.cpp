@@ -65,7 +65,7 @@ TEST_F(StubTest, AnswersWithTheStatusAndTheOutArguments) {
 }
 
 TEST_F(StubTest, LeavesOtherCodesToTheBase) {
-  for (const uint32_t code : {0u, 11u, 0xffffffffu}) {
+  for (const uint32_t code : {0u, 12u, 0xffffffffu}) {
     EXPECT_EQ(transact(code, request(Wire())).status, android::UNKNOWN_TRANSACTION) << code;
   }
   const Answer name = transact(IBinder::INTERFACE_TRANSACTION, Wire());
