@@ -53,5 +53,7 @@
 #define VESK_VESK_CLIENT_H
 
 #include <vesk/call.h>
+#include <vesk/config.h>
+#include <vesk/misc.h>
 
 #endif

@@ -1,0 +1,5 @@
+#include <vesk/config/call_features.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

@@ -1,0 +1,5 @@
+#include <vesk/config/dial_peers.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

@@ -1,0 +1,5 @@
+#include <vesk/config/dnd.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

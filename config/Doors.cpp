@@ -1,0 +1,5 @@
+#include <vesk/config/doors.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

@@ -1,0 +1,5 @@
+#include <vesk/config/nat_share.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

@@ -1,0 +1,5 @@
+#include <vesk/config/network.h>
+
+#include "config/ConfigService.h"
+
+using namespace com::qv;

@@ -1,0 +1,20 @@
+/**
+ * @file
+ * DSS keys (the programmable keys), those of expansion modules (MDC), and soft keys.
+ *
+ * A part of <vesk/config.h>. The conventions in <vesk/vesk_client.h> hold for all functions.
+ */
+#ifndef VESK_CONFIG_DSS_H
+#define VESK_CONFIG_DSS_H
+
+#include <vesk/common.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif

@@ -1,0 +1,20 @@
+/**
+ * @file
+ * The network: status, addresses, VLAN, quality of service, VPN.
+ *
+ * A part of <vesk/config.h>. The conventions in <vesk/vesk_client.h> hold for all functions.
+ */
+#ifndef VESK_CONFIG_NETWORK_H
+#define VESK_CONFIG_NETWORK_H
+
+#include <vesk/common.h>
+
+#ifdef __cplusplus
+extern "C" {
+#endif
+
+#ifdef __cplusplus
+}
+#endif
+
+#endif
