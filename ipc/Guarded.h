@@ -9,6 +9,8 @@ namespace com::qv {
 template <class T>
 class Guarded {
  public:
+  explicit Guarded(const T& value = {}) : value_(value) {}
+
   void set(const T& value) {
     const std::lock_guard lock(mutex_);
     value_ = value;
@@ -28,7 +30,7 @@ class Guarded {
 
  private:
   mutable std::mutex mutex_;
-  T value_{};
+  T value_;
 };
 
 }  // namespace com::qv

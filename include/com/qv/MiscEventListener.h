@@ -1,0 +1,16 @@
+#pragma once
+
+#include <com/qv/IMiscEventListener.h>
+
+namespace com::qv {
+
+/** Hands each misc event to the callback that the application gave to connect_misc_service, which must not be
+ * null. */
+class COM_QV_EXPORT MiscEventListener : public BnMiscEventListener {
+ public:
+#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+#include <com/qv/MiscEventListener.def>
+#undef METHOD
+};
+
+}  // namespace com::qv
