@@ -14,7 +14,7 @@ set(package_dir ${CMAKE_INSTALL_LIBDIR}/cmake/vesk_client)
 install(TARGETS vesk_client vesk_service EXPORT vesk_client
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT client)
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT client
-  FILES_MATCHING PATTERN "*.h" PATTERN "*.def")
+  FILES_MATCHING PATTERN "*.h" PATTERN "*.hpp" PATTERN "*.def")
 if(VESK_PLATFORM STREQUAL "standin")
   install(TARGETS log utils binder EXPORT vesk_client
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT platform)
