@@ -7,6 +7,10 @@ target_compile_options(vesk_compile INTERFACE
   -Wall -Wextra -Wpedantic -Wshadow -Wconversion
   $<$<COMPILE_LANGUAGE:CXX>:-Wnon-virtual-dtor>
   $<$<BOOL:${VESK_WERROR}>:-Werror>)
+if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_LESS 13)
+  # GCC 12 sees overlaps in "text" + std::string where there are none.
+  target_compile_options(vesk_compile INTERFACE -Wno-restrict)
+endif()
 target_compile_definitions(vesk_compile INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
 target_link_options(vesk_compile INTERFACE
   $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,defs>)

@@ -1,19 +1,17 @@
 #!/usr/bin/env bash
 # symbols.sh LIBRARY: what the library exports is what its headers declare, and nothing else.
 #
-# The C functions are compared with <vesk/*.h> in both directions. C++ symbols must belong to com::qv; templates of the
+# The C functions are compared with the headers in vesk/ in both directions. C++ symbols must belong to com::qv; templates of the
 # standard library and other code that every user of it instantiates again (vague linkage) do no harm.
 set -euo pipefail
 library=$1
 work=$(mktemp -d)
 trap 'rm -rf "$work"' EXIT
 
-for header in "$INCLUDE_DIR"/vesk/*.h; do
-  echo "#include \"$header\""
-done >"$work/all.c"
+find "$INCLUDE_DIR/vesk" -name '*.h' -printf '#include "%p"\n' >"$work/all.c"
 "$CC" -std=c11 -fsyntax-only -I"$INCLUDE_DIR" -aux-info "$work/declarations" "$work/all.c"
 # A line of it: /* FILE:LINE:NC */ extern int binder_make_call (int, const char *);
-grep -F "/* $INCLUDE_DIR/vesk/" "$work/declarations" |
+grep -F "/* $INCLUDE_DIR/vesk/" "$work/declarations" | grep -F '*/ extern' |
   sed -E 's/^[^*]*\* [^*]* \*\/ //; s/^[^(]*[ *]([A-Za-z_][A-Za-z0-9_]*) \(.*/\1/' | sort -u >"$work/declared"
 
 "$NM" -D --defined-only "$library" | awk '{ print $2, $3 }' >"$work/symbols"

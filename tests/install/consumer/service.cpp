@@ -20,7 +20,8 @@ int main() {
   const android::sp<com::qv::ICallService> proxy = new com::qv::BpCallService(service);
   int32_t result = -1;
   const bool called = proxy->makeCall(7, "100", &result).isOk();
-  const bool refused = proxy->redialCall().exceptionCode() == android::binder::Status::EX_UNSUPPORTED_OPERATION;
+  const bool refused =
+      proxy->redialCall().exceptionCode() == android::binder::Status::EX_UNSUPPORTED_OPERATION;
   std::printf("makeCall: %d, redialCall refused: %d\n", result, refused);
   return called && result == 7003 && refused ? 0 : 1;
 }
