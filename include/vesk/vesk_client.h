@@ -54,6 +54,7 @@
 
 #include <vesk/call.h>
 #include <vesk/config.h>
+#include <vesk/database.h>
 #include <vesk/misc.h>
 
 #endif
