@@ -29,7 +29,7 @@
  *     program in C.
  *
  *  7. Records are structures of a fixed size. Their bytes cross as they are, zeros and all. Sizes are given
- *     in bytes by a constant. Pointers to records must not be null.
+ *     in bytes by a constant. Pointers to records must not be null, unless a function's comment allows it.
  *
  *  8. Ownership. The library keeps none of the pointers that it is given but the callbacks, and gives out
  *     nothing to be freed.
@@ -44,7 +44,8 @@
  *
  * 11. Death. When the service's process ends, in whatever way, on_service_died is called once on one of the
  *     library's threads. While it runs, and from then on, the service's functions fail. The library does not
- *     connect again by itself; on_service_died may do so.
+ *     connect again by itself; on_service_died may do so. Of the relay service's death nobody is told:
+ *     its connection stays, and calls on it fail.
  *
  * 12. Exit. A program may call exit() or return from main() at any time; callbacks may begin until the
  *     process is gone. The library, once loaded, stays loaded: dlclose() does nothing.
@@ -56,5 +57,6 @@
 #include <vesk/config.h>
 #include <vesk/database.h>
 #include <vesk/misc.h>
+#include <vesk/relay.h>
 
 #endif
