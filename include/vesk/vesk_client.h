@@ -44,8 +44,8 @@
  *
  * 11. Death. When the service's process ends, in whatever way, on_service_died is called once on one of the
  *     library's threads. While it runs, and from then on, the service's functions fail. The library does not
- *     connect again by itself; on_service_died may do so. Of the relay service's death nobody is told:
- *     its connection stays, and calls on it fail.
+ *     connect again by itself; on_service_died may do so. Of the deaths of the relay service and the
+ *     external-key service nobody is told: their connections stay, and calls on them fail.
  *
  * 12. Exit. A program may call exit() or return from main() at any time; callbacks may begin until the
  *     process is gone. The library, once loaded, stays loaded: dlclose() does nothing.
@@ -56,6 +56,7 @@
 #include <vesk/call.h>
 #include <vesk/config.h>
 #include <vesk/database.h>
+#include <vesk/external_key.h>
 #include <vesk/misc.h>
 #include <vesk/relay.h>
 

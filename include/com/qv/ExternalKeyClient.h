@@ -1,0 +1,24 @@
+#pragma once
+
+#include <com/qv/ClientBase.h>
+#include <com/qv/IExternalKeyService.h>
+
+namespace com::qv {
+
+/** The connection to the external-key service. Not linked to the service's death: it stays, and its calls
+ * fail. */
+class COM_QV_EXPORT ExternalKeyClient : public ClientBase {
+ public:
+  using Service = IExternalKeyService;
+  /** The name under which the service manager knows the external-key service. */
+  static constexpr const char* kServiceName = "com.qv.ExternalKeyService";
+  static constexpr const char* kLogTag = "ExternalKeyClient";
+
+  explicit ExternalKeyClient(const android::String16& name);
+  ~ExternalKeyClient() override;
+
+  /** Null if the service was not found. */
+  const android::sp<IExternalKeyService> service;
+};
+
+}  // namespace com::qv
