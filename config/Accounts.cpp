@@ -3,3 +3,39 @@
 #include "config/ConfigService.h"
 
 using namespace com::qv;
+
+/* Accounts */
+
+int binder_get_accounts_basic_config(int account, void* config) {
+  return configService.fetch<VESK_ACCOUNTS_BASIC_CONFIG_SIZE>(config, &IConfigService::getAccountsBasicConfig,
+                                                              account);
+}
+int binder_set_accounts_basic_config(int account, const char* config) {
+  return configService.value(&IConfigService::setAccountsBasicConfig, account,
+                             Record<VESK_ACCOUNTS_BASIC_CONFIG_SIZE>{config});
+}
+int binder_get_accounts_advanced_config(int account, void* config) {
+  return configService.fetch<VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE>(
+      config, &IConfigService::getAccountsAdvancedConfig, account);
+}
+int binder_set_accounts_advanced_config(int account, const char* config) {
+  return configService.value(&IConfigService::setAccountsAdvancedConfig, account,
+                             Record<VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE>{config});
+}
+
+/* Lines */
+
+int binder_get_line_num(void) { return configService.value(&IConfigService::getLineNum); }
+int binder_get_line_info(int index, void* info) {
+  return configService.fetch<VESK_LINE_INFO_SIZE>(info, &IConfigService::getLineInfo, index);
+}
+int binder_get_active_line_num(void) { return configService.value(&IConfigService::getActiveLineNum); }
+int binder_get_active_line_info(int index, void* info) {
+  return configService.fetch<VESK_LINE_INFO_SIZE>(info, &IConfigService::getActiveLineInfo, index);
+}
+int binder_get_default_ext_line(int flag) {
+  return configService.value(&IConfigService::getDefaultExtLine, flag);
+}
+int binder_set_default_ext_line(int line) {
+  return configService.value(&IConfigService::setDefaultExtLine, line);
+}

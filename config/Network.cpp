@@ -3,3 +3,78 @@
 #include "config/ConfigService.h"
 
 using namespace com::qv;
+
+/* Status */
+
+int binder_get_network_status(void* status) {
+  return configService.fetch<VESK_NETWORK_STATUS_SIZE>(status, &IConfigService::getNetworkStatus);
+}
+int binder_get_network_details(int a, int b, void* details) {
+  return configService.fetch<VESK_NETWORK_DETAILS_SIZE>(details, &IConfigService::getNetworkDetails, a, b);
+}
+int binder_get_active_network_type(void) {
+  return configService.value(&IConfigService::getActiveNetworkType);
+}
+int binder_get_eth_link_status(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getEthLinkStatus);
+}
+int binder_get_wlan_ipv4_addr(char* buffer, int size) {
+  return configService.text(Absent{-1}, Cut{buffer, size}, &IConfigService::getWlanIpv4Address);
+}
+
+/* Addresses */
+
+int binder_get_ip_mode(int value) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getIpMode, value);
+}
+int binder_set_ip_mode(int value, int mode) {
+  return configService.value(&IConfigService::setIpMode, value, mode);
+}
+int binder_get_ip_state(int value, int flag) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getIpState, value, flag);
+}
+int binder_get_static_ip_config(int value, int flag, void* config) {
+  return configService.fetch<VESK_STATIC_IP_CONFIG_SIZE>(config, &IConfigService::getStaticIpConfig, value,
+                                                         flag);
+}
+int binder_set_static_ip_config(int value, int flag, const char* config) {
+  return configService.value(&IConfigService::setStaticIpconfig, value, flag,
+                             Record<VESK_STATIC_IP_CONFIG_SIZE>{config});
+}
+int binder_get_dhcp_ip_config(int value, int flag, void* config) {
+  return configService.fetch<VESK_DHCP_IP_CONFIG_SIZE>(config, &IConfigService::getDhcpIpConfig, value, flag);
+}
+int binder_set_dhcp_ip_config(int value, int flag, const char* config) {
+  return configService.value(&IConfigService::setDhcpIpConfig, value, flag,
+                             Record<VESK_DHCP_IP_CONFIG_SIZE>{config});
+}
+int binder_get_pppoe_ipv4_config(void* config) {
+  return configService.fetch<VESK_PPPOE_IPV4_CONFIG_SIZE>(config, &IConfigService::getPppoeConfig);
+}
+int binder_set_pppoe_ipv4_config(const char* config) {
+  return configService.value(&IConfigService::setPppoeConfig, Record<VESK_PPPOE_IPV4_CONFIG_SIZE>{config});
+}
+
+/* DHCP options */
+
+int binder_get_dhcp(int index, char* buffer, int size) {
+  return configService.text(Absent{0}, Cut{buffer, size}, &IConfigService::getDhcpConfig, index);
+}
+int binder_set_dhcp(int index, const char* text) {
+  return configService.value(&IConfigService::setDhcpConfig, index, text);
+}
+
+/* VLAN and VPN */
+
+int binder_get_wan_vlan_config(void* config) {
+  return configService.fetch<VESK_WAN_VLAN_CONFIG_SIZE>(config, &IConfigService::getWanVlanConfig);
+}
+int binder_set_wan_vlan_config(const char* config) {
+  return configService.value(&IConfigService::setWanVlanConfig, Record<VESK_WAN_VLAN_CONFIG_SIZE>{config});
+}
+int binder_get_vpn_config(void* config) {
+  return configService.fetch<VESK_VPN_CONFIG_SIZE>(config, &IConfigService::getVpnConfig);
+}
+int binder_set_vpn_config(const char* config) {
+  return configService.value(&IConfigService::setVpnConfig, Record<VESK_VPN_CONFIG_SIZE>{config});
+}

@@ -3,3 +3,44 @@
 #include "config/ConfigService.h"
 
 using namespace com::qv;
+
+/* The screen and its backgrounds */
+
+int binder_screeninfo_get_config(void* screeninfo) {
+  return configService.fetch<VESK_SCREENINFO_CONFIG_SIZE>(screeninfo, &IConfigService::screeninfoGetConfig);
+}
+int binder_screeninfo_set_config(const char* screeninfo) {
+  return configService.value(&IConfigService::screeninfoSetConfig,
+                             Record<VESK_SCREENINFO_CONFIG_SIZE>{screeninfo});
+}
+int binder_get_display_item_config(void) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getdisplayitemconfig);
+}
+int binder_get_user_bg_config(void* config) {
+  return configService.fetch<VESK_USER_BG_CONFIG_SIZE>(config, &IConfigService::getUserBgConfig);
+}
+int binder_get_background_name(int index, void* name) {
+  return configService.fetch<VESK_BACKGROUND_NAME_SIZE>(name, &IConfigService::getBackgroundName, index);
+}
+
+/* The idle screen and what is to be told on it */
+
+int binder_get_idle_tips(char* buffer, int size) {
+  return configService.text(Absent{-1}, Whole{buffer, size}, &IConfigService::idleGetTips);
+}
+int binder_get_idle_icon_status(void* status) {
+  return configService.fetch<VESK_IDLE_ICON_STATUS_SIZE>(status, &IConfigService::getIdleIconStatus);
+}
+int binder_get_missed_data(void* data) {
+  return configService.fetch<VESK_MISSED_DATA_SIZE>(data, &IConfigService::getMissedData);
+}
+int binder_get_popup_status(void* status) {
+  return configService.fetch<VESK_POPUP_STATUS_SIZE>(status, &IConfigService::getPopupStatus);
+}
+
+/* The screen saver: C++ linkage, the short record */
+
+int binder_get_screensaver_display(ipc_screen_saver_display_t* display) {
+  return configService.fetch<VESK_SCREENSAVER_DISPLAY_SHORT_SIZE>(display,
+                                                                  &IConfigService::getScreensaverDisplay);
+}

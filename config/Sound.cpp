@@ -3,3 +3,28 @@
 #include "config/ConfigService.h"
 
 using namespace com::qv;
+
+/* Ringtones and ringing */
+
+int binder_ringtone_get_list_len(int flag) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::ringtoneGetListLen, flag);
+}
+int binder_ringtone_get_ring_name(int index, char* buffer, int size) {
+  return configService.text(Absent{-1}, Cut{buffer, size}, &IConfigService::ringtoneGetRingName, index);
+}
+int binder_ringtone_get_ring_index(const char* name) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::ringtoneGetRingIndex, name);
+}
+void binder_play_ring(const char* ring) { configService.send(&IConfigService::playRing, ring); }
+void binder_stop_ring(void) { configService.send(&IConfigService::stopRing); }
+int binder_get_ring_muted(void) { return configService.value(&IConfigService::getRingMuted); }
+void binder_set_ring_muted(int muted) { configService.send(&IConfigService::setRingMuted, muted); }
+
+/* Muting and volumes */
+
+int binder_get_mute_status(int value) { return configService.value(&IConfigService::getMuteStatus, value); }
+int binder_set_mute_status(int status) { return configService.value(&IConfigService::setMuteStatus, status); }
+int binder_get_voice_volume(int value) { return configService.value(&IConfigService::getVoiceVolume, value); }
+int binder_set_voice_volume(int a, int b, int flag) {
+  return configService.value(&IConfigService::setVoiceVolume, a, b, flag);
+}

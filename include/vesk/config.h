@@ -25,8 +25,17 @@
  *   <vesk/config/nat_share.h>      NAT share
  *   <vesk/config/lists.h>          what comes as a list of records
  *
- * The layout of a record is the service's where no header shows it. None of the functions logs, unless its
- * comment says so; what is logged comes under the tag "ConfigClient".
+ * What holds for them besides the conventions:
+ *
+ *  - Texts. A function that takes a buffer and its size cuts the text to fit, and ends it with a zero. Where
+ * its comment says so, it takes the text only as a whole: otherwise it gives -1, and the buffer is untouched.
+ * If a call fails although there is a connection, that is no failure of such a function: the text is "".
+ * Without a connection, the buffer is untouched. With a size of 0 or less nothing is written either.
+ *
+ *  - Records. The layout is the service's where no header shows it.
+ *
+ *  - Logging. None of the functions logs, unless its comment says so; what is logged comes under the tag
+ *    "ConfigClient".
  */
 #ifndef VESK_CONFIG_H
 #define VESK_CONFIG_H

@@ -13,8 +13,108 @@
 extern "C" {
 #endif
 
+/** Sizes of the records in bytes. */
+#define VESK_SCREENINFO_CONFIG_SIZE 24
+#define VESK_SCREENSAVER_DISPLAY_SHORT_SIZE 4
+#define VESK_USER_BG_CONFIG_SIZE 2
+#define VESK_BACKGROUND_NAME_SIZE 256
+#define VESK_IDLE_ICON_STATUS_SIZE 20
+#define VESK_MISSED_DATA_SIZE 12
+#define VESK_POPUP_STATUS_SIZE 6
+
+/* The screen and its backgrounds */
+
+/**
+ * Fetches the settings of the screen.
+ *
+ * @param[out] screeninfo receives a record of VESK_SCREENINFO_CONFIG_SIZE bytes
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_screeninfo_get_config(void* screeninfo);
+
+/**
+ * Sets the settings of the screen.
+ *
+ * @param screeninfo a record of VESK_SCREENINFO_CONFIG_SIZE bytes
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_screeninfo_set_config(const char* screeninfo);
+
+/**
+ * Asks for the setting of the display items.
+ *
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_get_display_item_config(void);
+
+/**
+ * Fetches the user's choice of the background.
+ *
+ * @param[out] config receives a record of VESK_USER_BG_CONFIG_SIZE bytes
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_user_bg_config(void* config);
+
+/**
+ * Fetches the name of a background.
+ *
+ * @param      index which of the backgrounds
+ * @param[out] name  receives a record of VESK_BACKGROUND_NAME_SIZE bytes
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_background_name(int index, void* name);
+
+/* The idle screen and what is to be told on it */
+
+/**
+ * Fetches the tips for the idle screen.
+ *
+ * @param[out] buffer receives the text, if all of it fits
+ * @param      size   the size of the buffer in bytes
+ * @return 0; -1 without a connection and if the text does not fit
+ */
+VESK_API int binder_get_idle_tips(char* buffer, int size);
+
+/**
+ * Fetches the status of the icons.
+ *
+ * @param[out] status receives five words of 32 bits, VESK_IDLE_ICON_STATUS_SIZE bytes together
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_idle_icon_status(void* status);
+
+/**
+ * Fetches the counters of what was missed.
+ *
+ * @param[out] data receives three words of 32 bits, VESK_MISSED_DATA_SIZE bytes together
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_missed_data(void* data);
+
+/**
+ * Fetches the status of the pop-ups.
+ *
+ * @param[out] status receives a record of VESK_POPUP_STATUS_SIZE bytes
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_popup_status(void* status);
+
 #ifdef __cplusplus
 }
+#endif
+
+#ifdef __cplusplus
+/** The 4-byte record of the screen saver display. An application brings its own definition. */
+struct ipc_screen_saver_display_t;
+
+/**
+ * Fetches the screen saver display from a service that answers with VESK_SCREENSAVER_DISPLAY_SHORT_SIZE
+ * bytes. The function of the same name with C linkage asks the service the same, and takes a longer record.
+ *
+ * @param[out] display receives a record of VESK_SCREENSAVER_DISPLAY_SHORT_SIZE bytes
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_screensaver_display(ipc_screen_saver_display_t* display);
 #endif
 
 #endif

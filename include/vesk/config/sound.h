@@ -13,6 +13,94 @@
 extern "C" {
 #endif
 
+/* Ringtones and ringing */
+
+/**
+ * Asks how many ringtones there are.
+ *
+ * @param flag 0 for false, anything else for true; for the service to interpret
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_ringtone_get_list_len(int flag);
+
+/**
+ * Fetches the name of a ringtone.
+ *
+ * @param      index  which of the ringtones
+ * @param[out] buffer receives the text, cut to fit
+ * @param      size   the size of the buffer in bytes
+ * @return 0; -1 without a connection
+ */
+VESK_API int binder_ringtone_get_ring_name(int index, char* buffer, int size);
+
+/**
+ * The reverse: asks for the index of a ringtone.
+ *
+ * @param name the name of the ringtone
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_ringtone_get_ring_index(const char* name);
+
+/**
+ * Plays a ringtone.
+ *
+ * @param ring the ringtone
+ */
+VESK_API void binder_play_ring(const char* ring);
+
+/** Stops the ringtone that plays. */
+VESK_API void binder_stop_ring(void);
+
+/**
+ * Asks whether ringing is muted.
+ *
+ * @return 1 if so, 0 if not; 0 on failure
+ */
+VESK_API int binder_get_ring_muted(void);
+
+/**
+ * Mutes or unmutes ringing.
+ *
+ * @param muted 0 to unmute, anything else to mute
+ */
+VESK_API void binder_set_ring_muted(int muted);
+
+/* Muting and volumes */
+
+/**
+ * Asks for the mute status.
+ *
+ * @param value for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_get_mute_status(int value);
+
+/**
+ * Sets the mute status.
+ *
+ * @param status for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_mute_status(int status);
+
+/**
+ * Asks for a volume of the voice.
+ *
+ * @param value for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_get_voice_volume(int value);
+
+/**
+ * Sets a volume of the voice.
+ *
+ * @param a    for the service to interpret
+ * @param b    for the service to interpret
+ * @param flag 0 for false, anything else for true; for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_voice_volume(int a, int b, int flag);
+
 #ifdef __cplusplus
 }
 #endif
