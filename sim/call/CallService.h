@@ -1,0 +1,44 @@
+#pragma once
+
+#include <com/qv/ICallService.h>
+
+#include <chrono>
+
+#include "call/EventDispatcher.h"
+#include "phone/LivePhone.h"
+
+namespace sim {
+
+/**
+ * The call service of the simulated device. What the phone refuses is answered with EX_ILLEGAL_STATE and a
+ * message where a method has no result, and with -1 where it has one.
+ */
+class CallService : public com::qv::BnCallService {
+ public:
+  // The rows name them so.
+  using CommonParcelable = com::qv::CommonParcelable;
+  using ICallEventListener = com::qv::ICallEventListener;
+
+  /** `trace` is told of each event, under the phone's lock. */
+  CallService(double speed, const Phone::Sink& trace);
+
+  LivePhone& phone() { return phone_; }
+
+  /** No more events; waits until no listener is being called, or the time is over. */
+  void stopEvents(std::chrono::milliseconds patience) { dispatcher_.stop(patience); }
+
+#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+#include <com/qv/CallService.def>
+#undef METHOD
+
+ private:
+  template <typename... Params, typename... Args>
+  android::binder::Status tell(Phone::Refusal (Phone::*method)(Params...), const Args&... args);
+  template <typename Result, typename Method, typename... Args>
+  android::binder::Status ask(Result* result, Method method, const Args&... args);
+
+  EventDispatcher dispatcher_;
+  LivePhone phone_;
+};
+
+}  // namespace sim

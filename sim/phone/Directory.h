@@ -1,0 +1,49 @@
+#pragma once
+
+#include <array>
+#include <span>
+#include <string_view>
+
+#include "phone/TimerQueue.h"
+
+namespace sim {
+
+/** A number that can be called, and how its far end behaves. */
+struct Contact {
+  std::string_view number;
+  std::string_view name;
+  /** From the first ring to the answer. */
+  Time answersAfter = Time(1500);
+  /** From the answer until the far end hangs up. */
+  Time hangsUpAfter = kNever;
+  /** From the end of a call that was answered until the far end calls back. */
+  Time callsBackAfter = kNever;
+  /** Counted from the first attempt; the next attempt after that gets through. */
+  Time engagedFor = Time(0);
+  bool ivr = false;
+  bool video = false;
+};
+
+/** The contacts of every simulated device, told apart by what they are good for. */
+inline constexpr std::array kDirectory = {
+    Contact{.number = "200", .name = "Alice Meyer"},
+    Contact{.number = "201", .name = "Ben Okafor", .answersAfter = Time(2500)},
+    Contact{.number = "202", .name = "Zoë Lindqvist", .answersAfter = Time(500)},
+    Contact{.number = "210", .name = "Empty Office", .answersAfter = kNever},
+    Contact{.number = "220", .name = "Carla Rossi", .engagedFor = Time(8000)},
+    Contact{.number = "221", .name = "Hotline", .engagedFor = kNever},
+    Contact{.number = "230", .name = "Time Signal", .answersAfter = Time(500), .hangsUpAfter = Time(4000)},
+    Contact{.number = "240", .name = "Front Door", .answersAfter = Time(0), .video = true},
+    Contact{
+        .number = "250", .name = "Call Me Back", .hangsUpAfter = Time(1000), .callsBackAfter = Time(2000)},
+    Contact{.number = "300", .name = "Echo Test", .answersAfter = Time(0), .ivr = true},
+    Contact{.number = "500", .name = "Voice Mail", .answersAfter = Time(0), .ivr = true},
+};
+
+/** What playMwi calls when it is given no number. */
+constexpr std::string_view kVoiceMailNumber = "500";
+
+/** Null for a number that nobody has. */
+const Contact* findContact(std::span<const Contact> directory, std::string_view number);
+
+}  // namespace sim
