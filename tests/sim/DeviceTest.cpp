@@ -1,0 +1,357 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
+#include <vesk/vesk_client.h>
+
+#include <algorithm>
+#include <chrono>
+#include <condition_variable>
+#include <cstdarg>
+#include <cstdio>
+#include <cstring>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "ChildProcess.h"
+
+/* vesk-device as a process, seen through the C API. */
+
+namespace {
+
+using vesk::test::ChildProcess;
+
+/** Runs a program in place of the child, with the channel as its standard input. */
+int become(const std::vector<const char*>& command) {
+  constexpr int kChannelFd = 3;
+  dup2(kChannelFd, STDIN_FILENO);
+  dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
+  std::vector<char*> argv;
+  for (const char* argument : command) argv.push_back(const_cast<char*>(argument));
+  argv.push_back(nullptr);
+  execv(argv[0], argv.data());
+  return 127;
+}
+
+CHILD_ROLE(device) {
+  parent.ready();
+  return become({VESK_DEVICE, "--speed", "50"});
+}
+
+CHILD_ROLE(exampleService) {
+  parent.ready();
+  return become({VESK_EXAMPLE_SERVICE});
+}
+
+/** What the callbacks were told, as lines of text. */
+class Diary {
+ public:
+  void write(const char* format, ...) __attribute__((format(printf, 2, 3))) {
+    char line[512];
+    va_list args;
+    va_start(args, format);
+    std::vsnprintf(line, sizeof(line), format, args);
+    va_end(args);
+    const std::lock_guard lock(mutex_);
+    lines_.push_back(line);
+    changed_.notify_all();
+  }
+
+  /** Everything up to the line, which is waited for. */
+  std::string readTo(const std::string& last) {
+    std::unique_lock lock(mutex_);
+    std::vector<std::string>::iterator found;
+    const auto hasCome = [&] {
+      found = std::ranges::find(lines_, last);
+      return found != lines_.end();
+    };
+    const bool came = changed_.wait_for(lock, std::chrono::milliseconds(vesk::test::kPatienceMs), hasCome);
+    std::string text;
+    const auto end = came ? found + 1 : lines_.end();
+    for (auto line = lines_.begin(); line != end; ++line) text += *line + "\n";
+    lines_.erase(lines_.begin(), end);
+    if (!came) ADD_FAILURE() << "'" << last << "' did not come, but\n" << text;
+    return text;
+  }
+
+ private:
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  std::vector<std::string> lines_;
+};
+
+/** Never destroyed: callbacks may run until the process is gone. */
+Diary& diary = *new Diary;
+
+void writeCall(const char* event, void* record) {
+  struct {
+    int32_t incoming, muted, video, reserved[4], state;
+  } more;
+  const auto* call = static_cast<const vesk_call_info*>(record);
+  std::memcpy(&more, static_cast<const char*>(record) + 328, sizeof(more));
+  diary.write("%s %d/%d '%s' %s %d%s%s%s", event, call->line, call->chan, call->name, call->number,
+              more.state, more.incoming != 0 ? " incoming" : "", more.muted != 0 ? " muted" : "",
+              more.video != 0 ? " video" : "");
+}
+
+void writeMembers(const char* event, int conference, const int* members, int count) {
+  std::string text;
+  for (int i = 0; i < count; ++i) text += " " + std::to_string(members[i]);
+  diary.write("%s %d:%s", event, conference, text.c_str());
+}
+
+bool connectWithDiary() {
+  return connect_call_service(
+      [](void* call) { writeCall("start", call); }, [](int chan) { diary.write("stop %d", chan); },
+      [](int value) { diary.write("selection %d", value); }, [](void* call) { writeCall("new", call); },
+      [](void* call) { writeCall("state", call); }, [](void* call) { writeCall("info", call); },
+      [](int chan) { diary.write("current %d", chan); }, [](int chan) { diary.write("gone %d", chan); },
+      [](int count) { diary.write("streams %d", count); },
+      [](int conference, const int* members, int count) {
+        writeMembers("conference", conference, members, count);
+      },
+      [](int conference) { diary.write("conference stop %d", conference); },
+      [](int conference, const int* members, int count) {
+        writeMembers("members", conference, members, count);
+      },
+      [] { diary.write("manager"); }, [](int code, int status) { diary.write("key %d %d", code, status); },
+      [](const char* text) { diary.write("result %s", text); },
+      [](void* call) { writeCall("dialing", call); },
+      [](void* record) {
+        const auto* info = static_cast<const vesk_auto_redial_info*>(record);
+        diary.write("redial %d/%d %d '%s'", info->currenttimes, info->maxtimes, info->interval,
+                    info->dialNumber);
+      },
+      [](void* record, bool free) {
+        const auto* info = static_cast<const vesk_call_completion_info*>(record);
+        diary.write("completion %d '%s' %d", info->line, info->dialNumber, free);
+      },
+      [] { diary.write("died"); });
+}
+
+class Device : public testing::Test {
+ protected:
+  void SetUp() override { ASSERT_TRUE(connectWithDiary()); }
+  void TearDown() override {
+    if (!hasQuit_) quit();
+  }
+
+  void command(const std::string& line) { EXPECT_TRUE(device_.channel().send(line + "\n")); }
+
+  void quit() {
+    hasQuit_ = true;
+    command("quit");
+    EXPECT_EQ(device_.wait(), 0) << "exit code of vesk-device";
+    diary.readTo("died");
+  }
+
+ private:
+  ChildProcess device_{"device"};
+  bool hasQuit_ = false;
+};
+
+TEST_F(Device, TellsOfACallFromDiallingToItsEnd) {
+  EXPECT_EQ(binder_make_call(2, "200"), 1);
+  EXPECT_EQ(diary.readTo("info 2/1 'Alice Meyer' 200 4"),
+            "start 2/1 'Alice Meyer' 200 1\n"
+            "current 1\n"
+            "dialing 2/1 'Alice Meyer' 200 1\n"
+            "new 2/1 'Alice Meyer' 200 1\n"
+            "state 2/1 'Alice Meyer' 200 2\n"
+            "state 2/1 'Alice Meyer' 200 4\n"
+            "info 2/1 'Alice Meyer' 200 4\n");
+  binder_set_call_hold_status(1, true);
+  binder_set_call_hold_status(1, false);
+  binder_switch_call_muted_state();
+  binder_close_call(1);
+  EXPECT_EQ(diary.readTo("current 0"),
+            "state 2/1 'Alice Meyer' 200 5\n"
+            "state 2/1 'Alice Meyer' 200 4\n"
+            "info 2/1 'Alice Meyer' 200 4 muted\n"
+            "state 2/1 'Alice Meyer' 200 8 muted\n"
+            "gone 1\n"
+            "stop 1\n"
+            "current 0\n");
+}
+
+TEST_F(Device, OffersToReachAnEngagedNumber) {
+  EXPECT_EQ(binder_make_call(0, "221"), 1);
+  EXPECT_EQ(diary.readTo("completion 1 '221' 0"),
+            "start 1/1 'Hotline' 221 1\n"
+            "current 1\n"
+            "dialing 1/1 'Hotline' 221 1\n"
+            "new 1/1 'Hotline' 221 1\n"
+            "result Engaged\n"
+            "state 1/1 'Hotline' 221 8\n"
+            "gone 1\n"
+            "stop 1\n"
+            "current 0\n"
+            "completion 1 '221' 0\n");
+  binder_call_auto_redial();
+  binder_auto_redial_cancel();
+  EXPECT_EQ(diary.readTo("redial 0/5 5 ''"), "redial 0/5 5 '221'\nredial 0/5 5 ''\n");
+
+  binder_make_call(1, "220");
+  diary.readTo("completion 1 '220' 0");
+  binder_call_completion();
+  EXPECT_EQ(diary.readTo("completion 1 '220' 1"), "completion 1 '220' 1\n");
+  binder_complete_dial_confirm(1, "220");
+  diary.readTo("info 1/1 'Carla Rossi' 220 4");
+}
+
+TEST_F(Device, JoinsCallsInAConference) {
+  binder_make_call(1, "200");
+  diary.readTo("info 1/1 'Alice Meyer' 200 4");
+  binder_make_call(1, "202");
+  diary.readTo("info 1/2 'Zoë Lindqvist' 202 4");
+
+  const int members[] = {2, 1};
+  binder_add_conference_members(members, 2);
+  binder_mute_all_conference_member(1, true);
+  binder_remove_conference_member(2);
+  EXPECT_EQ(diary.readTo("state 1/1 'Alice Meyer' 200 4 muted"),
+            "conference 1: 2 1\n"
+            "state 1/2 'Zoë Lindqvist' 202 6\n"
+            "state 1/1 'Alice Meyer' 200 6\n"
+            "info 1/2 'Zoë Lindqvist' 202 6 muted\n"
+            "info 1/1 'Alice Meyer' 200 6 muted\n"
+            "manager\n"
+            "state 1/2 'Zoë Lindqvist' 202 5 muted\n"
+            "conference stop 1\n"
+            "state 1/1 'Alice Meyer' 200 4 muted\n");
+}
+
+TEST_F(Device, RingsWhenItIsCalled) {
+  command("incoming 202 2");
+  diary.readTo("current 1");
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+  EXPECT_FALSE(binder_get_call_have_ivr());
+  binder_headset_answer_call();
+  binder_dial_selection_request(5);
+  EXPECT_EQ(diary.readTo("selection 5"),
+            "key 226 1\n"
+            "key 226 0\n"
+            "state 2/1 'Zoë Lindqvist' 202 4 incoming\n"
+            "info 2/1 'Zoë Lindqvist' 202 4 incoming\n"
+            "selection 5\n");
+}
+
+TEST_F(Device, TakesSnapshotsOfTheDoor) {
+  binder_make_av_call(1, "240", 1);
+  diary.readTo("streams 1");
+  binder_set_video_display_area(1, "0123456789abcdef", "0123456789abcdef");
+  diary.readTo("streams 1");
+  binder_video_snapshot(1);
+  binder_video_snapshot(1);
+  EXPECT_EQ(binder_get_snapshot_nums(1), 2);
+
+  struct {
+    int32_t chan, index, takenAtMs, width, height;
+    char number[64], name[172];
+  } info{};
+  static_assert(sizeof(info) == VESK_SNAPSHOT_INFO_SIZE);
+  binder_get_snapshot_info_by_index(1, 2, &info);
+  EXPECT_EQ(info.chan, 0) << "there is no such snapshot";
+  binder_get_snapshot_info_by_index(1, 1, &info);
+  EXPECT_EQ(info.chan, 1);
+  EXPECT_EQ(info.index, 1);
+  EXPECT_GT(info.takenAtMs, 0);
+  EXPECT_EQ(info.width, 640);
+  EXPECT_EQ(info.height, 480);
+  EXPECT_STREQ(info.number, "240");
+  EXPECT_STREQ(info.name, "Front Door");
+
+  binder_delete_snapshot(1);
+  EXPECT_EQ(binder_get_snapshot_nums(1), 0);
+}
+
+TEST_F(Device, HasOneListenerForEachProcess) {
+  ASSERT_TRUE(connectWithDiary());
+  binder_dial_selection_request(1);
+  binder_dial_selection_request(2);
+  EXPECT_EQ(diary.readTo("selection 2"), "selection 1\nselection 2\n");
+}
+
+vesk::test::Channel* toTest = nullptr;
+
+/** Tells the test of each selection; with an argument it never returns from the first. */
+CHILD_ROLE(listener) {
+  toTest = &parent.channel();
+  const auto onSelection = args.empty() ? [](int) { toTest->send("selection"); } : [](int) {
+    toTest->send("selection");
+    for (;;) pause();
+  };
+  if (!connect_call_service(nullptr, nullptr, onSelection, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                            nullptr, nullptr)) {
+    return 1;
+  }
+  parent.ready();
+  parent.waitForEnd();
+  return 0;
+}
+
+TEST_F(Device, KeepsServingWhenListenersDieAndHang) {
+  ChildProcess dying("listener");
+  ChildProcess hanging("listener", {"hang"});
+  binder_dial_selection_request(1);
+  EXPECT_EQ(dying.channel().receive(), "selection");
+  EXPECT_EQ(hanging.channel().receive(), "selection");
+  diary.readTo("selection 1");
+
+  dying.kill();
+  std::string expected;
+  // More than a listener may be behind.
+  for (int i = 2; i < 1200; ++i) {
+    binder_dial_selection_request(i);
+    expected += "selection " + std::to_string(i) + "\n";
+  }
+  EXPECT_EQ(diary.readTo("selection 1199"), expected);
+  quit();
+}
+
+TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {
+  ChildProcess service("exampleService");
+  ASSERT_TRUE(connectWithDiary());
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+  EXPECT_EQ(binder_make_call(1, "200"), -1);
+  EXPECT_EQ(diary.readTo("result Nobody is there"), "result Nobody is there\n");
+  EXPECT_EQ(binder_get_snapshot_nums(1), -1);
+  service.kill();
+  diary.readTo("died");
+}
+
+TEST(CommandLine, AnswersAndRefuses) {
+  struct {
+    const char* arguments;
+    int exitCode;
+    const char* says;
+  } const rows[] = {
+      {"--help", 0, "Usage: vesk-device [OPTION]..."},
+      {"--version", 0, "vesk-device "},
+      {"--speed 0", 2, "--speed: '0' is not a number"},
+      {"--speed nan", 2, "--speed: 'nan' is not a number"},
+      {"--speed 2x", 2, "--speed: '2x' is not a number"},
+      {"--incoming 200", 2, "--incoming: '200' is not"},
+      {"--incoming 3:200", 2, "--incoming: '3:200' is not"},
+      {"--incoming=-1s:200", 2, "--incoming: '-1s:200' is not"},
+      {"--incoming 3s:", 2, "--incoming: '3s:' is not"},
+      {"--incoming 3s:200:3", 2, "--incoming: '3s:200:3' is not"},
+      {"--incoming 3s:200:", 2, "--incoming: '3s:200:' is not"},
+      {"--bogus", 2, "unrecognized option '--bogus'"},
+      {"again", 2, "unexpected argument 'again'"},
+  };
+  for (const auto& row : rows) {
+    FILE* program = popen((std::string(VESK_DEVICE) + " " + row.arguments + " 2>&1 </dev/null").c_str(), "r");
+    ASSERT_NE(program, nullptr);
+    char output[4096];
+    const size_t length = fread(output, 1, sizeof(output), program);
+    const int status = pclose(program);
+    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == row.exitCode) << row.arguments << ": " << status;
+    EXPECT_NE(std::string(output, length).find(row.says), std::string::npos)
+        << row.arguments << ": " << std::string(output, length);
+  }
+}
+
+}  // namespace
