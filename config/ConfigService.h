@@ -3,6 +3,7 @@
 #include <com/qv/ConfigClient.h>
 
 #include "ipc/Service.h"
+#include "ipc/Text.h"
 
 namespace com::qv {
 
