@@ -39,3 +39,15 @@ int binder_get_default_ext_line(int flag) {
 int binder_set_default_ext_line(int line) {
   return configService.value(&IConfigService::setDefaultExtLine, line);
 }
+
+/* Default line, encryption */
+
+int binder_get_default_line_enable(void) {
+  return configService.value(&IConfigService::getDefaultLineEnable);
+}
+int binder_get_default_line(void) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getDefaultLine);
+}
+int binder_get_line_srtp_status(int line) {
+  return configService.value(&IConfigService::getLineSrtpEnable, line);
+}

@@ -30,3 +30,28 @@ int binder_get_hotel_general_info(void* info, int value) {
 int binder_get_hotel_custom_info(void* info) {
   return configService.fetch<VESK_HOTEL_CUSTOM_INFO_SIZE>(info, &IConfigService::getHotelCustomInfo);
 }
+
+/* State, phonebooks and conversions */
+
+int binder_get_device_model(void) { return configService.value(&IConfigService::getDeviceModel); }
+int binder_get_phone_state(void) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getPhoneState);
+}
+int binder_generate_key(int a, int b, int flag1, int flag2) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::veskGenerateKey, a, b, flag1, flag2);
+}
+int binder_get_local_config(void* out) {
+  return configService.fetch<VESK_LOCAL_CONFIG_SIZE>(out, &IConfigService::getLocalData);
+}
+int binder_get_net_phonebook_num(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getNetPhonebookNum);
+}
+int binder_get_xml_pbook_config_by_index(int index, void* out) {
+  return configService.fetch<VESK_XML_PBOOK_CONFIG_SIZE>(out, &IConfigService::getXmlPbookConfig, index);
+}
+int binder_get_ldap_pbook_config_by_index(int index, void* out) {
+  return configService.fetch<VESK_LDAP_PBOOK_CONFIG_SIZE>(out, &IConfigService::getLdapPbookConfig, index);
+}
+int binder_src_to_B64(const char* src, int a, char* dst, int b) {
+  return configService.text(Absent{-1}, Unbounded{dst}, &IConfigService::srcToB64, src, a, b);
+}

@@ -32,3 +32,71 @@ int binder_set_security(int index, const char* security) {
 int binder_get_elevator(int index, void* elevator) {
   return configService.fetch<VESK_ELEVATOR_CONFIG_SIZE>(elevator, &IConfigService::getElevatorConfig, index);
 }
+
+/* Monitor */
+
+int binder_set_monitor_config(const void* record) {
+  return configService.value(&IConfigService::setMonitorConfig, Record<VESK_MONITOR_CONFIG_SIZE>{record});
+}
+int binderGetRtspClientWorkMode(void) { return configService.value(&IConfigService::getRtspClientWorkMode); }
+int binder_get_snapshot_timeout(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getSnapshotTimeout);
+}
+void binder_url_opendoor(const char* url) { configService.send(&IConfigService::urlOpenDoor, url); }
+int binder_elevator_contron_info(int info) {
+  return configService.value(&IConfigService::veskElevatorContronInfo, info);
+}
+
+/* Family call */
+
+int binder_set_family_call_enabled(int enabled) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setFamilyCallEnabled, enabled);
+}
+int binder_get_family_call_type(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getFamilyCallType);
+}
+int binder_get_family_call_ip(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getFamilyCallIp);
+}
+
+/* Alarm */
+
+int binder_get_alarm_resetcode(char* dst, int value, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getAlarmResetCode, value);
+}
+int binder_get_alarm_mode(void) { return configService.value(&IConfigService::getAlarmMode); }
+int binder_set_alarm_mode(int mode) { return configService.value(&IConfigService::setAlarmMode, mode); }
+int binder_security_logs_del_by_id(int id) {
+  return configService.value(&IConfigService::securityLogsDelById, id);
+}
+
+/* Inputs, outputs and relays */
+
+int binder_get_input_nums(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getInputNums);
+}
+int binder_get_alarm_input_nums(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getAlarmInputNums);
+}
+int binder_get_output_nums(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getOutputNums);
+}
+int binder_input_reset_send_mqtt(int value) {
+  return configService.value(&IConfigService::inputResetSendMqtt, value);
+}
+int binder_get_inputlogs_unread_num(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getInputlogsUnreadNum);
+}
+int binder_set_inputlogs_read_done(void) {
+  return configService.value(&IConfigService::setInputlogsReadDone);
+}
+int binder_get_relay_output_trigger(int value) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getRelayOutputTrigger, value);
+}
+void binder_set_relay_output_trigger(int value, int trigger) {
+  configService.send(&IConfigService::setRelayOutputTrigger, value, trigger);
+}
+int binder_get_smart_home_relay_config(int index, void* out) {
+  return configService.fetch<VESK_SMART_HOME_RELAY_CONFIG_SIZE>(out, &IConfigService::getSmartHomeRelayConfig,
+                                                                index);
+}

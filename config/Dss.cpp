@@ -133,3 +133,25 @@ int binder_get_softkey_exit_style(void) { return configService.value(&IConfigSer
 int binder_get_softkey_icon_name(int index, void* name) {
   return configService.fetch<VESK_SOFTKEY_ICON_NAME_SIZE>(name, &IConfigService::getSoftkeyIconName, index);
 }
+
+/* Expansion modules: URL and layout */
+
+int binder_get_mdc_recombine_url(void* buf) {
+  return configService.fetch<VESK_MDC_RECOMBINE_URL_SIZE>(buf, &IConfigService::getMdcValueRecombineUrl,
+                                                          Record<VESK_MDC_RECOMBINE_URL_SIZE>{buf});
+}
+int binder_get_mdc_expand_config(int a, int b, void* out) {
+  return configService.fetch<VESK_MDC_EXPAND_SIZE>(out, &IConfigService::getMdcExpandConfig, a, b);
+}
+int binder_get_exkey_state(int value) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getExkeyState, value);
+}
+
+/* List of soft keys */
+
+int binder_get_softkey_list(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getSoftkeyList);
+}
+int binder_set_softkey_list(int value, const char* list) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setSoftkeyList, value, list);
+}

@@ -78,3 +78,35 @@ int binder_get_vpn_config(void* config) {
 int binder_set_vpn_config(const char* config) {
   return configService.value(&IConfigService::setVpnConfig, Record<VESK_VPN_CONFIG_SIZE>{config});
 }
+
+/* Quality of service and VLAN */
+
+int binder_get_qos_cdp(void* out) {
+  return configService.fetch<VESK_QOS_CDP_SIZE>(out, &IConfigService::getQosCdpConfig);
+}
+int binder_set_qos_cdp(const void* record) {
+  return configService.value(&IConfigService::setQosCdpConfig, Record<VESK_QOS_CDP_SIZE>{record});
+}
+int binder_get_lan_vlan(void* out) {
+  return configService.fetch<VESK_LAN_VLAN_SIZE>(out, &IConfigService::getLanVlanConfig);
+}
+int binder_set_lan_vlan(const void* record) {
+  return configService.value(&IConfigService::setLanVlanConfig, Record<VESK_LAN_VLAN_SIZE>{record});
+}
+int binder_get_qos_lldp(void* out) {
+  return configService.fetch<VESK_QOS_LLDP_SIZE>(out, &IConfigService::getQosLldpConfig);
+}
+int binder_set_qos_lldp(const void* record) {
+  return configService.value(&IConfigService::setQosLldpConfig, Record<VESK_QOS_LLDP_SIZE>{record});
+}
+int binder_get_qos_set(void* out) {
+  return configService.fetch<VESK_QOS_SET_SIZE>(out, &IConfigService::getQosSetConfig);
+}
+int binder_set_qos_set(const void* record) {
+  return configService.value(&IConfigService::setQosSetConfig, Record<VESK_QOS_SET_SIZE>{record});
+}
+
+/* Web server */
+
+int binder_get_web_type(void) { return configService.value(&IConfigService::getWebTypeConfig); }
+int binder_set_web_type(int type) { return configService.value(&IConfigService::setWebTypeConfig, type); }

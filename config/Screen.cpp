@@ -44,3 +44,42 @@ int binder_get_screensaver_display(ipc_screen_saver_display_t* display) {
   return configService.fetch<VESK_SCREENSAVER_DISPLAY_SHORT_SIZE>(display,
                                                                   &IConfigService::getScreensaverDisplay);
 }
+
+/* Screen saver, colors, backlight */
+
+int binder_get_screensaver_timeout(void) {
+  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getScreensaverTimeout);
+}
+int binder_get_screensaver_display(void* out) {
+  return configService.fetch<VESK_SCREENSAVER_DISPLAY_SIZE>(out, &IConfigService::getScreensaverDisplay);
+}
+int binder_get_font_color(void* out) {
+  return configService.fetch<VESK_FONT_COLOR_SIZE>(out, &IConfigService::getFontColor);
+}
+int binderSetKeyboardBacklight(int value) {
+  return configService.value(&IConfigService::setKeyboardBacklight, value);
+}
+
+/* Language and theme */
+
+int binder_get_default_language(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultLanguage);
+}
+int binder_set_default_language(const char* language) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setDefaultLanguage, language);
+}
+int binder_get_default_standby_interface(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultStandbyInterface);
+}
+int binder_get_default_theme(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultTheme);
+}
+int binder_set_default_theme(const char* theme) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setDefaultTheme, theme);
+}
+int binder_get_greeting_word(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getGreetingWord);
+}
+int binder_set_greeting_word(const char* text) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setGreetingWord, text);
+}

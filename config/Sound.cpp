@@ -28,3 +28,30 @@ int binder_get_voice_volume(int value) { return configService.value(&IConfigServ
 int binder_set_voice_volume(int a, int b, int flag) {
   return configService.value(&IConfigService::setVoiceVolume, a, b, flag);
 }
+
+/* Ring type and priority */
+
+int binder_get_ring_type(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getRingType);
+}
+int binder_set_ring_type(const char* type) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::setRingType, type);
+}
+int binder_get_ring_priority(void) { return configService.value(&IConfigService::getRingPriority); }
+
+/* Volume, tones and audio device */
+
+int binder_get_volume_value(int value) { return configService.value(&IConfigService::getVolumeValue, value); }
+void binder_set_volume_value(int value, int volume) {
+  configService.send(&IConfigService::setVolumeValue, value, volume);
+}
+void binder_play_tone(int tone) { configService.send(&IConfigService::playTone, tone); }
+int binder_get_dialing_dtmf_tone_enable(void) {
+  return configService.value(&IConfigService::getDialingDtmfToneEnable);
+}
+int binder_set_audio_device_mode(int mode) {
+  return configService.value(&IConfigService::setAudioDevMode, mode);
+}
+int binder_get_audio_device_mode(void) {
+  return configService.value(Absent{0}, Preset{0}, &IConfigService::getAudioDevMode);
+}

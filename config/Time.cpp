@@ -59,3 +59,9 @@ int binder_trans_timezone_cfg_2_index(int cfg) {
 int binder_trans_timezone_index_2_cfg(int index) {
   return configService.value(&IConfigService::transTimezoneindex2cfg, index);
 }
+
+/* Default time zone */
+
+int binder_get_default_tzpath(char* dst, int size) {
+  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultTzPath);
+}

@@ -14,6 +14,7 @@ namespace com::qv {
 /** At its index. */
 template <size_t kSize>
 struct StoreTo {
+  static constexpr size_t kElementSize = kSize;
   const vesk_array* array;
   bool isUsable() const { return array != nullptr && array->store != nullptr; }
   bool operator()(int index, const char* element) const {
@@ -25,6 +26,7 @@ struct StoreTo {
 /** Behind the last one. */
 template <size_t kSize>
 struct AppendTo {
+  static constexpr size_t kElementSize = kSize;
   const vesk_array* array;
   bool isUsable() const { return array != nullptr && array->append != nullptr; }
   bool operator()(int, const char* element) const {

@@ -106,6 +106,30 @@ VESK_API int binder_get_default_ext_line(int flag);
  */
 VESK_API int binder_set_default_ext_line(int line);
 
+/* Default line, encryption */
+
+/**
+ * Asks whether there is a default line.
+ *
+ * @return 1 if there is, 0 if not; 0 on failure
+ */
+VESK_API int binder_get_default_line_enable(void);
+
+/**
+ * Asks for the default line.
+ *
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_get_default_line(void);
+
+/**
+ * Asks whether a line encrypts its media (SRTP).
+ *
+ * @param line the line
+ * @return 1 if it does, 0 if not; 0 on failure
+ */
+VESK_API int binder_get_line_srtp_status(int line);
+
 #ifdef __cplusplus
 }
 #endif

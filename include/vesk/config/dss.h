@@ -288,6 +288,59 @@ VESK_API int binder_get_softkey_exit_style(void);
  */
 VESK_API int binder_get_softkey_icon_name(int index, void* name);
 
+/* Expansion modules: URL and layout */
+
+/** Sizes of the records in bytes. */
+#define VESK_MDC_RECOMBINE_URL_SIZE 980
+#define VESK_MDC_EXPAND_SIZE 472
+
+/**
+ * Has the service put the URL in the record of an expansion key together anew.
+ *
+ * @param[in,out] buf a record of VESK_MDC_RECOMBINE_URL_SIZE bytes, which is sent, and replaced by the one
+ *                    that comes back; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_mdc_recombine_url(void* buf);
+
+/**
+ * Fetches the settings of an expansion module.
+ *
+ * @param      a   for the service to interpret
+ * @param      b   for the service to interpret
+ * @param[out] out receives a record of VESK_MDC_EXPAND_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_mdc_expand_config(int a, int b, void* out);
+
+/**
+ * Asks for the state of an expansion key.
+ *
+ * @param value for the service to interpret
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_get_exkey_state(int value);
+
+/* List of soft keys */
+
+/**
+ * Fetches the list of soft keys.
+ *
+ * @param[out] dst  receives the list as one text, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_softkey_list(char* dst, int size);
+
+/**
+ * Sets the list of soft keys.
+ *
+ * @param value for the service to interpret
+ * @param list  the list as one text
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_set_softkey_list(int value, const char* list);
+
 #ifdef __cplusplus
 }
 #endif

@@ -204,6 +204,95 @@ VESK_API int binder_get_vpn_config(void* config);
  */
 VESK_API int binder_set_vpn_config(const char* config);
 
+/* Quality of service and VLAN */
+
+/** Sizes of the records in bytes. */
+#define VESK_QOS_CDP_SIZE 68
+#define VESK_LAN_VLAN_SIZE 68
+#define VESK_QOS_LLDP_SIZE 66
+#define VESK_QOS_SET_SIZE 129
+
+/**
+ * Fetches the CDP settings for quality of service.
+ *
+ * @param[out] out receives a record of VESK_QOS_CDP_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_qos_cdp(void* out);
+
+/**
+ * Sets the CDP settings for quality of service.
+ *
+ * @param record a record of VESK_QOS_CDP_SIZE bytes
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_qos_cdp(const void* record);
+
+/**
+ * Fetches the VLAN of the LAN port.
+ *
+ * @param[out] out receives a record of VESK_LAN_VLAN_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_lan_vlan(void* out);
+
+/**
+ * Sets the VLAN of the LAN port.
+ *
+ * @param record a record of VESK_LAN_VLAN_SIZE bytes
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_lan_vlan(const void* record);
+
+/**
+ * Fetches the LLDP settings for quality of service.
+ *
+ * @param[out] out receives a record of VESK_QOS_LLDP_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_qos_lldp(void* out);
+
+/**
+ * Sets the LLDP settings for quality of service.
+ *
+ * @param record a record of VESK_QOS_LLDP_SIZE bytes
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_qos_lldp(const void* record);
+
+/**
+ * Fetches the settings for quality of service.
+ *
+ * @param[out] out receives a record of VESK_QOS_SET_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_qos_set(void* out);
+
+/**
+ * Sets the settings for quality of service.
+ *
+ * @param record a record of VESK_QOS_SET_SIZE bytes
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_qos_set(const void* record);
+
+/* Web server */
+
+/**
+ * Asks for the type of the web server.
+ *
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_get_web_type(void);
+
+/**
+ * Sets the type of the web server.
+ *
+ * @param type for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_web_type(int type);
+
 #ifdef __cplusplus
 }
 #endif

@@ -99,6 +99,105 @@ VESK_API int binder_get_missed_data(void* data);
  */
 VESK_API int binder_get_popup_status(void* status);
 
+/* Screen saver, colors, backlight */
+
+/** Sizes of the records in bytes. */
+#define VESK_SCREENSAVER_DISPLAY_SIZE 24
+#define VESK_FONT_COLOR_SIZE 81
+
+/**
+ * Asks after what time the screen saver starts, in the service's unit.
+ *
+ * @return the service's answer; -1 without a connection, 0 after any other failure
+ */
+VESK_API int binder_get_screensaver_timeout(void);
+
+/**
+ * Fetches what the screen saver displays.
+ *
+ * @param[out] out receives a record of VESK_SCREENSAVER_DISPLAY_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_screensaver_display(void* out);
+
+/**
+ * Fetches the colors of the fonts.
+ *
+ * @param[out] out receives a record of VESK_FONT_COLOR_SIZE bytes; untouched on failure
+ * @return 0; -1 on failure
+ */
+VESK_API int binder_get_font_color(void* out);
+
+/**
+ * Sets the backlight of the keyboard.
+ *
+ * @param value for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binderSetKeyboardBacklight(int value);
+
+/* Language and theme */
+
+/**
+ * Fetches the default language.
+ *
+ * @param[out] dst  receives its name, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_default_language(char* dst, int size);
+
+/**
+ * Sets the default language.
+ *
+ * @param language its name
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_set_default_language(const char* language);
+
+/**
+ * Fetches what the screen shows by default on standby.
+ *
+ * @param[out] dst  receives its name, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_default_standby_interface(char* dst, int size);
+
+/**
+ * Fetches the default theme.
+ *
+ * @param[out] dst  receives its name, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_default_theme(char* dst, int size);
+
+/**
+ * Sets the default theme.
+ *
+ * @param theme its name
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_set_default_theme(const char* theme);
+
+/**
+ * Fetches the greeting.
+ *
+ * @param[out] dst  receives the greeting, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_greeting_word(char* dst, int size);
+
+/**
+ * Sets the greeting.
+ *
+ * @param text the greeting
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_set_greeting_word(const char* text);
+
 #ifdef __cplusplus
 }
 #endif

@@ -101,6 +101,79 @@ VESK_API int binder_get_voice_volume(int value);
  */
 VESK_API int binder_set_voice_volume(int a, int b, int flag);
 
+/* Ring type and priority */
+
+/**
+ * Fetches the type of the ringing.
+ *
+ * @param[out] dst  receives the type, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_ring_type(char* dst, int size);
+
+/**
+ * Sets the type of the ringing.
+ *
+ * @param type the type
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_set_ring_type(const char* type);
+
+/**
+ * Asks for the priority of the ringing.
+ *
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_get_ring_priority(void);
+
+/* Volume, tones and audio device */
+
+/**
+ * Asks for a volume.
+ *
+ * @param value for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_get_volume_value(int value);
+
+/**
+ * Sets a volume.
+ *
+ * @param value  for the service to interpret
+ * @param volume for the service to interpret
+ */
+VESK_API void binder_set_volume_value(int value, int volume);
+
+/**
+ * Plays a tone.
+ *
+ * @param tone which one, by the service's number for it
+ */
+VESK_API void binder_play_tone(int tone);
+
+/**
+ * Asks whether dialling sounds its DTMF tones.
+ *
+ * @return 1 if it does, 0 if not; 0 on failure
+ */
+VESK_API int binder_get_dialing_dtmf_tone_enable(void);
+
+/**
+ * Sets the mode of the audio device.
+ *
+ * @param mode for the service to interpret
+ * @return the service's answer; -1 on failure
+ */
+VESK_API int binder_set_audio_device_mode(int mode);
+
+/**
+ * Asks for the mode of the audio device.
+ *
+ * @return the service's answer; 0 on failure
+ */
+VESK_API int binder_get_audio_device_mode(void);
+
 #ifdef __cplusplus
 }
 #endif

@@ -71,6 +71,17 @@ VESK_API int binder_trans_timezone_cfg_2_index(int cfg);
  */
 VESK_API int binder_trans_timezone_index_2_cfg(int index);
 
+/* Default time zone */
+
+/**
+ * Fetches the path of the default time zone.
+ *
+ * @param[out] dst  receives the path, cut to fit
+ * @param      size the size of the buffer in bytes
+ * @return 0 always
+ */
+VESK_API int binder_get_default_tzpath(char* dst, int size);
+
 #ifdef __cplusplus
 }
 #endif
