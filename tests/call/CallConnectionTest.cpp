@@ -1,0 +1,242 @@
+#include <binder/IServiceManager.h>
+#include <com/qv/ICallService.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+#include <vesk/vesk_client.h>
+
+#include <atomic>
+#include <cstdlib>
+#include <functional>
+#include <mutex>
+#include <thread>
+
+#include "CallCallbackList.h"
+#include "ChildProcess.h"
+#include "LogCapture.h"
+#include "WaitUntil.h"
+
+using android::sp;
+using vesk::test::ChildProcess;
+using vesk::test::LogCapture;
+using vesk::test::LogLine;
+using vesk::test::waitUntil;
+
+namespace {
+
+/** What the callbacks have seen. */
+std::atomic<int> infos;
+std::atomic<int> deaths;
+/** What they do besides counting. Set while no callback can run. */
+std::function<void(int line)> onInfo;
+std::function<void()> onDeath;
+
+CallCallbackList callbacks() {
+  CallCallbackList list;
+  std::get<kOnCallInfoChanged>(list) = [](void* record) {
+    ++infos;
+    if (onInfo) onInfo(static_cast<vesk_call_info*>(record)->line);
+  };
+  std::get<kOnServiceDied>(list) = [] {
+    if (onDeath) onDeath();
+    ++deaths;
+  };
+  return list;
+}
+
+bool connect() { return connectCallService(callbacks()); }
+
+bool isConnected() { return binder_get_first_valid_line() == 1; }
+
+class CallConnectionTest : public testing::Test {
+ protected:
+  CallConnectionTest() {
+    setenv("BINDER_LOOKUP_MS", "0", 1);
+    // The service of the test before has ended, and its death is not this test's.
+    connectCallService(kNoCallbacks);
+    infos = 0;
+    deaths = 0;
+    onInfo = nullptr;
+    onDeath = nullptr;
+  }
+
+  static void waitForDeath() {
+    waitUntil("on_service_died", [] { return deaths > 0; });
+  }
+};
+
+TEST_F(CallConnectionTest, LogsWhatItDoes) {
+  const auto lines = [](std::initializer_list<const char*> texts) {
+    std::vector<LogLine> all;
+    for (const char* text : texts) all.push_back({ANDROID_LOG_INFO, "CallClient", text});
+    return all;
+  };
+  LogCapture log;
+  EXPECT_FALSE(connect());
+  EXPECT_EQ(log.take(), lines({"Connect com.qv.CallService failed!!! "}));
+
+  ChildProcess service("callService");
+  EXPECT_TRUE(connect());
+  EXPECT_EQ(log.take(), lines({"Connect com.qv.CallService done. ", "CallEventListener is registed."}));
+
+  service.kill();
+  std::vector<LogLine> last;
+  waitUntil("the line", [&] { return !(last = log.take()).empty(); });
+  EXPECT_EQ(last, lines({"com.qv.CallService is died. "}));
+}
+
+TEST_F(CallConnectionTest, StandsEvenIfTheServiceRefusesTheListener) {
+  const sp<com::qv::DefaultCallService> service = new com::qv::DefaultCallService;
+  android::defaultServiceManager()->addService(android::String16("com.qv.CallService"), service);
+  LogCapture log;
+  EXPECT_TRUE(connect());
+  EXPECT_EQ(log.take().back(), (LogLine{ANDROID_LOG_INFO, "CallClient", "CallEventListener is registed."}));
+}
+
+TEST_F(CallConnectionTest, CarriesCallsAndEvents) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  EXPECT_TRUE(isConnected());
+  std::atomic<int> line = 0;
+  std::thread::id thread;
+  onInfo = [&](int seen) {
+    thread = std::this_thread::get_id();
+    line = seen;
+  };
+  EXPECT_EQ(binder_make_call(5, "tell"), 1);
+  EXPECT_EQ(line, 5) << "the event is through before the call that causes it";
+  EXPECT_EQ(infos, 1);
+  EXPECT_NE(thread, std::this_thread::get_id());
+}
+
+TEST_F(CallConnectionTest, ACallbackMayCallBackSeveralLevelsDeep) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  std::mutex mutex;
+  std::vector<int> lines;
+  onInfo = [&](int line) {
+    {
+      const std::lock_guard lock(mutex);
+      lines.push_back(line);
+    }
+    EXPECT_EQ(binder_make_call(line - 1, "tell"), line > 1 ? 1 : 0);
+  };
+  EXPECT_EQ(binder_make_call(4, "tell"), 1);
+  EXPECT_EQ(lines, (std::vector<int>{4, 3, 2, 1}));
+}
+
+TEST_F(CallConnectionTest, ACallbackMayConnect) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  onInfo = [](int line) {
+    if (line != 1) return;
+    EXPECT_TRUE(connect());
+  };
+  EXPECT_EQ(binder_make_call(1, "tell"), 1);
+  EXPECT_EQ(infos, 1);
+  EXPECT_EQ(binder_make_call(2, "tell"), 2) << "the service still knows the earlier listener";
+  EXPECT_EQ(infos, 3);
+}
+
+TEST_F(CallConnectionTest, ADeathEndsTheCallInProgressAndIsToldOnce) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  ASSERT_TRUE(connect()) << "which replaces the first one";
+  std::vector<std::thread> callers;
+  for (int i = 0; i < 3; ++i) {
+    callers.emplace_back([] { EXPECT_EQ(binder_make_call(1, "hang"), -1); });
+  }
+  for (size_t i = 0; i < callers.size(); ++i) EXPECT_EQ(service.channel().receive(), "hanging");
+  onDeath = [] { EXPECT_FALSE(isConnected()); };
+  service.kill();
+  for (std::thread& caller : callers) caller.join();
+  waitForDeath();
+  EXPECT_FALSE(isConnected());
+  EXPECT_FALSE(connect());
+
+  ChildProcess next("callService");
+  EXPECT_TRUE(connect());
+  EXPECT_EQ(binder_make_call(1, "tell"), 1);
+  EXPECT_EQ(infos, 1);
+  EXPECT_EQ(deaths, 1);
+  onDeath = nullptr;
+}
+
+TEST_F(CallConnectionTest, OnServiceDiedMayConnectToTheNextOne) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  ChildProcess next("callService");
+  onDeath = [] { EXPECT_TRUE(connect()); };
+  service.kill();
+  waitForDeath();
+  EXPECT_TRUE(isConnected());
+  EXPECT_EQ(binder_make_call(1, "tell"), 1);
+
+  onDeath = nullptr;
+  next.kill();
+  waitUntil("the second death", [] { return deaths == 2; });
+}
+
+TEST_F(CallConnectionTest, AFailedConnectGivesUpTheConnectionButNotTheCallbacks) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  ASSERT_EQ(binder_make_call(0, "storm"), 0);
+  ChildProcess("callService").kill();  // Takes the name with it.
+  ASSERT_TRUE(isConnected());
+
+  EXPECT_FALSE(connectCallService(kNoCallbacks));
+  EXPECT_FALSE(isConnected());
+  const int before = infos;
+  waitUntil("another event from the service that lives", [&] { return infos > before; });
+  service.stop();
+  EXPECT_EQ(deaths, 0) << "it was given up before";
+}
+
+TEST_F(CallConnectionTest, EventsMayArriveWhileConnecting) {
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  ASSERT_EQ(binder_make_call(0, "storm"), 0);
+  for (int i = 0; i < 20; ++i) {
+    EXPECT_TRUE(connect());
+    EXPECT_TRUE(isConnected());
+    EXPECT_TRUE(connectCallService(kNoCallbacks));
+  }
+  EXPECT_TRUE(connect());
+  infos = 0;
+  waitUntil("an event", [] { return infos > 0; });
+}
+
+/** A program that ends as its argument says while events arrive. */
+CHILD_ROLE(endingApplication) {
+  const std::string& how = args.at(0);
+  static std::atomic_flag exiting;
+  if (how == "callback") {
+    onInfo = [](int) {
+      if (!exiting.test_and_set()) std::exit(0);
+    };
+  }
+  parent.ready();
+  if (!connect()) return 1;
+  if (how == "calls") {
+    for (int i = 0; i < 2; ++i) {
+      std::thread([] {
+        while (true) binder_get_first_valid_line();
+      }).detach();
+    }
+  }
+  waitUntil("an event", [] { return infos > 0; });
+  if (how == "callback") pause();
+  return 0;
+}
+
+TEST_F(CallConnectionTest, AProgramMayEndWhileEventsArrive) {
+  constexpr int kTimes = 10;
+  ChildProcess service("callService");
+  ASSERT_TRUE(connect());
+  ASSERT_EQ(binder_make_call(0, "storm"), 0);
+  for (const char* how : {"main", "callback", "calls"}) {
+    for (int i = 0; i < kTimes; ++i) EXPECT_EQ(ChildProcess("endingApplication", {how}).wait(), 0) << how;
+  }
+  EXPECT_TRUE(isConnected()) << "the service has lost nothing by it";
+}
+
+}  // namespace

@@ -1,0 +1,103 @@
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <com/qv/ICallService.h>
+#include <unistd.h>
+#include <vesk/call.h>
+
+#include <atomic>
+#include <mutex>
+#include <thread>
+
+#include "ChildProcess.h"
+
+using android::sp;
+using android::binder::Status;
+using com::qv::ICallEventListener;
+using vesk::test::Channel;
+
+namespace {
+
+/** A call service whose makeCall does what the number says. */
+class TestCallService : public com::qv::DefaultCallService {
+ public:
+  explicit TestCallService(Channel* toTest) : toTest_(toTest) {}
+  ~TestCallService() override { stopStorm(); }
+
+  Status registerCallEventListener(const sp<ICallEventListener>& listener) override {
+    const std::lock_guard lock(mutex_);
+    listeners_.push_back(listener);
+    return Status::ok();
+  }
+
+  Status makeCall(int32_t line, const std::string& number, int32_t* result) override {
+    *result = line;
+    if (number == "tell" && line > 0) *result = tell(line);
+    if (number == "hang") {
+      toTest_->send("hanging");
+      pause();
+    }
+    if (number == "storm") {
+      storming_ = true;
+      storm_ = std::thread([this] {
+        for (int32_t i = 1; storming_; ++i) tell(i);
+      });
+    }
+    return Status::ok();
+  }
+
+  Status getFirstValidLine(int32_t* line) override {
+    *line = 1;
+    return Status::ok();
+  }
+
+  void stopStorm() {
+    storming_ = false;
+    if (storm_.joinable()) storm_.join();
+  }
+
+ private:
+  /** Tells every listener; the number of those that could be told. The others are forgotten. */
+  int32_t tell(int32_t line) {
+    vesk_call_info info{};
+    info.line = line;
+    const com::qv::CommonParcelable record(&info, sizeof(info));
+    int32_t told = 0;
+    for (const sp<ICallEventListener>& listener : listeners()) {
+      if (listener->callInfoChangedEvent(record).isOk()) {
+        ++told;
+      } else {
+        forget(listener);
+      }
+    }
+    return told;
+  }
+
+  std::vector<sp<ICallEventListener>> listeners() const {
+    const std::lock_guard lock(mutex_);
+    return listeners_;
+  }
+
+  void forget(const sp<ICallEventListener>& listener) {
+    const std::lock_guard lock(mutex_);
+    std::erase(listeners_, listener);
+  }
+
+  Channel* const toTest_;
+  mutable std::mutex mutex_;
+  std::vector<sp<ICallEventListener>> listeners_;
+  std::atomic<bool> storming_ = false;
+  std::thread storm_;
+};
+
+CHILD_ROLE(callService) {
+  const sp<TestCallService> service = new TestCallService(&parent.channel());
+  android::ProcessState::self()->startThreadPool();
+  const android::String16 name("com.qv.CallService");
+  if (android::defaultServiceManager()->addService(name, service) != android::OK) return 1;
+  parent.ready();
+  parent.waitForEnd();
+  service->stopStorm();
+  return 0;
+}
+
+}  // namespace

@@ -1,0 +1,22 @@
+#pragma once
+
+#include <gtest/gtest.h>
+
+#include <chrono>
+#include <thread>
+
+#include "ChildProcess.h"
+
+namespace vesk::test {
+
+/** Waits until `condition` holds; a failure of the test if it doesn't in time. */
+template <class Condition>
+void waitUntil(const char* what, Condition condition) {
+  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
+  while (!condition()) {
+    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "waited in vain: " << what;
+    std::this_thread::sleep_for(std::chrono::milliseconds(1));
+  }
+}
+
+}  // namespace vesk::test
