@@ -1,0 +1,106 @@
+#include <vesk/vesk_client.h>
+
+#include <climits>
+#include <cstring>
+
+#include "ApiTest.h"
+
+using namespace vesk::test;
+
+namespace {
+
+const std::string kConfig = pattern(136);
+
+/** A single-state record: the selector, and something that differs from record to record. */
+std::string singleState(int32_t selector, char rest) {
+  std::string state(204, rest);
+  std::memcpy(state.data(), &selector, sizeof(selector));
+  return state;
+}
+
+/** Given to be fetched, or to be set: never written to. */
+std::string toGet = singleState(1, '?');
+std::string toSet = singleState(2, '!');
+
+/** What a function gives that doesn't look at the answer. */
+constexpr Gives kMade{.value = true, .success = 0, .failed = 0, .absent = -1};
+
+const ApiRow kRows[] = {
+    API_ROW(binder_get_exkdev_mac(out), 1, Wire(), record(200)),
+    API_ROW(binder_get_exk_config(INT_MIN, out), 2, Wire().i32(INT_MIN), record(1154)),
+    API_ROW(binder_add_btk_config(kConfig.data()), 3, Wire().record(kConfig), kMade),
+    API_ROW(binder_set_or_get_singleState_config(toSet.data()), 4, Wire().record(toSet), kMade),
+    API_ROW(binder_reset_exkdev_default_config(5, -5), 5, Wire().i32(5).i32(-5), kNothing),
+};
+
+class ExternalKeyApiTest : public ApiTest {
+ protected:
+  ExternalKeyApiTest()
+      : ApiTest("com.qv.ExternalKeyService", u"com.qv.IExternalKeyService", "ExternalKeyClient", kRows) {}
+};
+
+// First, since nothing ends a connection.
+TEST_F(ExternalKeyApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) {
+  expectNothingWithoutConnection();
+  EXPECT_EQ(binder_set_or_get_singleState_config(toGet.data()), -1);
+  EXPECT_EQ(binder_set_or_get_singleState_config(nullptr), -1) << "the arguments are not looked at";
+}
+
+TEST_F(ExternalKeyApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
+  connectWith(connect_external_key_service);
+  expectCallsAndAnswers(5);
+}
+
+TEST_F(ExternalKeyApiTest, AFailedCallGivesItsValueAndWritesNothing) {
+  connectWith(connect_external_key_service);
+  expectFailures();
+}
+
+TEST_F(ExternalKeyApiTest, ASingleStateIsReplacedOnlyByARecordOfItsSizeAndOnlyIfAskedFor) {
+  const std::string answer = singleState(7, 'a');
+  const Wire exception = Wire().i32(-5).text(u"").i32(0);
+  const struct {
+    int32_t selector;
+    Wire answer;
+    int result;
+    bool copied;
+  } rows[] = {
+      {1, Wire(kOk).record(answer), 0, true},
+      {1, Wire(kOk).record(answer.substr(0, 200)), -1, false},
+      {1, Wire(kOk).record(answer + "!"), -1, false},
+      {1, Wire(kOk).record(""), -1, false},
+      {1, exception, -1, false},
+      {2, Wire(kOk).record(answer), 0, false},
+      {2, exception, 0, false},
+      {0, Wire(kOk).record(answer), 0, false},
+      {-1, Wire(kOk).record(answer), 0, false},
+      {0x01000000, Wire(kOk).record(answer), 0, false},
+      {257, Wire(kOk).record(answer), 0, false},
+  };
+  connectWith(connect_external_key_service);
+  for (const auto& row : rows) {
+    SCOPED_TRACE(testing::Message() << "selector " << row.selector << ", result " << row.result);
+    const std::string given = singleState(row.selector, 'g');
+    std::string state = given;
+    service_->answer = row.answer;
+    EXPECT_EQ(binder_set_or_get_singleState_config(state.data()), row.result);
+    EXPECT_EQ(state, row.copied ? answer : given);
+    const auto request = service_->take();
+    ASSERT_TRUE(request.has_value());
+    EXPECT_EQ(request->bytes, requestWith(Wire().record(given)));
+  }
+}
+
+TEST_F(ExternalKeyApiTest, AFailedConnectKeepsTheEarlierConnection) {
+  connectWith(connect_external_key_service);
+  failToConnectWith(connect_external_key_service);
+  service_->answer = Wire(kOk).record(pattern(200));
+  EXPECT_EQ(binder_get_exkdev_mac(out_.data()), 0);
+}
+
+TEST_F(ExternalKeyApiTest, TheConnectionOutlivesTheService) {
+  expectConnectionOutlivesService(connect_external_key_service, binder_get_exkdev_mac, 200);
+  EXPECT_EQ(binder_add_btk_config(kConfig.data()), 0);
+}
+
+}  // namespace
