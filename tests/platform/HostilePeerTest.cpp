@@ -1,18 +1,14 @@
 #include <binder/ProcessState.h>
-#include <sys/socket.h>
 #include <sys/stat.h>
-#include <sys/un.h>
 #include <unistd.h>
 
 #include <cstring>
-#include <filesystem>
 #include <random>
-#include <span>
 
 #include "Frame.h"
 #include "ParcelAccess.h"
+#include "RawPeer.h"
 #include "TestService.h"
-#include "UniqueFd.h"
 
 /* Raw connections to a service process: whatever comes over them costs that connection and nothing else. */
 
@@ -21,67 +17,12 @@ using android::IBinder;
 using android::OK;
 using android::sp;
 using namespace android::transport;
+using vesk::test::kStranger;
+using vesk::test::numberOf;
+using vesk::test::RawPeer;
+using vesk::test::socketOf;
 
 namespace {
-
-constexpr uint64_t kStranger = 0x5712a9e5;
-
-std::string socketOf(const std::string& name) {
-  const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
-  const std::string link = std::filesystem::read_symlink(directory / name);
-  return directory / (".process-" + link.substr(0, link.find(':')));
-}
-
-uint64_t numberOf(const std::string& name) {
-  const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
-  const std::string link = std::filesystem::read_symlink(directory / name);
-  return std::stoull(link.substr(link.find(':') + 1), nullptr, 16);
-}
-
-/** A connection that says what it likes. */
-class RawPeer {
- public:
-  explicit RawPeer(const std::string& socketPath) : fd_(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
-    sockaddr_un address = {};
-    address.sun_family = AF_UNIX;
-    std::strcpy(address.sun_path, socketPath.c_str());
-    EXPECT_EQ(::connect(fd_.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
-    const timeval patience = {vesk::test::kPatienceMs / 1000, 0};
-    ::setsockopt(fd_.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
-  }
-
-  void send(const void* bytes, size_t size) {
-    EXPECT_EQ(::send(fd_.get(), bytes, size, MSG_NOSIGNAL), static_cast<ssize_t>(size));
-  }
-  void greet(ConnectionKind kind) {
-    const Hello hello{.kind = kind, .process = kStranger};
-    send(&hello, sizeof(hello));
-  }
-  void sendFrame(FrameHeader header, std::span<const uint8_t> body = {}) {
-    std::vector<uint8_t> frame(sizeof(header) + body.size());
-    std::memcpy(frame.data(), &header, sizeof(header));
-    std::copy(body.begin(), body.end(), frame.begin() + sizeof(header));
-    send(frame.data(), frame.size());
-  }
-
-  bool receive(void* bytes, size_t size) {
-    return ::recv(fd_.get(), bytes, size, 0) == static_cast<ssize_t>(size);
-  }
-  int32_t statusOfReply() {
-    FrameHeader header{};
-    EXPECT_TRUE(receive(&header, sizeof(header)));
-    EXPECT_EQ(header.kind, FrameKind::kReply);
-    return header.status;
-  }
-  void expectClosed(const char* because) {
-    char byte;
-    const ssize_t size = ::recv(fd_.get(), &byte, sizeof(byte), 0);
-    EXPECT_TRUE(size == 0 || (size < 0 && errno == ECONNRESET)) << because;
-  }
-
- private:
-  UniqueFd fd_;
-};
 
 class HostilePeerTest : public testing::Test {
  protected:
