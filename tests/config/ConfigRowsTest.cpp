@@ -1,0 +1,139 @@
+#include <gtest/gtest.h>
+#include <vesk/config.h>
+
+#include <numeric>
+
+#include "ConfigRows.h"
+#include "LogCapture.h"
+#include "RecordingService.h"
+
+using android::sp;
+using vesk::test::LogCapture;
+using vesk::test::RecordingService;
+using vesk::test::Wire;
+
+const std::string kSent = [] {
+  std::string bytes(kRoom, '\0');
+  std::iota(bytes.begin(), bytes.end(), '\0');
+  return bytes;
+}();
+
+namespace {
+
+const Wire kOk = Wire().i32(0);
+const std::string kUntouched(kRoom, '#');
+
+std::string behind(const std::string& start) { return start + kUntouched.substr(start.size()); }
+
+/** A record with zeros at both ends. */
+std::string withZeros(size_t size) {
+  std::string bytes(size, 'r');
+  bytes.front() = bytes.back() = '\0';
+  return bytes;
+}
+
+class ConfigRowsTest : public testing::Test {
+ protected:
+  ConfigRowsTest() {
+    remote_->registerAs("com.qv.ConfigService");
+    EXPECT_TRUE(connect_config_service(nullptr));
+    rows_ = settingsRows();
+    const std::vector<Row> others = featureRows();
+    rows_.insert(rows_.end(), others.begin(), others.end());
+    buffer = kUntouched;
+    room = kRoom;
+  }
+  ~ConfigRowsTest() override { remote_->die(); }
+
+  void answer(const Wire& reply) { remote_->answer = Wire(kOk).append(reply); }
+
+  LogCapture log_;
+  const sp<RecordingService> remote_ = new RecordingService;
+  std::vector<Row> rows_;
+};
+
+TEST_F(ConfigRowsTest, EveryFunctionSendsItsArgumentsAndGivesTheAnswer) {
+  for (const Row& row : rows_) {
+    SCOPED_TRACE(row.call);
+    log_.take();
+    answer(row.outcome.reply);
+    EXPECT_EQ(row.make(), row.outcome.ok);
+    const auto request = remote_->take();
+    ASSERT_TRUE(request.has_value());
+    EXPECT_EQ(request->code, row.code);
+    EXPECT_EQ(request->flags, 0u);
+    EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IConfigService").append(row.arguments).bytes());
+    EXPECT_EQ(log_.take().size(), row.outcome.logs ? 1u : 0u);
+  }
+}
+
+TEST_F(ConfigRowsTest, AFailedCallGivesItsValueAndAnEmptyTextAtMost) {
+  log_.take();
+  for (const Row& row : rows_) {
+    SCOPED_TRACE(row.call);
+    const auto expectFailure = [&](const char* how) {
+      buffer = kUntouched;
+      EXPECT_EQ(row.make(), row.outcome.failed) << how;
+      EXPECT_TRUE(remote_->take().has_value()) << how;
+      EXPECT_EQ(buffer, row.outcome.text == Outcome::kNone ? kUntouched : behind({'\0'})) << how;
+    };
+    remote_->answer = Wire().i32(-8).text(u"busy").i32(0).i32(17).append(row.outcome.reply);
+    expectFailure("an exception, with out-values behind it");
+    remote_->answer = kOk;
+    if (row.outcome.reply.bytes() != "") expectFailure("an answer without its value");
+    remote_->status = android::DEAD_OBJECT;
+    expectFailure("no answer");
+    remote_->status = android::OK;
+  }
+  EXPECT_TRUE(log_.take().empty());
+}
+
+TEST_F(ConfigRowsTest, WithoutAConnectionNothingIsSentOrWritten) {
+  remote_->die();
+  log_.take();
+  for (const Row& row : rows_) EXPECT_EQ(row.make(), row.outcome.absent) << row.call;
+  EXPECT_EQ(buffer, kUntouched);
+  EXPECT_FALSE(remote_->take().has_value());
+  EXPECT_TRUE(log_.take().empty());
+}
+
+TEST_F(ConfigRowsTest, ARecordIsTakenOnlyAtItsExactSize) {
+  for (const Row& row : rows_) {
+    const size_t exact = row.outcome.record;
+    if (exact == 0) continue;
+    SCOPED_TRACE(row.call);
+    log_.take();
+    buffer = kUntouched;
+    for (const size_t size : {size_t{0}, exact - 1, exact + 1}) {
+      answer(Wire().record(std::string(size, 'r')));
+      EXPECT_EQ(row.make(), -1) << size;
+      EXPECT_EQ(buffer, kUntouched) << size;
+    }
+    EXPECT_TRUE(log_.take().empty());
+    answer(Wire().record(withZeros(exact)));
+    EXPECT_EQ(row.make(), 0);
+    EXPECT_EQ(buffer, behind(withZeros(exact)));
+  }
+}
+
+TEST_F(ConfigRowsTest, ATextKeepsToTheSizeOfTheBuffer) {
+  for (const Row& row : rows_) {
+    if (row.outcome.text == Outcome::kNone) continue;
+    SCOPED_TRACE(row.call);
+    const bool cuts = row.outcome.text == Outcome::kCut;
+    answer(Wire().text(u"12345678"));
+    for (const int size : {INT_MIN, -1, 0, 1, 8, 9, int{kRoom}}) {
+      room = size;
+      buffer = kUntouched;
+      const bool fits = size > 8;
+      EXPECT_EQ(row.make(), cuts || fits ? row.outcome.ok : Result(-1)) << size;
+      std::string expected = kUntouched;
+      if (fits || (cuts && size > 0)) {
+        expected = behind(std::string("12345678").substr(0, static_cast<size_t>(size) - 1) + '\0');
+      }
+      EXPECT_EQ(buffer, expected) << size;
+    }
+  }
+}
+
+}  // namespace

@@ -1,0 +1,277 @@
+#include <gtest/gtest.h>
+#include <vesk/config.h>
+
+#include <climits>
+#include <cstring>
+#include <functional>
+#include <stdexcept>
+
+#include "LogCapture.h"
+#include "RecordingService.h"
+
+using android::sp;
+using vesk::test::LogCapture;
+using vesk::test::LogLine;
+using vesk::test::RecordingService;
+using vesk::test::Wire;
+
+namespace {
+
+const Wire kOk = Wire().i32(0);
+constexpr size_t kRoom = 1100;
+const std::string kUntouched(kRoom, '#');
+
+/** A service that may do something before it answers. */
+class ActingService : public RecordingService {
+ public:
+  std::function<void()> act;
+
+ protected:
+  android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                               uint32_t flags) override {
+    if (act) act();
+    return RecordingService::onTransact(code, data, reply, flags);
+  }
+};
+
+class SettingsTest : public testing::Test {
+ protected:
+  SettingsTest() {
+    remote_->registerAs("com.qv.ConfigService");
+    EXPECT_TRUE(connect_config_service(nullptr));
+    log_.take();
+  }
+  ~SettingsTest() override { remote_->die(); }
+
+  void answer(const Wire& reply) { remote_->answer = Wire(kOk).append(reply); }
+
+  void expectRequest(uint32_t code, const Wire& arguments) {
+    const auto request = remote_->take();
+    ASSERT_TRUE(request.has_value());
+    EXPECT_EQ(request->code, code);
+    EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IConfigService").append(arguments).bytes());
+  }
+
+  LogCapture log_;
+  const sp<ActingService> remote_ = new ActingService;
+  std::string buffer_ = kUntouched;
+};
+
+template <class Record>
+std::string bytesOf(const Record& record) {
+  return {reinterpret_cast<const char*>(&record), sizeof(record)};
+}
+
+template <size_t kSize>
+void fill(char (&text)[kSize], const char* with) {
+  std::memset(text, 0, kSize);
+  std::strncpy(text, with, kSize);
+}
+
+/* What a DSS key and a soft key show is logged. */
+
+TEST_F(SettingsTest, WhatADssKeyShowsIsLogged) {
+  vesk_dss_display display{};
+  fill(display.name, "Reception");
+  fill(display.value, "200@1");
+  display.icon = 3000000000;
+  display.theme = -2;
+  answer(Wire().record(bytesOf(display)));
+  char* unaligned = buffer_.data() + 1;
+  EXPECT_EQ(binder_get_dss_display(1, 2, 3, unaligned), 0);
+  EXPECT_EQ(std::memcmp(unaligned, &display, sizeof(display)), 0);
+  EXPECT_EQ(log_.take(),
+            std::vector<LogLine>({{ANDROID_LOG_DEBUG, "ConfigClient",
+                                   "dsskey display: name[Reception], value[200@1], icon[-1294967296], "
+                                   "theme[-2]\n"}}));
+
+  std::memset(&display, 'x', sizeof(display));
+  answer(Wire().record(bytesOf(display)));
+  EXPECT_EQ(binder_get_dss_display(1, 2, 3, buffer_.data()), 0);
+  const std::string line = log_.take().at(0).text;
+  EXPECT_TRUE(line.starts_with("dsskey display: name[" + std::string(256, 'x') + "], value[" +
+                               std::string(512, 'x') + "], "))
+      << line;
+}
+
+TEST_F(SettingsTest, ASoftKeyIsLogged) {
+  vesk_user_softkey softkey{};
+  fill(softkey.name, "Menu");
+  softkey.type = 7;
+  softkey.icon = -8;
+  answer(Wire().record(bytesOf(softkey)));
+  EXPECT_EQ(binder_get_user_softkey_config(34, buffer_.data()), 0);
+  EXPECT_EQ(log_.take(), std::vector<LogLine>({{ANDROID_LOG_DEBUG, "ConfigClient",
+                                                "user softkey display: name[Menu], icon[-8], type[7]\n"}}));
+}
+
+/* The value of a DSS key in words */
+
+TEST_F(SettingsTest, TheValueOfADssKeyIsFormatted) {
+  const std::string key(700, 'k');
+  vesk_dsskey_value value{};
+  value.type = -36;
+  fill(value.text, "12345678");
+  answer(Wire().record(bytesOf(value)));
+  int type = 0;
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), 5), 0);
+  expectRequest(36, Wire().record(key.substr(0, 684)));
+  EXPECT_EQ(type, -36);
+  EXPECT_EQ(buffer_, std::string("1234") + '\0' + kUntouched.substr(5));
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), nullptr, buffer_.data(), 9), 0);
+  EXPECT_STREQ(buffer_.c_str(), "12345678");
+
+  std::memset(value.text, 'x', sizeof(value.text));
+  answer(Wire().record(bytesOf(value)));
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), nullptr, buffer_.data(), kRoom), 0);
+  EXPECT_EQ(buffer_.c_str(), std::string(512, 'x')) << "nothing ends the text but the record";
+}
+
+TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
+  const std::string key(684, 'k');
+  int type = 4711;
+  for (const size_t size : {515, 517, 0}) {
+    answer(Wire().record(std::string(size, 'r')));
+    EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1) << size;
+    EXPECT_TRUE(remote_->take().has_value());
+  }
+  answer(Wire().record(std::string(516, 'r')));
+  EXPECT_EQ(binder_formatting_dsskey_value(nullptr, &type, buffer_.data(), kRoom), -1);
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, nullptr, kRoom), -1);
+  for (const int size : {0, -1, INT_MIN}) {
+    EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), size), -1) << size;
+  }
+  EXPECT_FALSE(remote_->take().has_value()) << "refused before the call";
+  remote_->die();
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1);
+  EXPECT_EQ(type, 4711);
+  EXPECT_EQ(buffer_, kUntouched);
+}
+
+TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
+  const auto sent = [](int type, const std::string& text) {
+    return Wire().record(Wire().i32(type).bytes() + text + std::string(512 - text.size(), '\0'));
+  };
+  const std::string tooLong(600, 'x');
+  const struct {
+    const char* text;
+    std::string field;
+  } rows[] = {{"12", "12"}, {"", ""}, {nullptr, ""}, {tooLong.c_str(), std::string(511, 'x')}};
+  for (const auto& row : rows) {
+    answer(Wire().record(std::string(684, 'k')));
+    buffer_ = kUntouched;
+    EXPECT_EQ(binder_parsing_dsskey_value(-37, row.text, buffer_.data()), 0);
+    expectRequest(37, sent(-37, row.field));
+    EXPECT_EQ(buffer_, std::string(684, 'k') + kUntouched.substr(684));
+  }
+
+  buffer_ = kUntouched;
+  for (const size_t size : {683, 685}) {
+    answer(Wire().record(std::string(size, 'k')));
+    EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
+  }
+  remote_->take();
+  EXPECT_EQ(binder_parsing_dsskey_value(1, "12", nullptr), -1);
+  EXPECT_FALSE(remote_->take().has_value());
+  remote_->die();
+  EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
+  EXPECT_EQ(buffer_, kUntouched);
+}
+
+/* Time zones */
+
+TEST_F(SettingsTest, TimeZonesAreNumberedAndAppended) {
+  answer(Wire().i32(3).text(u"UTC").text(u"").text(u"Z\u00fcrich"));
+  buffer_ = "before;";
+  buffer_.resize(kRoom, '\0');
+  EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), 0);
+  EXPECT_STREQ(buffer_.c_str(), "before;0:UTC;1:;2:Z\xC3\xBCrich;");
+  expectRequest(58, Wire());
+
+  buffer_ = kUntouched;
+  buffer_[0] = '\0';
+  EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), 0);
+  EXPECT_EQ(buffer_, std::string("0:UTC;1:;2:Z\xC3\xBCrich;") + '\0' + kUntouched.substr(20));
+}
+
+TEST_F(SettingsTest, TimeZonesNeedTheirRoom) {
+  answer(Wire().i32(3).text(u"a").text(u"b").text(u"c"));
+  for (const int size : {792, 264, 1, 0, -1, INT_MIN}) {
+    EXPECT_EQ(binder_get_time_zone(buffer_.data(), size), -1) << size;
+    EXPECT_EQ(buffer_, kUntouched) << size;
+  }
+  for (const Wire& reply : {Wire().i32(0), Wire()}) {
+    answer(reply);
+    for (const int size : {INT_MIN, 0, 1, 1000}) EXPECT_EQ(binder_get_time_zone(nullptr, size), 0) << size;
+  }
+  remote_->die();
+  EXPECT_EQ(binder_get_time_zone(buffer_.data(), kRoom), -1);
+  EXPECT_EQ(buffer_, kUntouched);
+}
+
+TEST_F(SettingsTest, TimeZonesStopWhereTheBufferIsFull) {
+  answer(Wire().i32(3).text(u"a").text(u"b").text(u"c"));
+  const struct {
+    size_t before;
+    int result;
+    const char* appended;
+  } rows[] = {{793 - 13, 0, "0:a;1:b;2:c;"}, {793 - 12, -1, "0:a;1:b;"}, {793 - 1, -1, ""}};
+  for (const auto& row : rows) {
+    SCOPED_TRACE(row.before);
+    buffer_ = std::string(row.before, 'x') + std::string(kRoom - row.before, '\0');
+    EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), row.result);
+    EXPECT_EQ(buffer_.c_str(), std::string(row.before, 'x') + row.appended);
+  }
+  buffer_ = kUntouched;
+  EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), -1) << "no zero within the size";
+  EXPECT_EQ(buffer_, kUntouched);
+}
+
+TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
+  for (const size_t length : {260, 261, 300}) {
+    answer(Wire().i32(2).text(std::u16string(length, u'z')).text(u"b"));
+    buffer_ = std::string(kRoom, '\0');
+    EXPECT_EQ(binder_get_time_zone(buffer_.data(), 529), 0);
+    const std::string first = ("0:" + std::string(length, 'z') + ";").substr(0, 263);
+    EXPECT_EQ(buffer_.c_str(), first + "1:b;") << length;
+  }
+}
+
+/* The rest */
+
+TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
+  const std::string sent = std::string(463, 's') + '\0';
+  std::string record = sent + "behind";
+  remote_->act = [&] { record.assign(record.size(), 'x'); };
+  for (const android::status_t status : {android::OK, android::DEAD_OBJECT}) {
+    remote_->status = status;
+    record = sent + "behind";
+    EXPECT_EQ(binder_set_security(28, record.data()), 0) << "whatever came of the call";
+    expectRequest(28, Wire().i32(28).record(sent));
+    EXPECT_EQ(record, sent + "xxxxxx");
+  }
+  remote_->act = nullptr;
+  remote_->die();
+  EXPECT_EQ(binder_set_security(28, nullptr), -1) << "the arguments are not looked at";
+}
+
+TEST_F(SettingsTest, TheTwoScreenSaverDisplaysGoByTheirSizes) {
+  auto* shortDisplay = reinterpret_cast<ipc_screen_saver_display_t*>(buffer_.data());
+  answer(Wire().record("1234"));
+  EXPECT_EQ(binder_get_screensaver_display(buffer_.data()), -1);
+  EXPECT_EQ(buffer_, kUntouched);
+  EXPECT_EQ(binder_get_screensaver_display(shortDisplay), 0);
+  answer(Wire().record(std::string(24, 'r')));
+  EXPECT_EQ(binder_get_screensaver_display(shortDisplay), -1);
+  EXPECT_EQ(buffer_, "1234" + kUntouched.substr(4));
+  EXPECT_EQ(binder_get_screensaver_display(buffer_.data()), 0);
+}
+
+TEST_F(SettingsTest, ANullStringRaisesTheLogicErrorAndSendsNothing) {
+  EXPECT_THROW(binder_get_config("s", nullptr, "", buffer_.data(), 1), std::logic_error);
+  EXPECT_THROW(binder_set_dhcp(1, nullptr), std::logic_error);
+  EXPECT_THROW(binder_play_ring(nullptr), std::logic_error);
+  EXPECT_FALSE(remote_->take().has_value());
+}
+
+}  // namespace
