@@ -1,10 +1,10 @@
 #include <gtest/gtest.h>
 #include <vesk/array.h>
+#include <vesk/array.hpp>
 
 #include <cstdint>
 #include <memory>
 #include <string>
-#include <vesk/array.hpp>
 
 namespace {
 

@@ -82,8 +82,8 @@ VESK_API void binder_scan_device(void);
 /**
  * Fetches the name that a device has been given.
  *
- * @param[in,out] buf of VESK_DEVICE_NAME_SIZE bytes. On entry the IP address of the device, as text; it is
- *                    replaced by the record that comes back; untouched on failure
+ * @param[in,out] buf VESK_DEVICE_NAME_SIZE bytes. They start with the IP address of the device, a text that
+ * ends with a zero, and are replaced by the record that comes back; untouched on failure
  * @return 0; -1 on failure
  */
 VESK_API int binder_get_device_name_by_ip(char* buf);
@@ -150,7 +150,7 @@ VESK_API int binderIsQcmsEnabled(void);
  * @param      text2 for the service to interpret
  * @param      text3 for the service to interpret
  * @param      text4 for the service to interpret
- * @param[out] dst   a buffer of VESK_QCMS_DOOR_OPEN_URL_SIZE bytes, all of which are written: the link,
+ * @param[out] dst   VESK_QCMS_DOOR_OPEN_URL_SIZE bytes, all of which are written: the link,
  *                   cut to fit, and zeros; untouched on failure
  * @return 0; -1 on failure, or if there is no link
  */

@@ -14,8 +14,6 @@
 extern "C" {
 #endif
 
-/* Into a buffer */
-
 /** Sizes of the elements in bytes. */
 #define VESK_RTP_STATUS_SIZE 128
 #define VESK_DSSKEY_ICON_CHANGED_SIZE 16
@@ -23,6 +21,8 @@ extern "C" {
 #define VESK_MONITOR_DEVICE_SIZE 68
 #define VESK_QDDP_SCAN_RESULT_SIZE 480
 #define VESK_ALARM_LOG_SIZE 152
+
+/* Into a buffer */
 
 /**
  * Fetches the status of the RTP streams.
@@ -39,7 +39,7 @@ VESK_API int binder_get_rtp_status(void* out, int max);
 /*
  * These put each element into an array of the application's (see <vesk/array.h>). They don't empty it first.
  * An element of the wrong size is skipped. A failed call is an empty list, and so a success. A null array,
- * and one without the operation that the function uses, is refused: nothing is sent.
+ * or one without the operation that the function uses, is refused: nothing is sent.
  */
 
 /**
