@@ -34,8 +34,15 @@ report "exported, but not declared" "$work/undeclared"
 
 # T*: virtual table, type information and so on; Th*/Tv*/Tc*: thunks; GV: guard variable.
 ours='^_Z(T[VTIS]|GV|Th[n0-9]+_|Tv[n0-9]+_[n0-9]+_|Tc.*_)?N?K?(N?K?3com2qv)'
-awk '$2 ~ /^_Z/ && $1 !~ /^[WVu]$/ { print $2 }' "$work/symbols" | { grep -Ev "$ours" || true; } |
-  c++filt >"$work/foreign"
+awk '$2 ~ /^_Z/ && $1 !~ /^[WVu]$/ { print $2 }' "$work/symbols" | { grep -Ev "$ours" || true; } | sort >"$work/others"
+# The two functions of <vesk/config.h> that have C++ linkage.
+sort >"$work/overloads" <<'NAMES'
+_Z30binder_get_screensaver_displayP26ipc_screen_saver_display_t
+_Z33binder_get_wlan_log_enable_configv
+NAMES
+comm -23 "$work/overloads" "$work/others" | c++filt >"$work/missing"
+comm -13 "$work/overloads" "$work/others" | c++filt >"$work/foreign"
+report "C++ functions that are not exported" "$work/missing"
 report "C++ symbols outside of com::qv" "$work/foreign"
 
 echo "$(wc -l <"$work/declared") C functions declared, $(wc -l <"$work/exported") exported," \
