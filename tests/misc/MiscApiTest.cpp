@@ -1,252 +1,150 @@
-#include <gtest/gtest.h>
-#include <vesk/misc.h>
+#include <vesk/vesk_client.h>
 
 #include <climits>
-#include <functional>
 #include <stdexcept>
 
-#include "LogCapture.h"
-#include "RecordingService.h"
+#include "ApiTest.h"
 
-using android::sp;
-using vesk::test::LogCapture;
-using vesk::test::LogLine;
-using vesk::test::RecordingService;
-using vesk::test::Wire;
+using namespace vesk::test;
 
 namespace {
 
-constexpr const char* kName = "com.qv.MiscService";
-const Wire kOk = Wire().i32(0);
-const Wire kException = Wire().i32(-5).text(u"not now").i32(0);
-constexpr size_t kRoom = 700;
-const std::string kUntouched(kRoom, '#');
+constexpr Gives kAsked{.success = 0, .failed = 0, .absent = -1};
+constexpr Gives kStatus{.value = true, .success = kAnswer, .failed = 3, .absent = 3};
+constexpr Gives kFlag{.value = true, .success = 1, .failed = 0, .absent = 0};
 
-/** Where all functions put what they have to give. */
-std::string buffer = kUntouched;
+using Elements = std::vector<std::string>;
 
 void append(void* context, const void* element, size_t size) {
-  static_cast<std::vector<std::string>*>(context)->emplace_back(static_cast<const char*>(element), size);
+  static_cast<Elements*>(context)->emplace_back(static_cast<const char*>(element), size);
 }
 
-int getRecordFiles() {
-  std::vector<std::string> files;
-  const vesk_array list{&files, nullptr, append};
-  return binder_get_udisk_record_files(&list);
-}
+Elements elements;
+const vesk_array kList{&elements, nullptr, append};
 
-/** A function that returns nothing, as one that gives 0. */
-auto quiet(void (*function)()) {
-  return [=] {
-    function();
-    return 0;
-  };
-}
-
-struct Row {
-  const char* name;
-  std::function<int()> call;
-  uint32_t code;
-  Wire arguments;
-  Wire reply;
-  int result;
-  int failed;
-  int absent;
+const ApiRow kRows[] = {
+    API_ROW(binder_local_ate_start(-1), 1, Wire().i32(-1), kAsked),
+    API_ROW(binder_local_ate_stop(2), 2, Wire().i32(2), kAsked),
+    API_ROW(binder_get_ate_info_config(out), 3, Wire(), record(160)),
+    API_ROW(binder_switch_dsskey_page(6, INT_MIN), 6, Wire().i32(6).i32(INT_MIN), kNothing),
+    API_ROW(binder_backlight_always_active(5), 7, Wire().i32(1), kNothing),
+    API_ROW(binder_backlight_always_active(0), 7, Wire().i32(0), kNothing),
+    API_ROW(binder_start_backlight_presetting(), 8, Wire(), kNothing),
+    API_ROW(binder_preset_backlight_level(9), 9, Wire().i32(9), kNothing),
+    API_ROW(binder_stop_backlight_presetting(), 10, Wire(), kNothing),
+    API_ROW(binder_get_udisk_status(), 11, Wire(), kStatus),
+    API_ROW(binder_get_udisk_capacity(out), 12, Wire(), record(104)),
+    API_ROW(binder_get_udisk_record_files(&kList), 13, Wire(), kAsked),
+    API_ROW(binder_play_rec_file_start("\xC3\xA4.wav"), 14, Wire().text(u"\u00e4.wav"), kValue),
+    API_ROW(binder_play_rec_file_stop(), 15, Wire(), kNothing),
+    API_ROW(binder_play_rec_file_pause(), 16, Wire(), kNothing),
+    API_ROW(binder_play_rec_file_resume(), 17, Wire(), kNothing),
+    API_ROW(binder_get_play_rec_file_state(), 18, Wire(), kValue),
+    API_ROW(binder_ate_touch_screen_result(19, -19), 19, Wire().i32(19).i32(-19), kAsked),
+    API_ROW(binder_notify_lcd_screen_shot_ready(), 20, Wire(), kNothing),
+    API_ROW(binder_get_mqtt_multicast_info(out), 21, Wire(), record(676)),
+    API_ROW(binder_has_mqtt_multicast_info(), 22, Wire(), kFlag),
 };
 
-const Row kRows[] = {
-    {"local_ate_start", [] { return binder_local_ate_start(-3); }, 1, Wire().i32(-3), Wire(), 0, 0, -1},
-    {"local_ate_stop", [] { return binder_local_ate_stop(4); }, 2, Wire().i32(4), Wire(), 0, 0, -1},
-    {"get_ate_info_config", [] { return binder_get_ate_info_config(buffer.data()); }, 3, Wire(),
-     Wire().record(std::string(160, 'r')), 0, -1, -1},
-    {"switch_dsskey_page", quiet([] { binder_switch_dsskey_page(INT_MIN, 7); }), 6,
-     Wire().i32(INT_MIN).i32(7), Wire(), 0, 0, 0},
-    {"backlight_always_active(5)", quiet([] { binder_backlight_always_active(5); }), 7, Wire().i32(1), Wire(),
-     0, 0, 0},
-    {"backlight_always_active(0)", quiet([] { binder_backlight_always_active(0); }), 7, Wire().i32(0), Wire(),
-     0, 0, 0},
-    {"start_backlight_presetting", quiet(binder_start_backlight_presetting), 8, Wire(), Wire(), 0, 0, 0},
-    {"preset_backlight_level", quiet([] { binder_preset_backlight_level(9); }), 9, Wire().i32(9), Wire(), 0,
-     0, 0},
-    {"stop_backlight_presetting", quiet(binder_stop_backlight_presetting), 10, Wire(), Wire(), 0, 0, 0},
-    {"get_udisk_status", binder_get_udisk_status, 11, Wire(), Wire().i32(1), 1, 3, 3},
-    {"get_udisk_capacity", [] { return binder_get_udisk_capacity(buffer.data()); }, 12, Wire(),
-     Wire().record(std::string(104, 'r')), 0, -1, -1},
-    {"get_udisk_record_files", getRecordFiles, 13, Wire(), Wire().i32(0), 0, 0, -1},
-    {"play_rec_file_start", [] { return binder_play_rec_file_start("a\xC3\xA4.wav"); }, 14,
-     Wire().text(u"a\u00e4.wav"), Wire().i32(17), 17, -1, -1},
-    {"play_rec_file_stop", quiet(binder_play_rec_file_stop), 15, Wire(), Wire(), 0, 0, 0},
-    {"play_rec_file_pause", quiet(binder_play_rec_file_pause), 16, Wire(), Wire(), 0, 0, 0},
-    {"play_rec_file_resume", quiet(binder_play_rec_file_resume), 17, Wire(), Wire(), 0, 0, 0},
-    {"get_play_rec_file_state", binder_get_play_rec_file_state, 18, Wire(), Wire().i32(2), 2, -1, -1},
-    {"ate_touch_screen_result", [] { return binder_ate_touch_screen_result(1, -2); }, 19,
-     Wire().i32(1).i32(-2), Wire(), 0, 0, -1},
-    {"notify_lcd_screen_shot_ready", quiet(binder_notify_lcd_screen_shot_ready), 20, Wire(), Wire(), 0, 0, 0},
-    {"get_mqtt_multicast_info", [] { return binder_get_mqtt_multicast_info(buffer.data()); }, 21, Wire(),
-     Wire().record(std::string(676, 'r')), 0, -1, -1},
-    {"has_mqtt_multicast_info", binder_has_mqtt_multicast_info, 22, Wire(), Wire().i32(1), 1, 0, 0},
-};
-
-class MiscApiTest : public testing::Test {
+class MiscApiTest : public ApiTest {
  protected:
-  MiscApiTest() {
-    remote_->registerAs(kName);
-    EXPECT_TRUE(connect_misc_service({}, nullptr));
-    remote_->take();
-    buffer = kUntouched;
+  MiscApiTest() : ApiTest("com.qv.MiscService", u"com.qv.IMiscService", "MiscClient", kRows) {
+    elements.clear();
   }
-  ~MiscApiTest() override { remote_->die(); }
+  /** Ends the connection, for the next test. */
+  ~MiscApiTest() override { service_->die(); }
 
-  void answer(const Wire& reply) { remote_->answer = Wire(kOk).append(reply); }
-  void answerInfo(std::string_view info) { answer(Wire().record(info)); }
-
-  LogCapture log_;
-  const sp<RecordingService> remote_ = new RecordingService;
-};
-
-TEST_F(MiscApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
-  log_.take();
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    answer(row.reply);
-    EXPECT_EQ(row.call(), row.result);
-    const auto request = remote_->take();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->code, row.code);
-    EXPECT_EQ(request->flags, 0u);
-    EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IMiscService").append(row.arguments).bytes());
+  void connect() {
+    service_->registerAs("com.qv.MiscService");
+    ASSERT_TRUE(connect_misc_service({}, nullptr));
+    log_.take();
+    service_->take();
   }
-  EXPECT_EQ(log_.take(), std::vector<LogLine>());
-}
 
-TEST_F(MiscApiTest, AFailedCallGivesItsValueAndWritesNothing) {
-  log_.take();
-  const auto expectFailures = [&] {
-    for (const Row& row : kRows) {
-      SCOPED_TRACE(row.name);
-      EXPECT_EQ(row.call(), row.failed);
-      EXPECT_TRUE(remote_->take().has_value());
-    }
-  };
-  remote_->answer = kException;
-  expectFailures();
-  remote_->status = android::DEAD_OBJECT;
-  expectFailures();
-  EXPECT_EQ(buffer, kUntouched);
-  EXPECT_EQ(log_.take(), std::vector<LogLine>());
-}
+  void answer(const Wire& reply) { service_->answer = Wire(kOk).append(reply); }
 
-TEST_F(MiscApiTest, WithoutAClientNothingIsCalled) {
-  remote_->die();
-  log_.take();
-  for (const Row& row : kRows) {
-    SCOPED_TRACE(row.name);
-    EXPECT_EQ(row.call(), row.absent);
-  }
-  EXPECT_EQ(binder_play_rec_file_start(nullptr), -1);
-  EXPECT_FALSE(remote_->take().has_value());
-  EXPECT_EQ(buffer, kUntouched);
-  EXPECT_EQ(log_.take(), std::vector<LogLine>());
-}
-
-TEST_F(MiscApiTest, ARecordIsTakenOnlyAtItsExactSize) {
-  const struct {
-    int (*get)(void* out);
-    size_t size;
-  } rows[] = {
-      {binder_get_ate_info_config, 160},
-      {binder_get_udisk_capacity, 104},
-      {binder_get_mqtt_multicast_info, 676},
-  };
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.size);
-    buffer = kUntouched;
-    for (const size_t size : {size_t{0}, row.size - 1, row.size + 1}) {
-      answerInfo(std::string(size, 'r'));
-      EXPECT_EQ(row.get(buffer.data()), -1);
-      EXPECT_EQ(buffer, kUntouched);
-    }
-    const std::string record = std::string(1, '\0') + std::string(row.size - 2, 'r') + '\0';
-    answerInfo(record);
-    EXPECT_EQ(row.get(buffer.data()), 0);
-    EXPECT_EQ(buffer, record + kUntouched.substr(row.size));
-  }
-}
-
-TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
-  const std::string first(64, 'a');
-  const std::string last = std::string(63, '\0') + "z";
-  answer(Wire()
-             .i32(5)
-             .record(first)
-             .record(std::string(63, 'b'))
-             .record("")
-             .record(std::string(65, 'c'))
-             .record(last));
-  std::vector<std::string> files{"there before"};
-  const vesk_array list{&files, nullptr, append};
-  EXPECT_EQ(binder_get_udisk_record_files(&list), 0);
-  EXPECT_EQ(files, (std::vector<std::string>{"there before", first, last}));
-}
-
-TEST_F(MiscApiTest, AListThatCannotTakeAnythingIsRefused) {
-  const vesk_array list{};
-  EXPECT_EQ(binder_get_udisk_record_files(nullptr), -1);
-  EXPECT_EQ(binder_get_udisk_record_files(&list), -1);
-  EXPECT_FALSE(remote_->take().has_value());
-}
-
-TEST_F(MiscApiTest, TheMulticastActionIsCutToFit) {
-  std::string info = "multicast" + std::string(667, '\0');
-  const struct {
-    size_t size;
-    std::string text;
-  } rows[] = {{1, ""},           {4, "mul"},           {9, "multicas"},
-              {10, "multicast"}, {kRoom, "multicast"}, {SIZE_MAX, "multicast"}};
-  for (const auto& row : rows) {
-    SCOPED_TRACE(row.size);
-    buffer = kUntouched;
-    answerInfo(info);
-    EXPECT_EQ(binder_get_mqtt_multicast_action(buffer.data(), row.size), 0);
-    EXPECT_EQ(buffer, row.text + '\0' + kUntouched.substr(row.text.size() + 1));
-    const auto request = remote_->take();
+  void expectAction(size_t size, const std::string& action) {
+    SCOPED_TRACE(size);
+    out_ = kUntouched;
+    EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), size), 0);
+    EXPECT_EQ(out_, action + '\0' + kUntouched.substr(action.size() + 1));
+    const auto request = service_->take();
     ASSERT_TRUE(request.has_value());
     EXPECT_EQ(request->code, 21u);
   }
 
-  info = std::string(676, 'x');
-  answerInfo(info);
-  EXPECT_EQ(binder_get_mqtt_multicast_action(buffer.data(), kRoom), 0) << "although nothing ends the text";
-  EXPECT_STREQ(buffer.c_str(), info.c_str());
+  void expectNoAction() {
+    out_ = kUntouched;
+    EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), 4), -1);
+    EXPECT_EQ(out_, '\0' + kUntouched.substr(1));
+  }
+};
+
+TEST_F(MiscApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) {
+  expectNothingWithoutConnection();
+  EXPECT_EQ(binder_play_rec_file_start(nullptr), -1) << "the argument is not looked at";
+}
+
+TEST_F(MiscApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
+  connect();
+  expectCallsAndAnswers(20);
+}
+
+TEST_F(MiscApiTest, AFailedCallGivesItsValueAndWritesNothing) {
+  connect();
+  expectFailures();
+  EXPECT_EQ(elements, Elements());
+}
+
+TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
+  connect();
+  const std::string first(64, 'a');
+  const std::string last = std::string(63, '\0') + "z";
+  answer(Wire().i32(5).record(first).record(first + "b").record("").record(first.substr(1)).record(last));
+  elements = {"there before"};
+  EXPECT_EQ(binder_get_udisk_record_files(&kList), 0);
+  EXPECT_EQ(elements, (Elements{"there before", first, last}));
+}
+
+TEST_F(MiscApiTest, TheMulticastActionIsCutToFit) {
+  connect();
+  answer(Wire().record("multicast" + std::string(667, '\0')));
+  expectAction(1, "");
+  expectAction(4, "mul");
+  expectAction(9, "multicas");
+  expectAction(10, "multicast");
+  expectAction(SIZE_MAX, "multicast");
+  const std::string endless(676, 'x');
+  answer(Wire().record(endless));
+  expectAction(kRoom, endless);
 }
 
 TEST_F(MiscApiTest, AnActionThatCannotBeFetchedEmptiesTheDestination) {
-  const std::string emptied = '\0' + kUntouched.substr(1);
-  const auto expectEmptied = [&] {
-    buffer = kUntouched;
-    EXPECT_EQ(binder_get_mqtt_multicast_action(buffer.data(), 4), -1);
-    EXPECT_EQ(buffer, emptied);
-  };
-  answerInfo(std::string(675, 'x'));
-  expectEmptied();
-  remote_->answer = kException;
-  expectEmptied();
-  remote_->die();
-  expectEmptied();
+  expectNoAction();
+  connect();
+  answer(Wire().record(std::string(675, 'x')));
+  expectNoAction();
+  service_->status = android::DEAD_OBJECT;
+  expectNoAction();
 }
 
-TEST_F(MiscApiTest, NoRoomForMulticastIsAFailureWithoutACall) {
-  answerInfo(std::string(676, 'x'));
+TEST_F(MiscApiTest, NowhereToPutTheAnswerIsAFailureWithoutACall) {
+  connect();
+  answer(Wire().record(std::string(676, 'x')));
+  const vesk_array unusable{};
   EXPECT_EQ(binder_get_mqtt_multicast_info(nullptr), -1);
   EXPECT_EQ(binder_get_mqtt_multicast_action(nullptr, 4), -1);
-  EXPECT_EQ(binder_get_mqtt_multicast_action(buffer.data(), 0), -1);
-  EXPECT_EQ(buffer, kUntouched);
-  EXPECT_FALSE(remote_->take().has_value());
+  EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), 0), -1);
+  EXPECT_EQ(binder_get_udisk_record_files(nullptr), -1);
+  EXPECT_EQ(binder_get_udisk_record_files(&unusable), -1);
+  EXPECT_EQ(out_, kUntouched);
+  EXPECT_FALSE(service_->take().has_value());
 }
 
 TEST_F(MiscApiTest, ANullFileNameRaisesTheLogicError) {
+  connect();
   EXPECT_THROW(binder_play_rec_file_start(nullptr), std::logic_error);
-  EXPECT_FALSE(remote_->take().has_value());
+  EXPECT_FALSE(service_->take().has_value());
 }
 
 }  // namespace

@@ -6,14 +6,13 @@
 #include <vesk/misc.h>
 
 #include <atomic>
-#include <chrono>
 #include <cstdlib>
 #include <mutex>
-#include <thread>
 
 #include "ChildProcess.h"
 #include "LogCapture.h"
 #include "RecordingService.h"
+#include "WaitUntil.h"
 
 using android::IBinder;
 using android::IInterface;
@@ -220,7 +219,7 @@ TEST_F(MiscEventTest, AnEventWithoutACallbackEndsTheProgram) {
   EXPECT_NE(ChildProcess("raiseAnEventWithoutACallback").wait(), 0);
 }
 
-CHILD_ROLE(serveMisc) {
+CHILD_ROLE(miscService) {
   registerService(new ListeningService);
   android::ProcessState::self()->startThreadPool();
   parent.ready();
@@ -230,7 +229,7 @@ CHILD_ROLE(serveMisc) {
 
 TEST_F(MiscEventTest, AFailedConnectKeepsTheConnectionAndItsCallbacks) {
   ASSERT_TRUE(connect_misc_service(kCallbacks, nullptr));
-  ChildProcess("serveMisc").kill();  // Took the name over.
+  ChildProcess("miscService").kill();  // Took the name over.
   log_.take();
   EXPECT_FALSE(connect_misc_service({}, nullptr));
   EXPECT_EQ(
@@ -242,7 +241,7 @@ TEST_F(MiscEventTest, AFailedConnectKeepsTheConnectionAndItsCallbacks) {
 }
 
 TEST_F(MiscEventTest, AServiceInAnotherProcessRaisesEventsAndDies) {
-  ChildProcess child("serveMisc");
+  ChildProcess child("miscService");
   ASSERT_TRUE(connect_misc_service(kCallbacks, [] { ++deaths; }));
   EXPECT_EQ(binder_local_ate_start(42), 0);
   EXPECT_EQ(told.take(), std::vector<std::string>{"ring 42"});
@@ -250,15 +249,9 @@ TEST_F(MiscEventTest, AServiceInAnotherProcessRaisesEventsAndDies) {
   child.kill();
 
   // Its line in the log is the last thing that comes of a death.
-  const LogLine last{ANDROID_LOG_INFO, "CallClient", "com.qv.MiscService is died. "};
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
   std::vector<LogLine> lines;
-  while (lines.empty()) {
-    ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    lines = log_.take();
-  }
-  EXPECT_EQ(lines, std::vector<LogLine>{last});
+  vesk::test::waitUntil("the line", [&] { return !(lines = log_.take()).empty(); });
+  EXPECT_EQ(lines, (std::vector<LogLine>{{ANDROID_LOG_INFO, "CallClient", "com.qv.MiscService is died. "}}));
   EXPECT_EQ(deaths, 1);
   EXPECT_EQ(binder_local_ate_start(1), -1);
   EXPECT_EQ(binder_get_udisk_status(), 3);
