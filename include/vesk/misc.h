@@ -9,6 +9,7 @@
 #ifndef VESK_MISC_H
 #define VESK_MISC_H
 
+#include <assert.h>
 #include <stdbool.h>
 #include <stddef.h>
 
@@ -87,6 +88,8 @@ typedef struct vesk_misc_callbacks {
   vesk_misc_value_callback on_ring;            /**< a ring event */
   vesk_misc_notice_callback on_scan_cancel;    /**< a scan was cancelled */
 } vesk_misc_callbacks;
+static_assert(sizeof(vesk_misc_callbacks) == 14 * sizeof(vesk_misc_notice_callback),
+              "callbacks of the misc service");
 
 /**
  * Connects to the misc service and registers for its events.
