@@ -18,6 +18,7 @@ constexpr CallCallbackList kNoCallbacks{};
 
 /** Where in the list. */
 enum CallCallbackIndex : size_t {
+  kOnCallStateChanged = 4,
   kOnCallInfoChanged = 5,
   kOnServiceDied = 18,
 };

@@ -12,6 +12,7 @@
 
 using android::sp;
 using android::binder::Status;
+using com::qv::CommonParcelable;
 using com::qv::ICallEventListener;
 using vesk::test::Channel;
 
@@ -21,7 +22,6 @@ namespace {
 class TestCallService : public com::qv::DefaultCallService {
  public:
   explicit TestCallService(Channel* toTest) : toTest_(toTest) {}
-  ~TestCallService() override { stopStorm(); }
 
   Status registerCallEventListener(const sp<ICallEventListener>& listener) override {
     const std::lock_guard lock(mutex_);
@@ -31,17 +31,12 @@ class TestCallService : public com::qv::DefaultCallService {
 
   Status makeCall(int32_t line, const std::string& number, int32_t* result) override {
     *result = line;
-    if (number == "tell" && line > 0) *result = tell(line);
+    if (number == "tell" && line > 0) *result = tell(&ICallEventListener::callInfoChangedEvent, line);
     if (number == "hang") {
       toTest_->send("hanging");
       pause();
     }
-    if (number == "storm") {
-      storming_ = true;
-      storm_ = std::thread([this] {
-        for (int32_t i = 1; storming_; ++i) tell(i);
-      });
-    }
+    if (number == "storm") startStorm();
     return Status::ok();
   }
 
@@ -51,19 +46,37 @@ class TestCallService : public com::qv::DefaultCallService {
   }
 
   void stopStorm() {
+    std::thread storm;
+    {
+      const std::lock_guard lock(mutex_);
+      storm.swap(storm_);
+    }
     storming_ = false;
-    if (storm_.joinable()) storm_.join();
+    if (storm.joinable()) storm.join();
   }
 
  private:
+  void startStorm() {
+    const std::lock_guard lock(mutex_);
+    storming_ = true;
+    storm_ = std::thread([this] {
+      // One in sixteen is one that the listener logs.
+      for (int32_t i = 1; storming_; ++i) {
+        tell(i % 16 == 0 ? &ICallEventListener::callInfoChangedEvent
+                         : &ICallEventListener::callStateChangedEvent,
+             i);
+      }
+    });
+  }
+
   /** Tells every listener; the number of those that could be told. The others are forgotten. */
-  int32_t tell(int32_t line) {
+  int32_t tell(Status (ICallEventListener::*event)(const CommonParcelable&), int32_t line) {
     vesk_call_info info{};
     info.line = line;
-    const com::qv::CommonParcelable record(&info, sizeof(info));
+    const CommonParcelable record(&info, sizeof(info));
     int32_t told = 0;
     for (const sp<ICallEventListener>& listener : listeners()) {
-      if (listener->callInfoChangedEvent(record).isOk()) {
+      if ((*listener.*event)(record).isOk()) {
         ++told;
       } else {
         forget(listener);
