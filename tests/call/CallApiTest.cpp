@@ -11,11 +11,13 @@
 #include <type_traits>
 
 #include "CallCallbackList.h"
+#include "ChildProcess.h"
 #include "LogCapture.h"
 #include "RecordingBinder.h"
 
 using android::sp;
 using android::String16;
+using vesk::test::ChildProcess;
 using vesk::test::LogCapture;
 using vesk::test::RecordingBinder;
 using vesk::test::Wire;
@@ -136,6 +138,11 @@ class CallApiTest : public testing::Test {
 };
 
 TEST_F(CallApiTest, WithoutAConnectionEveryFunctionGivesItsFailureValue) {
+  // Whatever was connected before is given up for a service that is not there.
+  ChildProcess("callService").kill();
+  setenv("BINDER_LOOKUP_MS", "0", 1);
+  ASSERT_FALSE(connectCallService(kNoCallbacks));
+  log_.take();
   for (const Row& row : kRows) EXPECT_EQ(row.call(), row.failure) << row.text;
   EXPECT_EQ(binder_make_call(0, nullptr), -1) << "the arguments are not looked at";
   EXPECT_TRUE(log_.take().empty());
