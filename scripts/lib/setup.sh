@@ -59,7 +59,8 @@ need() {
 
 # What configuring and building any preset takes.
 need_tools() {
-  need cmake:cmake ninja:ninja-build gcc:gcc g++:g++ pkg-config:pkg-config /usr/include/gtest/gtest.h:libgtest-dev
+  need cmake:cmake ninja:ninja-build gcc:gcc g++:g++ pkg-config:pkg-config \
+    /usr/include/gtest/gtest.h:libgtest-dev /usr/include/sqlite3.h:libsqlite3-dev
 }
 
 # configure PRESET
