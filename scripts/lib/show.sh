@@ -36,7 +36,14 @@ start_device
 exec {events}< <(exec "$bin/phone_call" --outage)
 application=$!
 killed=
-while IFS= read -r -t 60 -u "$events" line; do
+while true; do
+  status=0
+  IFS= read -r -t 60 -u "$events" line || status=$?
+  if [ "$status" -gt 128 ]; then
+    echo "the application hangs" >&2
+    exit 1
+  fi
+  [ "$status" -eq 0 ] || break
   printf '%s\n' "$line"
   if [[ $line == *'may die'* ]]; then
     echo "== kill -KILL $device, the vesk-device"

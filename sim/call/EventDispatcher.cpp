@@ -2,6 +2,7 @@
 
 #include <android/log.h>
 
+#include <condition_variable>
 #include <deque>
 #include <thread>
 #include <utility>
@@ -17,9 +18,6 @@ using com::qv::CommonParcelable;
 using com::qv::ICallEventListener;
 
 constexpr const char* kTag = "vesk-device";
-
-/** A listener that is further behind than this is taken for hung. */
-constexpr size_t kMaxQueue = 1000;
 
 template <typename Payload>
 const Payload& payload(const Event& event) {
@@ -84,8 +82,10 @@ Status send(ICallEventListener& listener, const Event& event) {
 /** One process's queue and thread. The thread holds on to it, so it may outlive the dispatcher. */
 class EventDispatcher::Subscription : public std::enable_shared_from_this<Subscription> {
  public:
-  static std::shared_ptr<Subscription> start() {
-    auto subscription = std::make_shared<Subscription>();
+  explicit Subscription(size_t maxBehind) : maxBehind_(maxBehind) {}
+
+  static std::shared_ptr<Subscription> start(size_t maxBehind) {
+    auto subscription = std::make_shared<Subscription>(maxBehind);
     std::thread([subscription] { subscription->run(); }).detach();
     return subscription;
   }
@@ -109,9 +109,9 @@ class EventDispatcher::Subscription : public std::enable_shared_from_this<Subscr
     {
       const std::lock_guard lock(mutex_);
       if (ended_) return false;
-      if (queue_.size() == kMaxQueue) {
+      if (queue_.size() == maxBehind_) {
         __android_log_print(ANDROID_LOG_WARN, kTag, "a listener is %zu events behind and is dropped",
-                            kMaxQueue);
+                            maxBehind_);
         ended_ = true;
         return false;
       }
@@ -172,6 +172,7 @@ class EventDispatcher::Subscription : public std::enable_shared_from_this<Subscr
     changed_.notify_all();
   }
 
+  const size_t maxBehind_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool ended_ = false;
@@ -189,7 +190,7 @@ void EventDispatcher::subscribe(pid_t process, const android::sp<ICallEventListe
   {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<Subscription>& known = subscriptions_[process];
-    if (known == nullptr || known->hasEnded()) known = Subscription::start();
+    if (known == nullptr || known->hasEnded()) known = Subscription::start(maxBehind_);
     subscription = known;
   }
   subscription->setListener(listener);

@@ -3,7 +3,7 @@
 #include <sys/types.h>
 
 #include <chrono>
-#include <condition_variable>
+#include <cstddef>
 #include <map>
 #include <memory>
 #include <mutex>
@@ -21,7 +21,11 @@ namespace sim {
  */
 class EventDispatcher {
  public:
-  EventDispatcher() = default;
+  /** Enough for any burst; what a listener that hangs costs is some megabytes. */
+  static constexpr size_t kMaxBehind = 100'000;
+
+  /** A listener that is more than `maxBehind` events behind is dropped. */
+  explicit EventDispatcher(size_t maxBehind = kMaxBehind) : maxBehind_(maxBehind) {}
   /** Leaves behind the threads of listeners that hang; they touch nothing of this object's. */
   ~EventDispatcher();
   EventDispatcher(const EventDispatcher&) = delete;
@@ -41,6 +45,7 @@ class EventDispatcher {
  private:
   class Subscription;
 
+  const size_t maxBehind_;
   std::mutex mutex_;
   std::map<pid_t, std::shared_ptr<Subscription>> subscriptions_;
 };
