@@ -1,12 +1,13 @@
 #pragma once
 
 #include <climits>
-#include <optional>
 #include <string>
-#include <type_traits>
 #include <vector>
 
+#include "Result.h"
 #include "Wire.h"
+
+using vesk::test::Result;
 
 /** Where every row puts what it receives, and how much room it says to have. */
 inline constexpr size_t kRoom = 1300;
@@ -15,9 +16,6 @@ inline int room = kRoom;
 
 /** What every row sends as a record, cut to its size; there are zeros in it. */
 extern const std::string kSent;
-
-/** What a function gives, an int or a bool as int; nothing for void. */
-using Result = std::optional<int>;
 
 /** What the rows of one kind have in common. */
 struct Outcome {
@@ -69,19 +67,9 @@ struct Row {
   Outcome outcome;
 };
 
-template <class Function>
-Result resultOf(Function function) {
-  if constexpr (std::is_void_v<decltype(function())>) {
-    function();
-    return std::nullopt;
-  } else {
-    return function();
-  }
-}
-
-#define ROW(call, code, arguments, outcome)                                       \
-  Row {                                                                           \
-#call, [] { return resultOf([] { return call; }); }, code, arguments, outcome \
+#define ROW(call, code, arguments, outcome)                                                   \
+  Row {                                                                                       \
+#call, [] { return vesk::test::resultOf([] { return call; }); }, code, arguments, outcome \
   }
 
 /** The rows that send a record send this much of it. */

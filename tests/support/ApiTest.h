@@ -4,21 +4,17 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <optional>
 #include <set>
 #include <span>
 #include <string>
 #include <string_view>
-#include <type_traits>
 
 #include "ChildProcess.h"
 #include "LogCapture.h"
 #include "RecordingService.h"
+#include "Result.h"
 
 namespace vesk::test {
-
-/** What a C function returns; nothing for void. */
-using Result = std::optional<int>;
 
 /** The out-value of every answer that has one. */
 constexpr int kAnswer = 4711;
@@ -54,16 +50,6 @@ struct ApiRow {
 #call, [](void* out) { return vesk::test::resultOf([&] { static_cast<void>(out); return call; }); }, code, \
         arguments, gives \
   }
-
-template <class Function>
-Result resultOf(Function function) {
-  if constexpr (std::is_void_v<decltype(function())>) {
-    function();
-    return std::nullopt;
-  } else {
-    return function();
-  }
-}
 
 /** `size` bytes, all values among them. */
 inline std::string pattern(int size) {
