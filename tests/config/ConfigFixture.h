@@ -29,6 +29,7 @@ class ConfigFixture : public testing::Test {
     const auto request = service_->take();
     ASSERT_TRUE(request.has_value());
     EXPECT_EQ(request->code, code);
+    EXPECT_EQ(request->flags, 0u);
     EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IConfigService").append(arguments).bytes());
   }
 

@@ -1,15 +1,10 @@
-#include <gtest/gtest.h>
-#include <vesk/config.h>
-
 #include <numeric>
 
+#include "ConfigFixture.h"
 #include "ConfigRows.h"
 #include "LogCapture.h"
-#include "RecordingService.h"
 
-using android::sp;
 using vesk::test::LogCapture;
-using vesk::test::RecordingService;
 using vesk::test::Wire;
 
 const std::string kSent = [] {
@@ -20,7 +15,6 @@ const std::string kSent = [] {
 
 namespace {
 
-const Wire kOk = Wire().i32(0);
 const std::string kUntouched(kRoom, '#');
 
 std::string behind(const std::string& start) { return start + kUntouched.substr(start.size()); }
@@ -32,23 +26,18 @@ std::string withZeros(size_t size) {
   return bytes;
 }
 
-class ConfigRowsTest : public testing::Test {
+class ConfigRowsTest : public ConfigFixture {
  protected:
   ConfigRowsTest() {
-    remote_->registerAs("com.qv.ConfigService");
-    EXPECT_TRUE(connect_config_service(nullptr));
+    connect();
     rows_ = settingsRows();
     const std::vector<Row> others = featureRows();
     rows_.insert(rows_.end(), others.begin(), others.end());
     buffer = kUntouched;
     room = kRoom;
   }
-  ~ConfigRowsTest() override { remote_->die(); }
-
-  void answer(const Wire& reply) { remote_->answer = Wire(kOk).append(reply); }
 
   LogCapture log_;
-  const sp<RecordingService> remote_ = new RecordingService;
   std::vector<Row> rows_;
 };
 
@@ -58,11 +47,7 @@ TEST_F(ConfigRowsTest, EveryFunctionSendsItsArgumentsAndGivesTheAnswer) {
     log_.take();
     answer(row.outcome.reply);
     EXPECT_EQ(row.make(), row.outcome.ok);
-    const auto request = remote_->take();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->code, row.code);
-    EXPECT_EQ(request->flags, 0u);
-    EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IConfigService").append(row.arguments).bytes());
+    expectRequest(row.code, row.arguments);
     EXPECT_EQ(log_.take().size(), row.outcome.logs ? 1u : 0u);
   }
 }
@@ -74,26 +59,26 @@ TEST_F(ConfigRowsTest, AFailedCallGivesItsValueAndAnEmptyTextAtMost) {
     const auto expectFailure = [&](const char* how) {
       buffer = kUntouched;
       EXPECT_EQ(row.make(), row.outcome.failed) << how;
-      EXPECT_TRUE(remote_->take().has_value()) << how;
+      EXPECT_TRUE(service_->take().has_value()) << how;
       EXPECT_EQ(buffer, row.outcome.text == Outcome::kNone ? kUntouched : behind({'\0'})) << how;
     };
-    remote_->answer = Wire().i32(-8).text(u"busy").i32(0).i32(17).append(row.outcome.reply);
+    answerException(row.outcome.reply);
     expectFailure("an exception, with out-values behind it");
-    remote_->answer = kOk;
+    answer(Wire());
     if (row.outcome.reply.bytes() != "") expectFailure("an answer without its value");
-    remote_->status = android::DEAD_OBJECT;
+    service_->status = android::DEAD_OBJECT;
     expectFailure("no answer");
-    remote_->status = android::OK;
+    service_->status = android::OK;
   }
   EXPECT_TRUE(log_.take().empty());
 }
 
 TEST_F(ConfigRowsTest, WithoutAConnectionNothingIsSentOrWritten) {
-  remote_->die();
+  service_->die();
   log_.take();
   for (const Row& row : rows_) EXPECT_EQ(row.make(), row.outcome.absent) << row.call;
   EXPECT_EQ(buffer, kUntouched);
-  EXPECT_FALSE(remote_->take().has_value());
+  EXPECT_FALSE(service_->take().has_value());
   EXPECT_TRUE(log_.take().empty());
 }
 

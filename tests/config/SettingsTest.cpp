@@ -1,13 +1,10 @@
-#include <gtest/gtest.h>
-#include <vesk/config.h>
-
 #include <climits>
 #include <cstring>
 #include <functional>
 #include <stdexcept>
 
+#include "ConfigFixture.h"
 #include "LogCapture.h"
-#include "RecordingService.h"
 
 using android::sp;
 using vesk::test::LogCapture;
@@ -17,44 +14,34 @@ using vesk::test::Wire;
 
 namespace {
 
-const Wire kOk = Wire().i32(0);
 constexpr size_t kRoom = 1100;
 const std::string kUntouched(kRoom, '#');
 
-/** A service that may do something before it answers. */
+class SettingsTest : public ConfigFixture {
+ protected:
+  SettingsTest() {
+    connect();
+    log_.take();
+  }
+
+  LogCapture log_;
+  std::string buffer_ = kUntouched;
+};
+
+/** A service that does something before it answers. */
 class ActingService : public RecordingService {
  public:
-  std::function<void()> act;
+  explicit ActingService(std::function<void()> act) : act_(std::move(act)) {}
 
  protected:
   android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                uint32_t flags) override {
-    if (act) act();
+    act_();
     return RecordingService::onTransact(code, data, reply, flags);
   }
-};
 
-class SettingsTest : public testing::Test {
- protected:
-  SettingsTest() {
-    remote_->registerAs("com.qv.ConfigService");
-    EXPECT_TRUE(connect_config_service(nullptr));
-    log_.take();
-  }
-  ~SettingsTest() override { remote_->die(); }
-
-  void answer(const Wire& reply) { remote_->answer = Wire(kOk).append(reply); }
-
-  void expectRequest(uint32_t code, const Wire& arguments) {
-    const auto request = remote_->take();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->code, code);
-    EXPECT_EQ(request->bytes, Wire().text(u"com.qv.IConfigService").append(arguments).bytes());
-  }
-
-  LogCapture log_;
-  const sp<ActingService> remote_ = new ActingService;
-  std::string buffer_ = kUntouched;
+ private:
+  const std::function<void()> act_;
 };
 
 template <class Record>
@@ -133,7 +120,7 @@ TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
   for (const size_t size : {515, 517, 0}) {
     answer(Wire().record(std::string(size, 'r')));
     EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1) << size;
-    EXPECT_TRUE(remote_->take().has_value());
+    EXPECT_TRUE(service_->take().has_value());
   }
   answer(Wire().record(std::string(516, 'r')));
   EXPECT_EQ(binder_formatting_dsskey_value(nullptr, &type, buffer_.data(), kRoom), -1);
@@ -141,8 +128,8 @@ TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
   for (const int size : {0, -1, INT_MIN}) {
     EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), size), -1) << size;
   }
-  EXPECT_FALSE(remote_->take().has_value()) << "refused before the call";
-  remote_->die();
+  EXPECT_FALSE(service_->take().has_value()) << "refused before the call";
+  service_->die();
   EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1);
   EXPECT_EQ(type, 4711);
   EXPECT_EQ(buffer_, kUntouched);
@@ -170,10 +157,10 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
     answer(Wire().record(std::string(size, 'k')));
     EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
   }
-  remote_->take();
+  service_->take();
   EXPECT_EQ(binder_parsing_dsskey_value(1, "12", nullptr), -1);
-  EXPECT_FALSE(remote_->take().has_value());
-  remote_->die();
+  EXPECT_FALSE(service_->take().has_value());
+  service_->die();
   EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
@@ -204,7 +191,7 @@ TEST_F(SettingsTest, TimeZonesNeedTheirRoom) {
     answer(reply);
     for (const int size : {INT_MIN, 0, 1, 1000}) EXPECT_EQ(binder_get_time_zone(nullptr, size), 0) << size;
   }
-  remote_->die();
+  service_->die();
   EXPECT_EQ(binder_get_time_zone(buffer_.data(), kRoom), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
@@ -241,17 +228,21 @@ TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
 
 TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
   const std::string sent = std::string(463, 's') + '\0';
-  std::string record = sent + "behind";
-  remote_->act = [&] { record.assign(record.size(), 'x'); };
+  answer(Wire());
+  std::string record = sent;
+  EXPECT_EQ(binder_set_security(28, record.data()), 0);
+  expectRequest(28, Wire().i32(28).record(sent));
+
+  const sp<ActingService> acting = new ActingService([&] { record.assign(record.size(), 'x'); });
+  acting->registerAs("com.qv.ConfigService");
+  ASSERT_TRUE(connect_config_service(nullptr));
   for (const android::status_t status : {android::OK, android::DEAD_OBJECT}) {
-    remote_->status = status;
+    acting->status = status;
     record = sent + "behind";
     EXPECT_EQ(binder_set_security(28, record.data()), 0) << "whatever came of the call";
-    expectRequest(28, Wire().i32(28).record(sent));
     EXPECT_EQ(record, sent + "xxxxxx");
   }
-  remote_->act = nullptr;
-  remote_->die();
+  acting->die();
   EXPECT_EQ(binder_set_security(28, nullptr), -1) << "the arguments are not looked at";
 }
 
@@ -271,7 +262,7 @@ TEST_F(SettingsTest, ANullStringRaisesTheLogicErrorAndSendsNothing) {
   EXPECT_THROW(binder_get_config("s", nullptr, "", buffer_.data(), 1), std::logic_error);
   EXPECT_THROW(binder_set_dhcp(1, nullptr), std::logic_error);
   EXPECT_THROW(binder_play_ring(nullptr), std::logic_error);
-  EXPECT_FALSE(remote_->take().has_value());
+  EXPECT_FALSE(service_->take().has_value());
 }
 
 }  // namespace
