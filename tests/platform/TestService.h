@@ -6,11 +6,11 @@
 #include <gtest/gtest.h>
 
 #include <atomic>
-#include <chrono>
 #include <string>
 #include <thread>
 
 #include "ChildProcess.h"
+#include "WaitUntil.h"
 
 /** What the transport tests call: an object that does as its callers need. */
 class TestObject : public android::BBinder {
@@ -86,12 +86,4 @@ android::status_t callWith(const android::sp<android::IBinder>& object, uint32_t
 /** A call with one binder out; null if it fails. */
 android::sp<android::IBinder> binderFrom(const android::sp<android::IBinder>& object, uint32_t code);
 
-/** Waits until `condition` holds; a failure of the test if it doesn't in time. */
-template <class Condition>
-void waitUntil(const char* what, Condition condition) {
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
-  while (!condition()) {
-    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "waited in vain: " << what;
-    std::this_thread::sleep_for(std::chrono::milliseconds(2));
-  }
-}
+using vesk::test::waitUntil;
