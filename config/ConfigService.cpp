@@ -10,7 +10,7 @@ Service<ConfigClient>& com::qv::configService = immortal<Service<ConfigClient>>(
 
 namespace {
 
-const ReleaseAtExit<ConfigClient> releaseAtExit{configService};
+const ReleaseAtExit<ConfigClient> kReleaseAtExit{configService};
 
 }  // namespace
 

@@ -5,7 +5,6 @@
 #include "LogCapture.h"
 
 using vesk::test::LogCapture;
-using vesk::test::Wire;
 
 const std::string kSent = [] {
   std::string bytes(kRoom, '\0');
@@ -65,7 +64,7 @@ TEST_F(ConfigRowsTest, AFailedCallGivesItsValueAndAnEmptyTextAtMost) {
     answerException(row.outcome.reply);
     expectFailure("an exception, with out-values behind it");
     answer(Wire());
-    if (row.outcome.reply.bytes() != "") expectFailure("an answer without its value");
+    if (!row.outcome.reply.bytes().empty()) expectFailure("an answer without its value");
     service_->status = android::DEAD_OBJECT;
     expectFailure("no answer");
     service_->status = android::OK;

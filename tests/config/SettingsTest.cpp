@@ -10,7 +10,6 @@ using android::sp;
 using vesk::test::LogCapture;
 using vesk::test::LogLine;
 using vesk::test::RecordingService;
-using vesk::test::Wire;
 
 namespace {
 
@@ -117,7 +116,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsFormatted) {
 TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
   const std::string key(684, 'k');
   int type = 4711;
-  for (const size_t size : {515, 517, 0}) {
+  for (const size_t size : {515u, 517u, 0u}) {
     answer(Wire().record(std::string(size, 'r')));
     EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1) << size;
     EXPECT_TRUE(service_->take().has_value());
@@ -153,7 +152,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
   }
 
   buffer_ = kUntouched;
-  for (const size_t size : {683, 685}) {
+  for (const size_t size : {683u, 685u}) {
     answer(Wire().record(std::string(size, 'k')));
     EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
   }
@@ -215,7 +214,7 @@ TEST_F(SettingsTest, TimeZonesStopWhereTheBufferIsFull) {
 }
 
 TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
-  for (const size_t length : {260, 261, 300}) {
+  for (const size_t length : {260u, 261u, 300u}) {
     answer(Wire().i32(2).text(std::u16string(length, u'z')).text(u"b"));
     buffer_ = std::string(kRoom, '\0');
     EXPECT_EQ(binder_get_time_zone(buffer_.data(), 529), 0);
