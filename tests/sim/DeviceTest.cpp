@@ -341,7 +341,8 @@ TEST(CommandLine, AnswersAndRefuses) {
       {"again", 2, "unexpected argument 'again'"},
   };
   for (const auto& row : rows) {
-    FILE* program = popen((std::string(VESK_DEVICE) + " " + row.arguments + " 2>&1 </dev/null").c_str(), "r");
+    const std::string command = "'" VESK_DEVICE "' " + std::string(row.arguments) + " 2>&1 </dev/null";
+    FILE* program = popen(command.c_str(), "r");
     ASSERT_NE(program, nullptr);
     char output[4096];
     const size_t length = fread(output, 1, sizeof(output), program);
