@@ -19,12 +19,14 @@ constexpr const char* kTryHelp = "Try 'vesk-device --help'.\n";
 constexpr const char* kHelp =
     R"(Usage: vesk-device [OPTION]...
 
-A simulated device: the call service of a desk telephone, as a process of its own. Prints "ready" once
+A simulated device: the call and config services of a desk telephone, as a process of its own. Prints "ready" once
 applications can connect; ends on SIGINT and SIGTERM.
 
   -i, --incoming=WHEN:NUMBER[:LINE]  NUMBER calls (LINE) after WHEN, for example 3s:200 or 500ms:201:2;
                                      may be given several times
   -s, --speed=FACTOR                 let time pass FACTOR times as fast, from 0.01 to 1000
+      --state=DIRECTORY              keep what is saved in DIRECTORY, which is made if need be; without it,
+                                     nothing outlives the device
   -v, --verbose                      print each event
   -h, --help                         print this and exit
       --version                      print the version and exit
@@ -74,10 +76,15 @@ std::optional<IncomingCall> parseIncomingCall(const std::string& text) {
 
 Options parseCommandLine(int argc, char** argv) {
   constexpr int kVersion = 256;
+  constexpr int kState = 257;
   constexpr option kOptions[] = {
-      {"incoming", required_argument, nullptr, 'i'}, {"speed", required_argument, nullptr, 's'},
-      {"verbose", no_argument, nullptr, 'v'},        {"help", no_argument, nullptr, 'h'},
-      {"version", no_argument, nullptr, kVersion},   {nullptr, 0, nullptr, 0},
+      {"incoming", required_argument, nullptr, 'i'},
+      {"speed", required_argument, nullptr, 's'},
+      {"verbose", no_argument, nullptr, 'v'},
+      {"help", no_argument, nullptr, 'h'},
+      {"version", no_argument, nullptr, kVersion},
+      {"state", required_argument, nullptr, kState},
+      {nullptr, 0, nullptr, 0},
   };
   Options options;
   int letter;
@@ -98,6 +105,10 @@ Options parseCommandLine(int argc, char** argv) {
         options.speed = *speed;
         break;
       }
+      case kState:
+        if (*optarg == '\0') usageError("--state: needs a directory");
+        options.stateDirectory = optarg;
+        break;
       case 'v':
         options.verbose = true;
         break;

@@ -21,6 +21,8 @@ struct IncomingCall {
 struct Options {
   double speed = 1;
   bool verbose = false;
+  /** Where the device keeps its state; none if it keeps nothing. */
+  std::string stateDirectory;
   std::vector<IncomingCall> incoming;
 };
 

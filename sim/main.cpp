@@ -7,15 +7,19 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <memory>
 #include <string>
 
 #include "Console.h"
 #include "Options.h"
 #include "call/CallService.h"
+#include "config/ConfigService.h"
+#include "store/Store.h"
 
 namespace {
 
 constexpr const char* kCallServiceName = "com.qv.CallService";
+constexpr const char* kConfigServiceName = "com.qv.ConfigService";
 
 /** How long the end waits for listeners that are being called. */
 constexpr std::chrono::milliseconds kPatienceAtEnd{500};
@@ -55,19 +59,32 @@ void printEvent(sim::Time time, const sim::Event& event) {
 
 void ignoreEvent(sim::Time, const sim::Event&) {}
 
+bool addService(const char* name, const android::sp<android::IBinder>& service) {
+  const android::status_t added =
+      android::defaultServiceManager()->addService(android::String16(name), service);
+  if (added == android::OK) return true;
+  std::fprintf(stderr, "vesk-device: can't register %s: %s\n", name, android::statusToString(added).c_str());
+  return false;
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
   const sim::Options options = sim::parseCommandLine(argc, argv);
   const int signalFd = holdSignals();
 
+  std::string error;
+  const std::shared_ptr<sim::Store> store = sim::Store::open(options.stateDirectory, &error);
+  const auto settings = std::make_shared<sim::Settings>(store);
+  if (store == nullptr || !settings->load(sim::ConfigService::factoryValues(), &error)) {
+    std::fprintf(stderr, "vesk-device: %s\n", error.c_str());
+    return EXIT_FAILURE;
+  }
+
   const android::sp<sim::CallService> service =
       new sim::CallService(options.speed, options.verbose ? printEvent : ignoreEvent);
-  const android::status_t registered =
-      android::defaultServiceManager()->addService(android::String16(kCallServiceName), service);
-  if (registered != android::OK) {
-    std::fprintf(stderr, "vesk-device: can't register %s: %s\n", kCallServiceName,
-                 android::statusToString(registered).c_str());
+  const android::sp<sim::ConfigService> configService = new sim::ConfigService(settings);
+  if (!addService(kCallServiceName, service) || !addService(kConfigServiceName, configService)) {
     return EXIT_FAILURE;
   }
   android::ProcessState::self()->startThreadPool();

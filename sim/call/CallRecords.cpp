@@ -1,8 +1,8 @@
 #include "call/CallRecords.h"
 
-#include <algorithm>
 #include <cstddef>
-#include <string_view>
+
+#include "Records.h"
 
 namespace sim {
 
@@ -49,17 +49,6 @@ static_assert(sizeof(SnapshotRecord) == 256);
 
 constexpr int32_t kPictureWidth = 640;
 constexpr int32_t kPictureHeight = 480;
-
-/** Cut to fit, always with a zero at the end; the record is zeroed before. */
-template <size_t Size>
-void copyText(char (&to)[Size], std::string_view text) {
-  text.copy(to, Size - 1);
-}
-
-template <typename Record>
-com::qv::CommonParcelable pack(const Record& record) {
-  return {&record, sizeof(record)};
-}
 
 }  // namespace
 
