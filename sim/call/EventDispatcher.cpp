@@ -1,11 +1,6 @@
 #include "call/EventDispatcher.h"
 
-#include <android/log.h>
-
-#include <condition_variable>
-#include <deque>
-#include <thread>
-#include <utility>
+#include <variant>
 
 #include "call/CallRecords.h"
 
@@ -16,8 +11,6 @@ namespace {
 using android::binder::Status;
 using com::qv::CommonParcelable;
 using com::qv::ICallEventListener;
-
-constexpr const char* kTag = "vesk-device";
 
 template <typename Payload>
 const Payload& payload(const Event& event) {
@@ -79,137 +72,8 @@ Status send(ICallEventListener& listener, const Event& event) {
 
 }  // namespace
 
-/** One process's queue and thread. The thread holds on to it, so it may outlive the dispatcher. */
-class EventDispatcher::Subscription : public std::enable_shared_from_this<Subscription> {
- public:
-  explicit Subscription(size_t maxBehind) : maxBehind_(maxBehind) {}
-
-  static std::shared_ptr<Subscription> start(size_t maxBehind) {
-    auto subscription = std::make_shared<Subscription>(maxBehind);
-    std::thread([subscription] { subscription->run(); }).detach();
-    return subscription;
-  }
-
-  /** What is queued goes to the new listener. One that is dead already ends the subscription. */
-  void setListener(const android::sp<ICallEventListener>& listener) {
-    const android::sp<DeathWatch> watch = new DeathWatch(weak_from_this());
-    if (android::IInterface::asBinder(listener)->linkToDeath(watch) == android::DEAD_OBJECT) return end();
-
-    auto previous = std::pair(listener, watch);  // to be released after the lock
-    {
-      const std::lock_guard lock(mutex_);
-      std::swap(previous.first, listener_);
-      std::swap(previous.second, watch_);
-    }
-    changed_.notify_all();
-  }
-
-  /** False once the subscription has ended. */
-  bool push(const Event& event) {
-    {
-      const std::lock_guard lock(mutex_);
-      if (ended_) return false;
-      if (queue_.size() == maxBehind_) {
-        __android_log_print(ANDROID_LOG_WARN, kTag, "a listener is %zu events behind and is dropped",
-                            maxBehind_);
-        ended_ = true;
-        return false;
-      }
-      queue_.push_back(event);
-    }
-    changed_.notify_all();
-    return true;
-  }
-
-  void end() {
-    {
-      const std::lock_guard lock(mutex_);
-      ended_ = true;
-    }
-    changed_.notify_all();
-  }
-
-  bool hasEnded() {
-    const std::lock_guard lock(mutex_);
-    return ended_;
-  }
-
-  void waitUntilIdle(std::chrono::steady_clock::time_point deadline) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_until(lock, deadline, [this] { return !running_; });
-  }
-
- private:
-  class DeathWatch : public android::IBinder::DeathRecipient {
-   public:
-    explicit DeathWatch(std::weak_ptr<Subscription> subscription) : subscription_(std::move(subscription)) {}
-
-    void binderDied(const android::wp<android::IBinder>&) override {
-      if (const auto subscription = subscription_.lock()) subscription->end();
-    }
-
-   private:
-    const std::weak_ptr<Subscription> subscription_;
-  };
-
-  void run() {
-    std::unique_lock lock(mutex_);
-    for (;;) {
-      changed_.wait(lock, [this] { return ended_ || (!queue_.empty() && listener_ != nullptr); });
-      if (ended_) break;
-      const Event event = std::move(queue_.front());
-      queue_.pop_front();
-      const android::sp<ICallEventListener> listener = listener_;
-      lock.unlock();
-      const bool dead = send(*listener, event).transactionError() == android::DEAD_OBJECT;
-      lock.lock();
-      if (dead && listener_ == listener) ended_ = true;
-    }
-    const auto released = std::pair(std::exchange(listener_, nullptr), std::exchange(watch_, nullptr));
-    queue_.clear();
-    running_ = false;
-    lock.unlock();
-    changed_.notify_all();
-  }
-
-  const size_t maxBehind_;
-  std::mutex mutex_;
-  std::condition_variable changed_;
-  bool ended_ = false;
-  bool running_ = true;
-  std::deque<Event> queue_;
-  android::sp<ICallEventListener> listener_;
-  /** The binder keeps it only weakly. */
-  android::sp<DeathWatch> watch_;
-};
-
-EventDispatcher::~EventDispatcher() { stop(std::chrono::milliseconds(0)); }
-
-void EventDispatcher::subscribe(pid_t process, const android::sp<ICallEventListener>& listener) {
-  std::shared_ptr<Subscription> subscription;
-  {
-    const std::lock_guard lock(mutex_);
-    std::shared_ptr<Subscription>& known = subscriptions_[process];
-    if (known == nullptr || known->hasEnded()) known = Subscription::start(maxBehind_);
-    subscription = known;
-  }
-  subscription->setListener(listener);
-}
-
 void EventDispatcher::publish(const Event& event) {
-  const std::lock_guard lock(mutex_);
-  std::erase_if(subscriptions_, [&event](const auto& entry) { return !entry.second->push(event); });
-}
-
-void EventDispatcher::stop(std::chrono::milliseconds patience) {
-  std::map<pid_t, std::shared_ptr<Subscription>> ending;
-  {
-    const std::lock_guard lock(mutex_);
-    ending.swap(subscriptions_);
-  }
-  const auto deadline = std::chrono::steady_clock::now() + patience;
-  for (const auto& [process, subscription] : ending) subscription->end();
-  for (const auto& [process, subscription] : ending) subscription->waitUntilIdle(deadline);
+  Dispatcher::publish([event](ICallEventListener& listener) { return send(listener, event); });
 }
 
 }  // namespace sim

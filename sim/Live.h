@@ -1,0 +1,85 @@
+#pragma once
+
+#include <chrono>
+#include <condition_variable>
+#include <mutex>
+#include <optional>
+#include <thread>
+#include <utility>
+
+#include "phone/TimerQueue.h"
+
+namespace sim {
+
+/**
+ * A model in real time, or a multiple of it, for use by any thread. A model is anything with advanceTo() and
+ * nextTimer(), as Phone has them.
+ */
+template <typename Model>
+class Live {
+ public:
+  /** `speed` is how many seconds of the model's pass in one of ours; the rest is for the model. Whatever the
+   * model calls is called under a lock. */
+  template <typename... Args>
+  explicit Live(double speed, Args&&... args)
+      : speed_(speed), model_(std::forward<Args>(args)...), timers_([this] { runTimers(); }) {}
+
+  ~Live() {
+    {
+      const std::lock_guard lock(mutex_);
+      stopping_ = true;
+    }
+    changed_.notify_one();
+    timers_.join();
+  }
+  Live(const Live&) = delete;
+  Live& operator=(const Live&) = delete;
+
+  /** Runs `action` on the model, with nobody else at it. */
+  template <typename Action>
+  auto use(Action&& action) {
+    const Wake wake{changed_};
+    const std::lock_guard lock(mutex_);
+    model_.advanceTo(toModelTime(Clock::now()));
+    return std::forward<Action>(action)(model_);
+  }
+
+ private:
+  using Clock = std::chrono::steady_clock;
+
+  /** Has the timers looked at again once the lock is free. */
+  struct Wake {
+    std::condition_variable& changed;
+    ~Wake() { changed.notify_one(); }
+  };
+
+  Time toModelTime(Clock::time_point time) const {
+    return std::chrono::floor<Time>((time - start_) * speed_);
+  }
+  Clock::time_point toRealTime(Time time) const {
+    return start_ +
+           std::chrono::ceil<Clock::duration>(std::chrono::duration<double, Time::period>(time) / speed_);
+  }
+
+  void runTimers() {
+    std::unique_lock lock(mutex_);
+    while (!stopping_) {
+      model_.advanceTo(toModelTime(Clock::now()));
+      if (const std::optional<Time> next = model_.nextTimer()) {
+        changed_.wait_until(lock, toRealTime(*next));
+      } else {
+        changed_.wait(lock);
+      }
+    }
+  }
+
+  const double speed_;
+  const Clock::time_point start_ = Clock::now();
+  std::mutex mutex_;
+  std::condition_variable changed_;
+  bool stopping_ = false;
+  Model model_;
+  std::thread timers_;
+};
+
+}  // namespace sim
