@@ -101,7 +101,8 @@ typedef void (*vesk_call_completion_info_callback)(void* completion_info, bool f
  * fails. May be called again at any time. A successful call replaces the connection and all callbacks. A
  * failed one leaves the call service without a connection, even if there was one before.
  *
- * A connection that was replaced or given up in this way is not reported to on_service_died.
+ * A connection that was replaced or given up in this way is not reported to on_service_died. Nor is the
+ * service told of that: if it sends its events to both the earlier and the new connection, each comes twice.
  *
  * Every callback may be null; such an event is logged and dropped. Until the function returns, events go to
  * the callbacks given before, if there are any. An event whose record is not exactly of its size is dropped,
