@@ -28,7 +28,8 @@ namespace com::qv {
 /** The interface: one method for each row, in code order. */
 class COM_QV_EXPORT COM_QV_I : public android::IInterface {
  public:
-  /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the process exits. */
+  /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the process
+   * exits. */
   static const android::String16& descriptor;
   virtual const android::String16& getInterfaceDescriptor() const;
 
@@ -54,7 +55,8 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
 #undef METHOD
 };
 
-/** The stub, from which a process that serves the whole interface derives. Methods are called on binder threads, several at once. */
+/** The stub, from which a process that serves the whole interface derives. Methods are called on binder
+ * threads, several at once. */
 class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
  public:
   COM_QV_BN();
@@ -64,7 +66,8 @@ class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
                                uint32_t flags = 0) override;
 };
 
-/** A stub that answers EX_UNSUPPORTED_OPERATION to everything, for a process that serves a part of the interface. */
+/** A stub that answers EX_UNSUPPORTED_OPERATION to everything, for a process that serves a part of the
+ * interface. */
 class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
  public:
   COM_QV_DEFAULT();

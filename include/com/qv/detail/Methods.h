@@ -1,12 +1,13 @@
 #pragma once
 
 /*
- * How the rows of an interface become code. A row of a .def file names a method once: its code, its name, and its parameters as
- * (type, name) pairs, a pointer being an out-argument:
+ * How the rows of an interface become code. A row of a .def file names a method once: its code, its name, and
+ * its parameters as (type, name) pairs, a pointer being an out-argument:
  *
  *   METHOD(14, makeCall, (int32_t, line), (const std::string&, number), (int32_t*, result))
  *
- * Whoever includes the file defines METHOD(code, name, ...) and undefines it afterwards. With the three lists below, that row gives
+ * Whoever includes the file defines METHOD(code, name, ...) and undefines it afterwards. With the three lists
+ * below, that row gives
  *
  *   COM_QV_PARAMS(__VA_ARGS__)   int32_t line, const std::string& number, int32_t* result
  *   COM_QV_TYPES(__VA_ARGS__)    int32_t, const std::string&, int32_t*
