@@ -14,12 +14,15 @@
 #include "Options.h"
 #include "call/CallService.h"
 #include "config/ConfigService.h"
+#include "database/CallLog.h"
+#include "database/DatabaseService.h"
 #include "store/Store.h"
 
 namespace {
 
 constexpr const char* kCallServiceName = "com.qv.CallService";
 constexpr const char* kConfigServiceName = "com.qv.ConfigService";
+constexpr const char* kDatabaseServiceName = "com.qv.DatabaseService";
 
 /** How long the end waits for listeners that are being called. */
 constexpr std::chrono::milliseconds kPatienceAtEnd{500};
@@ -57,8 +60,6 @@ void printEvent(sim::Time time, const sim::Event& event) {
   std::fflush(stdout);
 }
 
-void ignoreEvent(sim::Time, const sim::Event&) {}
-
 bool addService(const char* name, const android::sp<android::IBinder>& service) {
   const android::status_t added =
       android::defaultServiceManager()->addService(android::String16(name), service);
@@ -76,15 +77,23 @@ int main(int argc, char** argv) {
   std::string error;
   const std::shared_ptr<sim::Store> store = sim::Store::open(options.stateDirectory, &error);
   const auto settings = std::make_shared<sim::Settings>(store);
-  if (store == nullptr || !settings->load(sim::ConfigService::factoryValues(), &error)) {
+  const android::sp<sim::DatabaseService> databaseService = new sim::DatabaseService(store);
+  if (store == nullptr || !settings->load(sim::ConfigService::factoryValues(), &error) ||
+      !databaseService->prepare(&error)) {
     std::fprintf(stderr, "vesk-device: %s\n", error.c_str());
     return EXIT_FAILURE;
   }
 
-  const android::sp<sim::CallService> service =
-      new sim::CallService(options.speed, options.verbose ? printEvent : ignoreEvent);
+  const auto callLog = std::make_shared<sim::CallLog>(
+      [databaseService](const sim::CallLogRecord& call) { databaseService->logCall(call); });
+  const auto onEvent = [callLog, verbose = options.verbose](sim::Time time, const sim::Event& event) {
+    if (verbose) printEvent(time, event);
+    callLog->notice(time, event);
+  };
+  const android::sp<sim::CallService> service = new sim::CallService(options.speed, onEvent);
   const android::sp<sim::ConfigService> configService = new sim::ConfigService(settings);
-  if (!addService(kCallServiceName, service) || !addService(kConfigServiceName, configService)) {
+  if (!addService(kCallServiceName, service) || !addService(kConfigServiceName, configService) ||
+      !addService(kDatabaseServiceName, databaseService)) {
     return EXIT_FAILURE;
   }
   android::ProcessState::self()->startThreadPool();

@@ -1,0 +1,31 @@
+#pragma once
+
+#include <functional>
+#include <map>
+
+#include "database/DatabaseRecords.h"
+#include "phone/Event.h"
+#include "phone/TimerQueue.h"
+
+namespace sim {
+
+/** Makes entries of the call log from what the phone tells of its calls. Not for use by several threads at
+ * once. */
+class CallLog {
+ public:
+  explicit CallLog(std::function<void(const CallLogRecord&)> add) : add_(std::move(add)) {}
+
+  void notice(Time time, const Event& event);
+
+ private:
+  struct Call {
+    CallLogRecord record;
+    Time answeredAt = kNever;
+  };
+
+  const std::function<void(const CallLogRecord&)> add_;
+  /** By channel. */
+  std::map<int32_t, Call> calls_;
+};
+
+}  // namespace sim

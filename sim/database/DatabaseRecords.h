@@ -1,0 +1,152 @@
+#pragma once
+
+#include <vesk/database.h>
+
+#include <cstddef>
+#include <cstdint>
+
+namespace sim {
+
+/* The records of the database service, as they cross and as they are stored. Each begins with its number,
+ * which the service gives. Times are in seconds since 1970. */
+
+struct ContactRecord {
+  int32_t id;
+  /** To call on; 0 for any. */
+  int32_t line;
+  char name[256];
+  /** Office, mobile, home. */
+  char numbers[3][64];
+  char email[128];
+  char company[128];
+  /** Empty without one. */
+  char picture[128];
+  char note[3652];
+};
+static_assert(sizeof(ContactRecord) == VESK_CONTACT_SIZE && offsetof(ContactRecord, picture) == 712);
+
+struct GroupRecord {
+  int32_t id;
+  /** Counted by the service. */
+  int32_t members;
+  char name[128];
+  char ringtone[64];
+};
+static_assert(sizeof(GroupRecord) == VESK_PHONEBOOK_GROUP_SIZE);
+
+struct PictureRecord {
+  static constexpr int32_t kSide = 16;
+
+  /** The contact. */
+  int32_t id;
+  int32_t width;
+  int32_t height;
+  /** Of the pixels. */
+  int32_t size;
+  char name[120];
+  /** Row by row, from black 0 to white 255. */
+  uint8_t pixels[kSide * kSide];
+};
+static_assert(sizeof(PictureRecord) == VESK_CONTACT_PICTURE_SIZE);
+
+struct BlacklistRecord {
+  int32_t id;
+  /** Calls that come in 1, that are made here 2, both 0. */
+  int32_t direction;
+  char number[48];
+};
+static_assert(sizeof(BlacklistRecord) == VESK_BLACKLIST_ENTRY_SIZE);
+
+struct WhitelistRecord {
+  int32_t id;
+  int32_t direction;
+  /** 0 for any. */
+  int32_t line;
+  char number[48];
+};
+static_assert(sizeof(WhitelistRecord) == VESK_WHITELIST_ENTRY_SIZE);
+
+enum class CallKind : int32_t { kMade = 1, kReceived = 2, kMissed = 3 };
+
+struct CallLogRecord {
+  int32_t id;
+  /** The entry before this one, or 0. Found when it is read. */
+  int32_t older;
+  int32_t line;
+  CallKind kind;
+  uint32_t time;
+  /** From the answer to the end. */
+  int32_t seconds;
+  char number[64];
+  char name[192];
+};
+static_assert(sizeof(CallLogRecord) == VESK_CALL_LOG_ENTRY_SIZE);
+
+struct MemoRecord {
+  int32_t id;
+  /** 0 if it is never due. */
+  uint32_t due;
+  /** Set once a check has found it due. */
+  int32_t done;
+  int32_t reserved;
+  char text[252];
+};
+static_assert(sizeof(MemoRecord) == VESK_MEMO_SIZE);
+
+/** Why a door stays closed. */
+enum class DoorRefusal : int32_t { kNone = 0, kUnknown = 1, kDisabled = 2, kOtherDoor = 3, kOtherTime = 4 };
+
+struct DoorAccessRecord {
+  int32_t id;
+  int32_t enabled;
+  /** 0 for every door. */
+  int32_t door;
+  /** 0 for no limit. */
+  uint32_t validFrom;
+  uint32_t validUntil;
+  /** Of a check: 1 or 0. */
+  int32_t granted;
+  DoorRefusal refusal;
+  int32_t reserved;
+  char name[128];
+  /** A code, or the number of a card. */
+  char credential[64];
+  char note[152];
+};
+static_assert(sizeof(DoorAccessRecord) == VESK_DOOR_ACCESS_SIZE);
+
+struct PhonebookRequestRecord {
+  enum Action : int32_t { kCreate = 1, kUpdate = 2, kDelete = 3, kSearch = 4 };
+
+  Action action;
+  int32_t group;
+  /** Of the contact to delete. */
+  int32_t id;
+  int32_t reserved;
+  /** To search for. */
+  char text[36];
+  ContactRecord contact;
+};
+static_assert(sizeof(PhonebookRequestRecord) == VESK_PHONEBOOK_REQUEST_SIZE);
+
+struct VoiceMailRecord {
+  uint32_t unheard;
+  uint32_t heard;
+};
+static_assert(sizeof(VoiceMailRecord) == VESK_VOICE_MAIL_COUNT_SIZE);
+
+enum class SmsBox : int32_t { kAll = 0, kUnread = 1, kInbox = 2, kSent = 3, kDrafts = 4 };
+
+/** Doesn't cross: the interface has counters, but no method that reads a message. */
+struct SmsRecord {
+  int32_t id;
+  /** kInbox, kSent or kDrafts. */
+  SmsBox box;
+  int32_t line;
+  int32_t read;
+  uint32_t time;
+  char number[64];
+  char text[1024];
+};
+
+}  // namespace sim
