@@ -110,6 +110,7 @@ Status ConfigService::setQddpDeviceConfig(const CommonParcelable& device, const 
 
 Status ConfigService::getQddpDeviceConfig(const CommonParcelable& device, const CommonParcelable&,
                                           CommonParcelable* config) {
+  if (device.blob().length() != VESK_QDDP_DEVICE_SIZE) return refuse("The device's record has another size");
   // What it is asked for makes no difference to what a device has been given.
   return perform(Method::getQddpDeviceConfig, {device}, config);
 }

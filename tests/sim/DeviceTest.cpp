@@ -1,4 +1,3 @@
-#include <fcntl.h>
 #include <gtest/gtest.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -15,24 +14,14 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "RunProgram.h"
 
 /* vesk-device as a process, seen through the C API. */
 
 namespace {
 
+using vesk::test::become;
 using vesk::test::ChildProcess;
-
-/** Runs a program in place of the child, with the channel as its standard input. */
-int become(const std::vector<const char*>& command) {
-  constexpr int kChannelFd = 3;
-  dup2(kChannelFd, STDIN_FILENO);
-  dup2(open("/dev/null", O_WRONLY | O_CLOEXEC), STDOUT_FILENO);
-  std::vector<char*> argv;
-  for (const char* argument : command) argv.push_back(const_cast<char*>(argument));
-  argv.push_back(nullptr);
-  execv(argv[0], argv.data());
-  return 127;
-}
 
 CHILD_ROLE(device) {
   parent.ready();

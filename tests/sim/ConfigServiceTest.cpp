@@ -1,0 +1,498 @@
+#include "config/ConfigService.h"
+
+#include <gtest/gtest.h>
+
+#include <algorithm>
+#include <cstdint>
+#include <cstring>
+#include <functional>
+#include <memory>
+#include <string>
+#include <tuple>
+#include <vector>
+
+#include "config/ConfigRecords.h"
+#include "config/DsskeyText.h"
+
+namespace {
+
+using android::binder::Status;
+using com::qv::CommonParcelable;
+using com::qv::IConfigService;
+
+/** A record that is nothing but zeros nowhere, and not the same for each size. */
+CommonParcelable record(size_t size) {
+  std::string bytes;
+  for (size_t i = 0; i < size; ++i) bytes += static_cast<char>((i * 7 + size) % 251);
+  return {bytes.data(), bytes.size()};
+}
+
+bool same(const CommonParcelable& a, const CommonParcelable& b) { return a.blob() == b.blob(); }
+template <typename T>
+bool same(const T& a, const T& b) {
+  return a == b;
+}
+
+class ConfigServiceTest : public testing::Test {
+ protected:
+  void SetUp() override { start(); }
+
+  /** As the device does when it is started. */
+  void start() {
+    std::string error;
+    if (store_ == nullptr) store_ = sim::Store::open("", &error);
+    const auto settings = std::make_shared<sim::Settings>(store_);
+    ASSERT_TRUE(settings->load(sim::ConfigService::factoryValues(), &error)) << error;
+    service = new sim::ConfigService(settings);
+  }
+
+  /** The result of a method; also fails the test if there is none. */
+  template <typename Result, typename... Params, typename... Args>
+  auto ask(Status (IConfigService::*method)(Params...), const Args&... args) {
+    Result result{};
+    const Status status = (*service.*method)(args..., &result);
+    EXPECT_TRUE(status.isOk()) << status.toString8().c_str();
+    return result;
+  }
+  template <typename... Params, typename... Args>
+  int32_t number(Status (IConfigService::*method)(Params...), const Args&... args) {
+    return ask<int32_t>(method, args...);
+  }
+
+  /** So that each method can be named by the interface alone. */
+  android::sp<IConfigService> service;
+
+ private:
+  std::shared_ptr<sim::Store> store_;
+};
+
+/** Calls a method with zeros and empty texts and records. */
+template <typename... Params>
+void expectAnswer(IConfigService& service, const char* name, Status (IConfigService::*method)(Params...)) {
+  SCOPED_TRACE(name);
+  std::tuple<std::remove_cvref_t<std::remove_pointer_t<Params>>...> values;
+  const auto pass = []<typename Param>(std::type_identity<Param>, auto& value) -> decltype(auto) {
+    if constexpr (std::is_pointer_v<Param>) {
+      return &value;
+    } else {
+      return (value);
+    }
+  };
+  const Status status = std::apply(
+      [&](auto&... value) { return (service.*method)(pass(std::type_identity<Params>(), value)...); },
+      values);
+
+  constexpr bool kTakesRecord = (std::is_same_v<Params, const CommonParcelable&> || ...);
+  const std::string_view refusing[] = {"setSpaceDndTime", "setDeviceNameByIp", "srcToB64"};
+  const bool refuses = kTakesRecord || std::ranges::find(refusing, name) != std::end(refusing);
+  EXPECT_EQ(status.exceptionCode(), refuses ? Status::EX_ILLEGAL_ARGUMENT : Status::EX_NONE);
+  if constexpr ((std::is_same_v<Params, CommonParcelable*> || ...)) {
+    EXPECT_EQ(std::get<sizeof...(Params) - 1>(values).blob().empty(), refuses);
+  }
+}
+
+TEST_F(ConfigServiceTest, AnswersEachMethodAndRefusesRecordsOfTheWrongSize) {
+#define METHOD(code, name, ...) expectAnswer(*service, #name, &IConfigService::name);
+#include <com/qv/ConfigService.def>
+#undef METHOD
+}
+
+struct Pair {
+  const char* name;
+  std::function<Status(IConfigService&)> set;
+  std::function<bool(IConfigService&)> holds;
+};
+
+template <typename... SetParams, typename SetArgs, typename... GetParams, typename GetArgs, typename Value>
+Pair makePair(const char* name, Status (IConfigService::*setter)(SetParams...), const SetArgs& setArgs,
+              Status (IConfigService::*getter)(GetParams...), const GetArgs& getArgs, const Value& value) {
+  const auto set = [=](IConfigService& service) {
+    int32_t result = -2;
+    const auto call = [&](const auto&... args) {
+      if constexpr (sizeof...(args) == sizeof...(SetParams)) {
+        result = 0;
+        return (service.*setter)(args...);
+      } else {
+        return (service.*setter)(args..., &result);
+      }
+    };
+    const Status status = std::apply(call, setArgs);
+    EXPECT_EQ(result, 0);
+    return status;
+  };
+  const auto holds = [=](IConfigService& service) {
+    Value got{};
+    std::apply([&](const auto&... args) { (service.*getter)(args..., &got); }, getArgs);
+    return same(got, value);
+  };
+  return {name, set, holds};
+}
+
+#define PAIR(setter, setArgs, getter, getArgs, value)                                          \
+  makePair(#setter, &IConfigService::setter, std::make_tuple setArgs, &IConfigService::getter, \
+           std::make_tuple getArgs, value)
+/** A record of a size, without further arguments. */
+#define RECORD(setter, getter, size) PAIR(setter, (record(size)), getter, (), record(size))
+#define NUMBER(setter, getter, value) PAIR(setter, (value), getter, (), value)
+#define TEXT(setter, getter, value) PAIR(setter, (std::string(value)), getter, (), std::string(value))
+
+const Pair kPairs[] = {
+    NUMBER(setDndMode, getDndMode, 2),
+    PAIR(setLineDndState, (2, true), getLineDndState, (2), true),
+    PAIR(setLineDndState, (1, false), getLineDndState, (1), false),
+    PAIR(setSpaceDndTime, (std::string("22:30"), std::string("600")), getSpaceDndStartTime, (), 1350),
+    PAIR(setSpaceDndTime, (std::string("22:30"), std::string("600")), getSpaceDndEndTime, (), 600),
+    NUMBER(setTimerDndState, getTimerDndState, 1),
+    PAIR(setSecurityConfig, (3, record(464)), getSecurityConfig, (3), record(464)),
+    PAIR(setDsskeyConfig, (1, 2, 3, record(684)), getDsskeyConfig, (1, 2, 3), record(684)),
+    PAIR(setMdcDsskeyConfig, (1, 2, record(980)), getMdcDsskeyConfig, (1, 2), record(980)),
+    PAIR(setMdcDsskeyConfig, (1, 2, record(980)), getMdcFirstDsskeyConfig, (1), record(980)),
+    PAIR(dialpeerSetConfig, (0, record(208)), dialpeerGetConfig, (0), record(208)),
+    RECORD(timedateSetConfig, timedateGetConfig, 152),
+    RECORD(screeninfoSetConfig, screeninfoGetConfig, 24),
+    PAIR(setDefaultExtLine, (2), getDefaultExtLine, (true), 2),
+    PAIR(setIpMode, (1, 2), getIpMode, (1), 2),
+    PAIR(setStaticIpconfig, (1, true, record(272)), getStaticIpConfig, (1, true), record(272)),
+    PAIR(setDhcpIpConfig, (1, false, record(98)), getDhcpIpConfig, (1, false), record(98)),
+    RECORD(setPppoeConfig, getPppoeConfig, 128),
+    PAIR(setAccountsBasicConfig, (1, record(1160)), getAccountsBasicConfig, (1), record(1160)),
+    PAIR(setAccountsAdvancedConfig, (2, record(328)), getAccountsAdvancedConfig, (2), record(328)),
+    RECORD(setWanVlanConfig, getWanVlanConfig, 97),
+    RECORD(setSpnpConfig, getSpnpConfig, 584),
+    RECORD(setTr069SetingConfig, getTr069SetingConfig, 616),
+    RECORD(setAutoSpsConfig, getAutoSpsConfig, 648),
+    RECORD(setVpnConfig, getVpnConfig, 644),
+    RECORD(setApConfig, getApConfig, 112),
+    PAIR(setDhcpConfig, (43, std::string("a/b")), getDhcpConfig, (43), std::string("a/b")),
+    RECORD(setQosCdpConfig, getQosCdpConfig, 68),
+    RECORD(setLanVlanConfig, getLanVlanConfig, 68),
+    RECORD(setQosLldpConfig, getQosLldpConfig, 66),
+    RECORD(setQosSetConfig, getQosSetConfig, 129),
+    NUMBER(setWebTypeConfig, getWebTypeConfig, 1),
+    NUMBER(setWifiEnable, getWifiEnable, 1),
+    RECORD(setKeyboardPasswordConfig, getKeyboardPasswordConfig, 72),
+    PAIR(setMenuPassword, (std::string("1234")), getEnterPassword, (true), std::string("1234")),
+    NUMBER(setFamilyCallEnabled, getFamilyCallType, 1),
+    TEXT(setDefaultLanguage, getDefaultLanguage, "日本語"),
+    TEXT(setRingType, getRingType, "Bell"),
+    PAIR(setSoftkeyList, (1, std::string("menu")), getSoftkeyList, (), std::string("menu")),
+    PAIR(setAutoAnswerModel, (1, record(8)), getAutoAnswerModel, (1), record(8)),
+    PAIR(setCallAnswerModel, (1, 2, record(68)), getCallAnswerModel, (1, 2), record(68)),
+    PAIR(setCwtCodeModel, (1, record(40)), getCwtCodeModel, (1), record(40)),
+    RECORD(setCwtSetModel, getCwtSetModel, 8),
+    RECORD(setDialPlanModel, getDialPlanModel, 132),
+    RECORD(setGeneralModel, getGeneralModel, 12),
+    PAIR(setHotLineModel, (record(65), 2), getHotLineModel, (2), record(65)),
+    RECORD(setIntercomModel, getIntercomModel, 4),
+    RECORD(setPassDialModel, getPassDialModel, 97),
+    PAIR(setVoiceMsgModel, (record(65), 1), getVoiceMsgModel, (1), record(65)),
+    PAIR(setBanAnonymousCallStatus, (1, 1), getBanAnonymousCallStatus, (1), 1),
+    PAIR(setVolumeValue, (3, 9), getVolumeValue, (3), 9),
+    TEXT(setGreetingWord, getGreetingWord, "Hello"),
+    NUMBER(setRingMuted, getRingMuted, true),
+    NUMBER(setWlanEnabled, getWlanEnabled, true),
+    NUMBER(setBluetoothEnabled, getBluetoothEnebled, true),
+    TEXT(setBluetoothAdapterName, getBluetoothAdaperName, "desk"),
+    TEXT(setBluetoothLastConnectedAddr, getBluetoothLastConnectedAddr, "02:00:00:00:00:99"),
+    RECORD(setAgentConfig, getAgentConfig, 144),
+    PAIR(setMuteStatus, (1), getMuteStatus, (7), 1),
+    PAIR(setVoiceVolume, (2, 8, false), getVoiceVolume, (2), 8),
+    RECORD(setHeadsetModel, getHeadsetModel, 2),
+    RECORD(setRedialCallModel, getRedialCallModel, 12),
+    RECORD(setFwUpgradeConfig, getFwUpgradeConfig, 33),
+    TEXT(setEmergencyNumber, getEmergencyNumber, "110"),
+    NUMBER(setAutoHeadsetEnable, getAutoHeadsetEnable, true),
+    NUMBER(setAudioDevMode, getAudioDevMode, 3),
+    PAIR(setWkInfo, (4, record(272)), getWkInfo, (4), record(272)),
+    PAIR(setWkInfo, (4, record(272)), getWkNum, (), 1),
+    PAIR(setSecurityPassword, (std::string("99")), getSecurityPassword, (false), std::string("99")),
+    RECORD(setAutoDiscoveryConfig, getAutoDiscoveryConfig, 129),
+    PAIR(setQddpDeviceConfig, (record(164), record(1024)), getQddpDeviceConfig, (record(164), record(5)),
+         record(1024)),
+    NUMBER(setAlarmMode, getAlarmMode, 2),
+    TEXT(setDefaultTheme, getDefaultTheme, "dark"),
+    PAIR(setRelayOutputTrigger, (1, 1), getRelayOutputTrigger, (1), 1),
+    RECORD(setNatShareConfig, getNatShareConfig, 68),
+    TEXT(setNatShareNetworkGroupKey, getNatShareNetworkGroupKey, "key"),
+    NUMBER(setNatShareNetworkGroupWorkMode, getNatShareNetworkGroupWorkMode, 2),
+    PAIR(setInputlogsReadDone, (), getInputlogsUnreadNum, (), 0),
+};
+
+TEST_F(ConfigServiceTest, GivesBackWhatWasSetAndKeepsWhatWasSaved) {
+  for (const Pair& pair : kPairs) EXPECT_TRUE(pair.set(*service).isOk()) << pair.name;
+  for (const Pair& pair : kPairs) EXPECT_TRUE(pair.holds(*service)) << pair.name;
+  EXPECT_EQ(number(&IConfigService::saveConfig), 0);
+  service->setDndMode(1);
+  start();
+  for (const Pair& pair : kPairs) EXPECT_TRUE(pair.holds(*service)) << pair.name << ", after a restart";
+}
+
+TEST_F(ConfigServiceTest, KeepsTheValuesOfOtherArgumentsApart) {
+  const auto set = [&](const std::string& section, const std::string& key, const std::string& subKey) {
+    return number(&IConfigService::setConfig, section, key, subKey, section + "|" + key + "|" + subKey);
+  };
+  const auto get = [&](const std::string& section, const std::string& key, const std::string& subKey) {
+    return ask<std::string>(&IConfigService::getConfig, section, key, subKey, 100);
+  };
+  const std::string odd[][3] = {
+      {"a", "b", ""}, {"a", "b/", ""}, {"a/b", "c", ""}, {"a", "b", "c"}, {"a\\", "/b", "c"}};
+  for (const auto& [section, key, subKey] : odd) EXPECT_EQ(set(section, key, subKey), 0);
+  for (const auto& [section, key, subKey] : odd)
+    EXPECT_EQ(get(section, key, subKey), section + "|" + key + "|" + subKey);
+  EXPECT_EQ(get("a", "c", ""), "");
+  EXPECT_EQ(set("", "b", "c"), -1);
+  EXPECT_EQ(set("a", "", "c"), -1);
+}
+
+TEST_F(ConfigServiceTest, BoundsAnAnswerByTheClientsRoom) {
+  const std::string key = "key";
+  const std::string value = "12345é7890";
+  number(&IConfigService::setConfig, key, key, key, value);
+  struct {
+    int32_t size;
+    size_t length;
+  } const rows[] = {{100, 11}, {12, 11}, {11, 11}, {6, 7},  {7, 7},
+                    {5, 5},    {1, 1},   {0, 0},   {-1, 0}, {INT32_MIN, 0}};
+  for (const auto& [size, length] : rows) {
+    EXPECT_EQ(ask<std::string>(&IConfigService::getConfig, key, key, key, size), value.substr(0, length))
+        << size;
+  }
+  for (const char* yes : {"1", "true", "ON", "Yes"}) {
+    number(&IConfigService::setConfig, key, key, key, std::string(yes));
+    EXPECT_TRUE(ask<bool>(&IConfigService::getConfigBool, key, key, key)) << yes;
+  }
+  for (const char* no : {"", "0", "off", "2"}) {
+    number(&IConfigService::setConfig, key, key, key, std::string(no));
+    EXPECT_FALSE(ask<bool>(&IConfigService::getConfigBool, key, key, key)) << no;
+  }
+}
+
+TEST_F(ConfigServiceTest, CountsGroupsAndMovesTheLaterOnesDown) {
+  const std::string section = "phonebook";
+  const std::string key = "ldap";
+  const auto total = [&] { return number(&IConfigService::configGroupTotalNumberGet, section, key); };
+  for (int i = 0; i < 11; ++i) EXPECT_EQ(number(&IConfigService::configGroupAdd, section, key), 0);
+  for (const char* group : {"0", "1", "10"}) {
+    number(&IConfigService::setConfig, section, key, std::string(group) + ".name",
+           std::string("group ") + group);
+  }
+  number(&IConfigService::setConfig, section, key, std::string("name"), std::string("all"));
+  const auto nameOf = [&](const std::string& subKey) {
+    return ask<std::string>(&IConfigService::getConfig, section, key, subKey, 100);
+  };
+  EXPECT_EQ(number(&IConfigService::configGroupDelete, section, key, 1), 0);
+  EXPECT_EQ(total(), 10);
+  EXPECT_EQ(nameOf("0.name"), "group 0");
+  EXPECT_EQ(nameOf("1.name"), "");
+  EXPECT_EQ(nameOf("9.name"), "group 10");
+  EXPECT_EQ(nameOf("10.name"), "");
+  EXPECT_EQ(nameOf("name"), "all");
+  EXPECT_EQ(number(&IConfigService::configGroupDelete, section, key, 10), -1);
+  EXPECT_EQ(number(&IConfigService::configGroupDelete, section, key, -1), -1);
+  EXPECT_EQ(total(), 10);
+}
+
+TEST_F(ConfigServiceTest, KeepsScenes) {
+  const std::string a = "a", b = "b", c = "c", d = "d", tooLong(110, 'x');
+  EXPECT_EQ(number(&IConfigService::sceneConfigAdd, 3, a, b, c, d, 9), 0);
+  EXPECT_EQ(number(&IConfigService::sceneConfigAdd, 3, a, b, c, d, 9), -1) << "there is one";
+  EXPECT_EQ(number(&IConfigService::sceneConfigSetEnabled, 3, 0), 0);
+  EXPECT_EQ(number(&IConfigService::sceneConfigSet, 3, 5, tooLong, b, c, d, 1), -1);
+  EXPECT_EQ(number(&IConfigService::sceneConfigSet, 3, 5, d, c, b, a, 1), 0);
+  sim::SceneRecord scene;
+  ASSERT_TRUE(ask<CommonParcelable>(&IConfigService::sceneConfigGet, 3).copyTo(&scene, sizeof(scene)));
+  EXPECT_EQ(scene.index, 3);
+  EXPECT_EQ(scene.enabled, 0);
+  EXPECT_EQ(scene.value, 5);
+  EXPECT_EQ(scene.flag, 1);
+  EXPECT_STREQ(scene.texts[0], "d");
+  EXPECT_STREQ(scene.texts[3], "a");
+  EXPECT_EQ(number(&IConfigService::sceneConfigDelete, 3), 0);
+  EXPECT_EQ(number(&IConfigService::sceneConfigDelete, 3), -1);
+  EXPECT_EQ(number(&IConfigService::sceneConfigSetEnabled, 3, 0), -1);
+  CommonParcelable none;
+  EXPECT_FALSE(service->sceneConfigGet(3, &none).isOk());
+}
+
+TEST_F(ConfigServiceTest, NumbersDialPeersWithoutGaps) {
+  const auto peer = [](char c) { return CommonParcelable(std::string(208, c).data(), 208); };
+  const auto set = [&](int32_t index, char c) {
+    return number(&IConfigService::dialpeerSetConfig, index, peer(c));
+  };
+  EXPECT_EQ(set(1, 'x'), -1) << "there is no peer 0";
+  for (int32_t i = 0; i < 12; ++i) EXPECT_EQ(set(i, static_cast<char>('a' + i)), 0);
+  service->dialpeerDeleteConfig(1);
+  service->dialpeerDeleteConfig(99);
+  EXPECT_EQ(number(&IConfigService::getConfigedDialpeerNumber), 11);
+  const auto get = [&](int32_t index) {
+    return ask<CommonParcelable>(&IConfigService::dialpeerGetConfig, index);
+  };
+  EXPECT_TRUE(same(get(0), peer('a')));
+  EXPECT_TRUE(same(get(1), peer('c')));
+  EXPECT_TRUE(same(get(10), peer('l')));
+  EXPECT_TRUE(same(get(11), peer('\0')));
+}
+
+TEST_F(ConfigServiceTest, PutsDssKeysInWordsThatGiveTheSameKeyAgain) {
+  struct {
+    sim::DsskeyRecord key;
+    const char* words;
+  } const rows[] = {
+      {{1, 0, 0, 0, "", "200"}, "200"},
+      {{2, 1, 5, 3, "Front Door", "240"}, "240;line=1;icon=5;theme=3;title=Front Door"},
+      {{-1, INT32_MIN, 0, 0, "a;b\\", "x=\\;y"}, "x=\\\\\\;y;line=-2147483648;title=a\\;b\\\\"},
+      {{0, 0, 0, 0, "line=1", ""}, ";title=line=1"},
+  };
+  for (const auto& [key, words] : rows) {
+    SCOPED_TRACE(words);
+    vesk_dsskey_value value;
+    const CommonParcelable packed(&key, sizeof(key));
+    ASSERT_TRUE(
+        ask<CommonParcelable>(&IConfigService::formattingDsskeyValue, packed).copyTo(&value, sizeof(value)));
+    EXPECT_EQ(value.type, key.type);
+    EXPECT_STREQ(value.text, words);
+    EXPECT_TRUE(same(
+        ask<CommonParcelable>(&IConfigService::parsingDsskeyValue, CommonParcelable(&value, sizeof(value))),
+        packed));
+  }
+}
+
+TEST_F(ConfigServiceTest, RefusesWhatIsNoDssKeyInWords) {
+  for (const char* words : {"1;", "1;line", "1;line=x", "1;line=99999999999", "1;color=2", "1;line=1;2"}) {
+    vesk_dsskey_value value{};
+    std::strcpy(value.text, words);
+    CommonParcelable key;
+    EXPECT_FALSE(service->parsingDsskeyValue({&value, sizeof(value)}, &key).isOk()) << words;
+  }
+  sim::DsskeyRecord keys[3]{};
+  std::memset(keys[0].value, ';', 300);                    // Too long with its backslashes.
+  std::memcpy(keys[1].title, "a\0b", 3);                   // What is behind the zero would be lost.
+  std::memset(keys[2].value, 'x', sizeof(keys[2].value));  // No zero at the end.
+  for (const sim::DsskeyRecord& key : keys) {
+    CommonParcelable words;
+    EXPECT_FALSE(service->formattingDsskeyValue({&key, sizeof(key)}, &words).isOk());
+  }
+}
+
+TEST_F(ConfigServiceTest, ShowsDssKeys) {
+  sim::DsskeyRecord key{.type = 1, .line = 0, .icon = 7, .theme = 2, .title = "Title", .value = "Value"};
+  service->setDsskeyConfig(1, 2, 3, {&key, sizeof(key)});
+  vesk_dss_display shown;
+  ASSERT_TRUE(
+      ask<CommonParcelable>(&IConfigService::getDsskeyDisplay, 1, 2, 3).copyTo(&shown, sizeof(shown)));
+  EXPECT_STREQ(shown.name, "Title");
+  EXPECT_STREQ(shown.value, "Value");
+  EXPECT_EQ(shown.icon, 7U);
+  EXPECT_EQ(shown.theme, 2);
+
+  const auto icons = ask<std::vector<CommonParcelable>>(&IConfigService::getDsskeyIconChangedArr);
+  sim::IconChangedRecord last;
+  ASSERT_TRUE(icons.back().copyTo(&last, sizeof(last)));
+  EXPECT_EQ(std::tie(last.a, last.b, last.c, last.icon), std::make_tuple(1, 2, 3, 7));
+  EXPECT_EQ(number(&IConfigService::FactoryReset, 0), 0);
+  EXPECT_EQ(ask<std::vector<CommonParcelable>>(&IConfigService::getDsskeyIconChangedArr).size(),
+            icons.size() - 1);
+
+  EXPECT_EQ(number(&IConfigService::getEmptyDssUrlIndex, 1), 0);
+  for (const int32_t index : {0, 1, 3}) service->setMdcDsskeyConfig(1, index, record(980));
+  EXPECT_EQ(number(&IConfigService::getEmptyDssUrlIndex, 1), 2);
+}
+
+TEST_F(ConfigServiceTest, ListsRecordsOfTheirSizes) {
+  struct {
+    Status (IConfigService::*method)(std::vector<CommonParcelable>*);
+    size_t size;
+  } const rows[] = {
+      {&IConfigService::getRtpStatus, 128},      {&IConfigService::getPickUpInfo, 188},
+      {&IConfigService::getMonitorDevice, 68},   {&IConfigService::getDsskeyIconChangedArr, 16},
+      {&IConfigService::getQddpScanResult, 480}, {&IConfigService::getAlarmLogs, 152},
+  };
+  for (const auto& [method, size] : rows) {
+    const auto list = ask<std::vector<CommonParcelable>>(method);
+    EXPECT_FALSE(list.empty()) << size;
+    for (const CommonParcelable& element : list) EXPECT_EQ(element.blob().length(), size);
+  }
+  EXPECT_EQ(number(&IConfigService::securityLogsDelById, 2), 0);
+  EXPECT_EQ(number(&IConfigService::securityLogsDelById, 2), -1);
+  EXPECT_EQ(number(&IConfigService::securityLogsDelById, 99), -1);
+  EXPECT_EQ(ask<std::vector<CommonParcelable>>(&IConfigService::getAlarmLogs).size(), 2U);
+}
+
+TEST_F(ConfigServiceTest, TranslatesBetweenZonesRingsAndTheirPlaces) {
+  const auto zones = ask<std::vector<android::String16>>(&IConfigService::getTimeZone);
+  for (int32_t i = 0; i < static_cast<int32_t>(zones.size()); ++i) {
+    const int32_t cfg = number(&IConfigService::transTimezoneindex2cfg, i);
+    EXPECT_EQ(number(&IConfigService::transTimezonecfg2index, cfg), i);
+  }
+  EXPECT_EQ(number(&IConfigService::transTimezoneindex2cfg, static_cast<int32_t>(zones.size())), -1);
+  EXPECT_EQ(number(&IConfigService::transTimezonecfg2index, 1), -1);
+
+  const int32_t rings = number(&IConfigService::ringtoneGetListLen, false);
+  for (int32_t i = 0; i < rings; ++i) {
+    const auto name = ask<std::string>(&IConfigService::ringtoneGetRingName, i);
+    EXPECT_EQ(number(&IConfigService::ringtoneGetRingIndex, name), i);
+  }
+  EXPECT_EQ(ask<std::string>(&IConfigService::ringtoneGetRingName, rings), "");
+  EXPECT_EQ(ask<std::string>(&IConfigService::ringtoneGetRingName, -1), "");
+  EXPECT_EQ(number(&IConfigService::ringtoneGetRingIndex, std::string("Gong")), -1);
+}
+
+TEST_F(ConfigServiceTest, EncodesInBase64WhatFits) {
+  struct {
+    const char* source;
+    int32_t length;
+    int32_t room;
+    const char* text;
+  } const rows[] = {
+      {"", 0, 1, ""},
+      {"f", 1, 5, "Zg=="},
+      {"fo", 2, 5, "Zm8="},
+      {"foo", 3, 5, "Zm9v"},
+      {"foobar", 6, 9, "Zm9vYmFy"},
+      {"foobar", 2, 5, "Zm8="},
+      {"foobar", 99, 9, "Zm9vYmFy"},
+      {"\xC3\xBF\xC3\xBE", 0, 9, "w7/Dvg=="},
+  };
+  for (const auto& row : rows) {
+    EXPECT_EQ(ask<std::string>(&IConfigService::srcToB64, std::string(row.source), row.length, row.room),
+              row.text);
+    std::string untouched = "x";
+    EXPECT_FALSE(service->srcToB64(row.source, row.length, row.room - 1, &untouched).isOk() &&
+                 row.length > 0);
+  }
+}
+
+TEST_F(ConfigServiceTest, KnowsTheDevicesInItsNetwork) {
+  const auto nameOf = [&](const std::string& ip) {
+    sim::DeviceNameRecord record{};
+    ask<CommonParcelable>(&IConfigService::getDeviceNameByIp, ip).copyTo(&record, sizeof(record));
+    EXPECT_EQ(record.ip, ip);
+    return std::string(record.name);
+  };
+  EXPECT_EQ(nameOf("192.0.2.21"), "Front Door");
+  EXPECT_EQ(nameOf("192.0.2.99"), "");
+  EXPECT_TRUE(service->setDeviceNameByIp("192.0.2.21", "Gate").isOk());
+  EXPECT_EQ(nameOf("192.0.2.21"), "Gate");
+  EXPECT_FALSE(service->setDeviceNameByIp("192.0.2.21", std::string(64, 'x')).isOk());
+  EXPECT_EQ(ask<std::string>(&IConfigService::getUsernameByIp, std::string("192.0.2.21")), "admin");
+  EXPECT_EQ(ask<std::string>(&IConfigService::getPasswordByIp, std::string("192.0.2.99")), "");
+  EXPECT_EQ(ask<std::string>(&IConfigService::generateQcmsMonitorDoorOpenUrl, std::string("a b"),
+                             std::string("ü"), std::string("1/2"), std::string()),
+            "https://qcms.example/door/open/a%20b/%C3%BC/1%2F2/");
+}
+
+TEST_F(ConfigServiceTest, HasTheLinesOfThePhone) {
+  EXPECT_EQ(number(&IConfigService::getLineNum), 3);
+  EXPECT_EQ(number(&IConfigService::getActiveLineNum), 2);
+  CommonParcelable info;
+  sim::LineRecord line;
+  ASSERT_TRUE(service->getLineInfo(2, &info).isOk() && info.copyTo(&line, sizeof(line)));
+  EXPECT_EQ(line.line, 3);
+  EXPECT_EQ(line.registered, 0);
+  EXPECT_FALSE(service->getLineInfo(3, &info).isOk());
+  EXPECT_FALSE(service->getActiveLineInfo(2, &info).isOk());
+  EXPECT_FALSE(service->setSpaceDndTime("22:60", "06:00").isOk());
+  EXPECT_FALSE(service->setSpaceDndTime("22:00", "six").isOk());
+}
+
+}  // namespace
