@@ -12,7 +12,7 @@ Guarded<CallCallbacks>& com::qv::callCallbacks = immortal<Guarded<CallCallbacks>
 namespace {
 
 Service<CallClient>& service = immortal<Service<CallClient>>();
-const ReleaseAtExit<CallClient> releaseAtExit{service};
+const ReleaseAtExit<CallClient> kReleaseAtExit{service};
 
 using VideoArea = Record<VESK_VIDEO_AREA_SIZE>;
 

@@ -11,7 +11,7 @@ using android::binder::Status;
 namespace {
 
 Service<DatabaseClient>& service = immortal<Service<DatabaseClient>>();
-const ReleaseAtExit<DatabaseClient> releaseAtExit{service};
+const ReleaseAtExit<DatabaseClient> kReleaseAtExit{service};
 
 /** Whether a record has its size; if not, the log tells, with the C function's name. */
 bool hasSize(const CommonParcelable& record, int64_t size, const char* function) {

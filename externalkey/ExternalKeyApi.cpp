@@ -11,7 +11,7 @@ using namespace com::qv;
 namespace {
 
 Service<ExternalKeyClient>& service = immortal<Service<ExternalKeyClient>>();
-const ReleaseAtExit<ExternalKeyClient> releaseAtExit{service};
+const ReleaseAtExit<ExternalKeyClient> kReleaseAtExit{service};
 
 using BtkConfig = Record<VESK_BTK_CONFIG_SIZE>;
 using SingleState = Record<VESK_SINGLE_STATE_CONFIG_SIZE>;

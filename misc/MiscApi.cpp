@@ -21,7 +21,7 @@ constexpr vesk_misc_callbacks kNoCallbacks{
     {},      kIgnore, [](int) {},         kIgnore};
 
 Service<MiscClient>& service = immortal<Service<MiscClient>>();
-const ReleaseAtExit<MiscClient> releaseAtExit{service};
+const ReleaseAtExit<MiscClient> kReleaseAtExit{service};
 
 }  // namespace
 

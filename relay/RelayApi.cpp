@@ -9,7 +9,7 @@ using namespace com::qv;
 namespace {
 
 Service<RelayClient>& service = immortal<Service<RelayClient>>();
-const ReleaseAtExit<RelayClient> releaseAtExit{service};
+const ReleaseAtExit<RelayClient> kReleaseAtExit{service};
 
 /** Sends a record, but no null pointer. */
 template <size_t kSize>
