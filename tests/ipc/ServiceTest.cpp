@@ -3,14 +3,12 @@
 #include <binder/IServiceManager.h>
 #include <gtest/gtest.h>
 
-#include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <stdexcept>
 #include <thread>
 
-#include "ChildProcess.h"
 #include "LogCapture.h"
 #include "SampleService.h"
 #include "ipc/Guarded.h"
@@ -291,13 +289,7 @@ TEST_F(ServiceTest, ADeathBeforeTheLinkIsTold) {
   told = true;
   told.notify_all();
 
-  const LogLine last{ANDROID_LOG_INFO, "CallClient", "test.sample is died. "};
-  const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
-  for (std::vector<LogLine> lines; lines.empty() || lines.back() != last;) {
-    for (LogLine& line : log_.take()) lines.push_back(std::move(line));
-    ASSERT_LT(std::chrono::steady_clock::now(), deadline);
-    std::this_thread::sleep_for(std::chrono::milliseconds(1));
-  }
+  log_.takeUntil({ANDROID_LOG_INFO, "CallClient", "test.sample is died. "});
   EXPECT_EQ(deaths, 1);
   EXPECT_FALSE(isConnected());
 }

@@ -8,6 +8,8 @@
 #include <utility>
 #include <vector>
 
+#include "WaitUntil.h"
+
 namespace vesk::test {
 
 struct LogLine {
@@ -36,6 +38,16 @@ class LogCapture {
 
   /** The lines since the last take. */
   std::vector<LogLine> take() { return lines().take(); }
+
+  /** The same, waiting for the line that ends them. */
+  std::vector<LogLine> takeUntil(const LogLine& last) {
+    std::vector<LogLine> taken;
+    waitUntil("the last line", [&] {
+      for (LogLine& line : take()) taken.push_back(std::move(line));
+      return !taken.empty() && taken.back() == last;
+    });
+    return taken;
+  }
 
  private:
   class Lines {
