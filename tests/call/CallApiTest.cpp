@@ -78,11 +78,10 @@ class CallApiTest : public ApiTest {
  protected:
   CallApiTest() : ApiTest("com.qv.CallService", u"com.qv.ICallService", "CallClient", kRows) {}
   /** Ends the connection, for the next test. */
-  ~CallApiTest() override { service_->die(); }
+  ~CallApiTest() override { die(); }
 
   void connect() {
-    service_->registerAs("com.qv.CallService");
-    ASSERT_TRUE(connectCallService(kNoCallbacks));
+    ScriptedTest::connectWith([] { return connectCallService(kNoCallbacks); });
     log_.take();
     const auto request = service_->take();
     ASSERT_TRUE(request.has_value());
@@ -107,9 +106,14 @@ TEST_F(CallApiTest, AFailedCallGivesItsValueAndWritesNothing) {
   expectFailures();
 }
 
+TEST_F(CallApiTest, ADeathEndsTheCallAndTheConnection) {
+  connect();
+  expectDeathEndsCallAndConnection();
+}
+
 TEST_F(CallApiTest, NumbersMayBeOfAnyLength) {
   connect();
-  service_->answer = Wire(kOk).i32(kAnswer);
+  answer(Wire().i32(kAnswer));
   const std::string number(100'000, '1');
   EXPECT_EQ(binder_make_call(0, number.c_str()), kAnswer);
   EXPECT_EQ(service_->take()->bytes, requestWith(Wire().i32(0).text(std::u16string(100'000, u'1'))));
@@ -124,7 +128,7 @@ TEST_F(CallApiTest, ANullStringRaisesTheLogicErrorAndSendsNothing) {
   EXPECT_THROW(binder_dial_number_update_request(nullptr), std::logic_error);
   EXPECT_THROW(binder_complete_dial_confirm(0, nullptr), std::logic_error);
   EXPECT_THROW(binder_complete_cancel(0, nullptr), std::logic_error);
-  service_->answer = Wire(kOk).i32(kAnswer);
+  answer(Wire().i32(kAnswer));
   EXPECT_EQ(binder_get_first_valid_line(), kAnswer) << "and nothing else is lost";
   EXPECT_TRUE(service_->take().has_value()) << "the only request";
 }

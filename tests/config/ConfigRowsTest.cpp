@@ -2,9 +2,8 @@
 
 #include "ConfigFixture.h"
 #include "ConfigRows.h"
-#include "LogCapture.h"
 
-using vesk::test::LogCapture;
+using vesk::test::LogLine;
 
 const std::string kSent = [] {
   std::string bytes(kRoom, '\0');
@@ -36,7 +35,13 @@ class ConfigRowsTest : public ConfigFixture {
     room = kRoom;
   }
 
-  LogCapture log_;
+  /** Without a connection. */
+  void expectNothing() {
+    for (const Row& row : rows_) EXPECT_EQ(row.make(), row.outcome.absent) << row.call;
+    EXPECT_EQ(buffer, kUntouched);
+    EXPECT_TRUE(log_.take().empty());
+  }
+
   std::vector<Row> rows_;
 };
 
@@ -65,20 +70,23 @@ TEST_F(ConfigRowsTest, AFailedCallGivesItsValueAndAnEmptyTextAtMost) {
     expectFailure("an exception, with out-values behind it");
     answer(Wire());
     if (!row.outcome.reply.bytes().empty()) expectFailure("an answer without its value");
-    service_->status = android::DEAD_OBJECT;
+    answerNothing();
     expectFailure("no answer");
-    service_->status = android::OK;
   }
   EXPECT_TRUE(log_.take().empty());
 }
 
-TEST_F(ConfigRowsTest, WithoutAConnectionNothingIsSentOrWritten) {
-  service_->die();
+TEST_F(ConfigRowsTest, WithoutAConnectionNothingIsWritten) {
+  die();
+  expectNothing();
+}
+
+TEST_F(ConfigRowsTest, ADeathEndsTheCallAndTheConnection) {
   log_.take();
-  for (const Row& row : rows_) EXPECT_EQ(row.make(), row.outcome.absent) << row.call;
-  EXPECT_EQ(buffer, kUntouched);
-  EXPECT_FALSE(service_->take().has_value());
-  EXPECT_TRUE(log_.take().empty());
+  service_->dieOverNextRequest();
+  EXPECT_EQ(binder_get_qos_cdp(buffer.data()), -1);
+  EXPECT_EQ(die(), std::vector<LogLine>{deathLine()});
+  expectNothing();
 }
 
 TEST_F(ConfigRowsTest, ARecordIsTakenOnlyAtItsExactSize) {

@@ -4,12 +4,10 @@
 #include <stdexcept>
 
 #include "ConfigFixture.h"
-#include "LogCapture.h"
 
 using android::sp;
-using vesk::test::LogCapture;
 using vesk::test::LogLine;
-using vesk::test::RecordingService;
+using vesk::test::RecordingBinder;
 
 namespace {
 
@@ -23,12 +21,11 @@ class SettingsTest : public ConfigFixture {
     log_.take();
   }
 
-  LogCapture log_;
   std::string buffer_ = kUntouched;
 };
 
-/** A service that does something before it answers. */
-class ActingService : public RecordingService {
+/** A service of this process that does something before it answers. */
+class ActingService : public RecordingBinder {
  public:
   explicit ActingService(std::function<void()> act) : act_(std::move(act)) {}
 
@@ -36,7 +33,7 @@ class ActingService : public RecordingService {
   android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                uint32_t flags) override {
     act_();
-    return RecordingService::onTransact(code, data, reply, flags);
+    return RecordingBinder::onTransact(code, data, reply, flags);
   }
 
  private:
@@ -128,7 +125,7 @@ TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
     EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), size), -1) << size;
   }
   EXPECT_FALSE(service_->take().has_value()) << "refused before the call";
-  service_->die();
+  die();
   EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1);
   EXPECT_EQ(type, 4711);
   EXPECT_EQ(buffer_, kUntouched);
@@ -159,7 +156,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
   service_->take();
   EXPECT_EQ(binder_parsing_dsskey_value(1, "12", nullptr), -1);
   EXPECT_FALSE(service_->take().has_value());
-  service_->die();
+  die();
   EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
@@ -190,7 +187,7 @@ TEST_F(SettingsTest, TimeZonesNeedTheirRoom) {
     answer(reply);
     for (const int size : {INT_MIN, 0, 1, 1000}) EXPECT_EQ(binder_get_time_zone(nullptr, size), 0) << size;
   }
-  service_->die();
+  die();
   EXPECT_EQ(binder_get_time_zone(buffer_.data(), kRoom), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
@@ -233,7 +230,7 @@ TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
   expectRequest(28, Wire().i32(28).record(sent));
 
   const sp<ActingService> acting = new ActingService([&] { record.assign(record.size(), 'x'); });
-  acting->registerAs("com.qv.ConfigService");
+  ASSERT_EQ(android::defaultServiceManager()->addService(android::String16(name_), acting), android::OK);
   ASSERT_TRUE(connect_config_service(nullptr));
   for (const android::status_t status : {android::OK, android::DEAD_OBJECT}) {
     acting->status = status;
@@ -241,7 +238,8 @@ TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
     EXPECT_EQ(binder_set_security(28, record.data()), 0) << "whatever came of the call";
     EXPECT_EQ(record, sent + "xxxxxx");
   }
-  acting->die();
+  connect();  // Once more, to one that can die.
+  die();
   EXPECT_EQ(binder_set_security(28, nullptr), -1) << "the arguments are not looked at";
 }
 

@@ -1,5 +1,6 @@
 #include <vesk/vesk_client.h>
 
+#include <atomic>
 #include <climits>
 #include <stdexcept>
 
@@ -95,7 +96,7 @@ const ApiRow kRows[] = {
     API_ROW(binderCheckDoorAccessInfo("0042", 63, out), 63, Wire().text(u"0042").i32(63), record(376)),
 };
 
-int deaths;
+std::atomic<int> deaths;
 
 class DatabaseApiTest : public ApiTest {
  protected:
@@ -103,7 +104,7 @@ class DatabaseApiTest : public ApiTest {
     deaths = 0;
   }
   /** Ends the connection, for the next test. */
-  ~DatabaseApiTest() override { service_->die(); }
+  ~DatabaseApiTest() override { die(); }
 
   void connect() {
     connectWith([] { return connect_database_service([] { ++deaths; }); });
@@ -156,20 +157,20 @@ TEST_F(DatabaseApiTest, GroupsAreTakenOnlyAtTheirExactNumber) {
   connect();
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.count << " groups, result " << row.result);
-    service_->answer = row.answer;
+    service_->answer(row.answer);
     out_ = kUntouched;
     EXPECT_EQ(binder_phonebook_get_contact_groupid(1, row.count, out_.data()), row.result);
     EXPECT_EQ(out_, pattern(row.copied) + kUntouched.substr(static_cast<size_t>(row.copied)));
     EXPECT_EQ(log_.take(), sizeErrors("binder_phonebook_get_contact_groupid", row.logs ? 1 : 0));
   }
-  service_->answer = groups(0);
+  service_->answer(groups(0));
   EXPECT_EQ(binder_phonebook_get_contact_groupid(1, 0, nullptr), 7);
 }
 
 TEST_F(DatabaseApiTest, AnAnswerOfMinusOneDoesNotSpoilItsRecord) {
   connect();
   const std::string contact = pattern(4492);
-  service_->answer = Wire(kOk).i32(-1).record(contact);
+  answer(Wire().i32(-1).record(contact));
   EXPECT_EQ(binder_phonebook_contact_retrieve(1, 2, out_.data()), -1);
   EXPECT_EQ(out_.substr(0, contact.size()), contact);
   EXPECT_EQ(log_.take(), std::vector<LogLine>());
@@ -199,7 +200,7 @@ TEST_F(DatabaseApiTest, TheSizeOfTheCopyThatWasSentIsCheckedByMostSetters) {
       {"binder_add_door_access", binder_add_door_access, false},
   };
   connect();
-  service_->answer = Wire(kOk).i32(kAnswer);
+  answer(Wire().i32(kAnswer));
   for (const auto& row : rows) {
     SCOPED_TRACE(row.function);
     EXPECT_EQ(row.call(nullptr), row.checks ? -1 : kAnswer);
@@ -219,21 +220,18 @@ TEST_F(DatabaseApiTest, ANullStringRaisesTheLogicErrorAndSendsNothing) {
   EXPECT_FALSE(service_->take().has_value());
 }
 
-TEST_F(DatabaseApiTest, ADeathIsToldOnceAndEndsTheConnection) {
+TEST_F(DatabaseApiTest, ADeathIsToldOnceAndEndsTheCallAndTheConnection) {
   connect();
-  service_->die();
+  expectDeathEndsCallAndConnection();
   EXPECT_EQ(deaths, 1);
-  EXPECT_EQ(log_.take(),
-            (std::vector<LogLine>{{ANDROID_LOG_INFO, "CallClient", "com.qv.DatabaseService is died. "}}));
-  expectNothingWithoutConnection();
 }
 
 TEST_F(DatabaseApiTest, AFailedConnectKeepsTheEarlierConnection) {
   connect();
   failToConnectWith([] { return connect_database_service(nullptr); });
-  service_->answer = Wire(kOk).i32(kAnswer);
+  answer(Wire().i32(kAnswer));
   EXPECT_EQ(binder_get_memo_num(), kAnswer);
-  service_->die();
+  die();
   EXPECT_EQ(deaths, 1) << "and its callback";
 }
 

@@ -82,19 +82,17 @@ TEST_F(ExternalKeyApiTest, ASingleStateIsReplacedOnlyByARecordOfItsSizeAndOnlyIf
     SCOPED_TRACE(testing::Message() << "selector " << row.selector << ", result " << row.result);
     const std::string given = singleState(row.selector, 'g');
     std::string state = given;
-    service_->answer = row.answer;
+    service_->answer(row.answer);
     EXPECT_EQ(binder_set_or_get_singleState_config(state.data()), row.result);
     EXPECT_EQ(state, row.copied ? answer : given);
-    const auto request = service_->take();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->bytes, requestWith(Wire().record(given)));
+    expectRequest(4, Wire().record(given));
   }
 }
 
 TEST_F(ExternalKeyApiTest, AFailedConnectKeepsTheEarlierConnection) {
   connectWith(connect_external_key_service);
   failToConnectWith(connect_external_key_service);
-  service_->answer = Wire(kOk).record(pattern(200));
+  answer(Wire().record(pattern(200)));
   EXPECT_EQ(binder_get_exkdev_mac(out_.data()), 0);
 }
 

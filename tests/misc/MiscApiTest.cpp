@@ -52,25 +52,20 @@ class MiscApiTest : public ApiTest {
     elements.clear();
   }
   /** Ends the connection, for the next test. */
-  ~MiscApiTest() override { service_->die(); }
+  ~MiscApiTest() override { die(); }
 
   void connect() {
-    service_->registerAs("com.qv.MiscService");
-    ASSERT_TRUE(connect_misc_service({}, nullptr));
+    ScriptedTest::connectWith([] { return connect_misc_service({}, nullptr); });
     log_.take();
     service_->take();
   }
-
-  void answer(const Wire& reply) { service_->answer = Wire(kOk).append(reply); }
 
   void expectAction(size_t size, const std::string& action) {
     SCOPED_TRACE(size);
     out_ = kUntouched;
     EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), size), 0);
     EXPECT_EQ(out_, action + '\0' + kUntouched.substr(action.size() + 1));
-    const auto request = service_->take();
-    ASSERT_TRUE(request.has_value());
-    EXPECT_EQ(request->code, 21u);
+    expectRequest(21, Wire());
   }
 
   void expectNoAction() {
@@ -94,6 +89,11 @@ TEST_F(MiscApiTest, AFailedCallGivesItsValueAndWritesNothing) {
   connect();
   expectFailures();
   EXPECT_EQ(elements, Elements());
+}
+
+TEST_F(MiscApiTest, ADeathEndsTheCallAndTheConnection) {
+  connect();
+  expectDeathEndsCallAndConnection();
 }
 
 TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
@@ -124,7 +124,7 @@ TEST_F(MiscApiTest, AnActionThatCannotBeFetchedEmptiesTheDestination) {
   connect();
   answer(Wire().record(std::string(675, 'x')));
   expectNoAction();
-  service_->status = android::DEAD_OBJECT;
+  answerNothing();
   expectNoAction();
 }
 

@@ -12,7 +12,7 @@
 
 #include "ChildProcess.h"
 #include "LogCapture.h"
-#include "RecordingService.h"
+#include "RecordingBinder.h"
 #include "WaitUntil.h"
 
 using android::IBinder;
@@ -24,7 +24,6 @@ using android::binder::Status;
 using vesk::test::ChildProcess;
 using vesk::test::LogCapture;
 using vesk::test::LogLine;
-using vesk::test::RecordingService;
 using vesk::test::Wire;
 
 namespace {
@@ -158,7 +157,7 @@ TEST_F(MiscEventTest, EachEventCallsItsCallback) {
 
 TEST_F(MiscEventTest, ConnectingRegistersBothListenersAndLogsWhateverComesOfIt) {
   /** Refuses every request, and keeps their codes. */
-  class RefusingService : public RecordingService {
+  class RefusingService : public android::BBinder {
    public:
     std::vector<uint32_t> codes;
 
@@ -169,7 +168,7 @@ TEST_F(MiscEventTest, ConnectingRegistersBothListenersAndLogsWhateverComesOfIt) 
     }
   };
   const sp<RefusingService> refusing = new RefusingService;
-  refusing->registerAs(kName);
+  registerService(refusing);
   EXPECT_TRUE(connect_misc_service(kCallbacks, nullptr));
   EXPECT_EQ(refusing->codes, (std::vector<uint32_t>{4, 5}));
   EXPECT_EQ(log_.take(),

@@ -53,7 +53,7 @@ TEST_F(RelayApiTest, AFailedCallGivesItsValueAndWritesNothing) {
 
 TEST_F(RelayApiTest, SomeFunctionsRefuseANullPointerAndSendNothing) {
   connectWith(connect_relay_service);
-  service_->answer = Wire(kOk).i32(kAnswer);
+  answer(Wire().i32(kAnswer));
   EXPECT_EQ(binder_get_relay_do_channels(1, nullptr), -1);
   EXPECT_EQ(binder_set_relay_do_type(nullptr), -1);
   EXPECT_EQ(binder_set_relay_do_time(nullptr), -1);
@@ -70,7 +70,7 @@ TEST_F(RelayApiTest, SomeFunctionsRefuseANullPointerAndSendNothing) {
 TEST_F(RelayApiTest, AFailedConnectKeepsTheEarlierConnection) {
   connectWith(connect_relay_service);
   failToConnectWith(connect_relay_service);
-  service_->answer = Wire(kOk).i32(0);
+  answer(Wire().i32(0));
   EXPECT_EQ(binder_begin_relay_do_save(1), 0);
 }
 

@@ -1,18 +1,17 @@
 #pragma once
 
-#include <binder/ProcessState.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cstdlib>
 #include <set>
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "ChildProcess.h"
-#include "LogCapture.h"
-#include "RecordingService.h"
 #include "Result.h"
+#include "ScriptedTest.h"
 
 namespace vesk::test {
 
@@ -58,41 +57,26 @@ inline std::string pattern(int size) {
   return bytes;
 }
 
-inline const Wire kOk = Wire().i32(0);
-
-/** A process that serves the name args[0] and answers everything with a record of args[1] bytes. */
-CHILD_ROLE(recordService) {
-  const android::sp<RecordingService> service = new RecordingService;
-  service->answer = Wire(kOk).record(pattern(std::stoi(args.at(1))));
-  service->registerAs(args.at(0).c_str());
-  android::ProcessState::self()->startThreadPool();
-  parent.ready();
-  parent.waitForEnd();
-  return 0;
-}
-
-/** The C functions of one service, over against a service that writes down what they send. */
-class ApiTest : public testing::Test {
+/** The C functions of one service, which are called row by row. */
+class ApiTest : public ScriptedTest {
  protected:
   /** `tag` is the one under which the functions log, if they do. */
   ApiTest(const char* name, const char16_t* descriptor, const char* tag, std::span<const ApiRow> rows)
-      : name_(name), descriptor_(descriptor), tag_(tag), rows_(rows) {}
+      : ScriptedTest(name, descriptor), tag_(tag), rows_(rows) {}
 
   static constexpr size_t kRoom = 4600;
   static inline const std::string kUntouched = std::string(kRoom, '#');
 
-  /** Registers the service and connects. */
   template <class Connect>
   void connectWith(Connect connect) {
-    service_->registerAs(name_);
-    ASSERT_TRUE(connect());
+    ScriptedTest::connectWith(connect);
     EXPECT_EQ(log_.take(), connectLine("done. "));
   }
 
-  /** Has the service die in a process of its own, under the same name, and tries to connect. */
+  /** Has another service of the same name die, and tries to connect. */
   template <class Connect>
   void failToConnectWith(Connect connect) {
-    ChildProcess(kServiceRole, {name_, "0"}).kill();
+    ScriptedService(name_).kill();
     setenv("BINDER_LOOKUP_MS", "0", 1);
     EXPECT_FALSE(connect());
     unsetenv("BINDER_LOOKUP_MS");
@@ -105,8 +89,9 @@ class ApiTest : public testing::Test {
    */
   template <class Connect>
   void expectConnectionOutlivesService(Connect connect, int (*fetch)(void* out), int size) {
+    const std::string sent = pattern(size);
     const auto fetches = [&] {
-      const std::string sent = pattern(size);
+      answer(Wire().record(sent));
       out_ = kUntouched;
       EXPECT_EQ(fetch(out_.data()), 0);
       EXPECT_EQ(out_, sent + kUntouched.substr(sent.size()));
@@ -116,15 +101,15 @@ class ApiTest : public testing::Test {
       EXPECT_EQ(fetch(out_.data()), -1);
       EXPECT_EQ(out_, kUntouched);
     };
-    ChildProcess first(kServiceRole, {name_, std::to_string(size)});
-    ASSERT_TRUE(connect());
+    connectWith(connect);
     fetches();
-    first.kill();
+    service_->dieOverNextRequest();
     fails();
+    service_->kill();
     fails();
-    ChildProcess second(kServiceRole, {name_, std::to_string(size)});
+    service_.emplace(name_);
     fails();
-    EXPECT_EQ(log_.take(), connectLine("done. ")) << "and nothing of the death";
+    EXPECT_EQ(log_.take(), std::vector<LogLine>()) << "nothing of the death";
     ASSERT_TRUE(connect());
     fetches();
   }
@@ -132,17 +117,6 @@ class ApiTest : public testing::Test {
   /** What a function has to log, `count` times, if its record has not its size. */
   std::vector<LogLine> sizeErrors(const std::string& function, size_t count = 1) const {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
-  }
-
-  std::string requestWith(const Wire& arguments) const {
-    return Wire().text(descriptor_).append(arguments).bytes();
-  }
-
-  static Wire answerTo(const Gives& gives, const std::string& record) {
-    Wire answer = kOk;
-    if (gives.value) answer.i32(kAnswer);
-    if (gives.size >= 0) answer.record(record);
-    return answer;
   }
 
   void expectNothingWithoutConnection() {
@@ -157,16 +131,12 @@ class ApiTest : public testing::Test {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.text);
       const std::string sent = pattern(row.gives.size);
-      service_->answer = answerTo(row.gives, sent);
+      answer(outValues(row.gives, sent));
       out_ = kUntouched;
       EXPECT_EQ(row.call(out_.data()), row.gives.success);
       EXPECT_EQ(out_, sent + kUntouched.substr(sent.size()));
-      const auto request = service_->take();
-      ASSERT_TRUE(request.has_value());
-      EXPECT_EQ(request->code, row.code);
-      EXPECT_EQ(request->flags, 0u);
-      EXPECT_EQ(request->bytes, requestWith(row.arguments));
-      seen.insert(request->code);
+      expectRequest(row.code, row.arguments);
+      seen.insert(row.code);
     }
     EXPECT_EQ(seen.size(), codes);
     EXPECT_EQ(log_.take(), std::vector<LogLine>());
@@ -177,21 +147,22 @@ class ApiTest : public testing::Test {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.text);
       size_t failures = 0;
-      const auto expectFailure = [&](const char* what, const Wire& answer, android::status_t status) {
-        service_->answer = answer;
-        service_->status = status;
+      const auto expectFailure = [&](const char* what) {
         EXPECT_EQ(row.call(out_.data()), row.gives.failed) << what;
         EXPECT_TRUE(service_->take().has_value()) << what;
         ++failures;
       };
       const std::string good = pattern(row.gives.size);
-      expectFailure("no answer", answerTo(row.gives, good), android::DEAD_OBJECT);
-      expectFailure("exception", Wire().i32(-8).text(u"no").i32(0).i32(17).append(answerTo(row.gives, good)),
-                    android::OK);
-      expectFailure("half an answer", kOk, android::OK);
+      answerNothing();
+      expectFailure("no answer");
+      answerException(outValues(row.gives, good));
+      expectFailure("exception");
+      answer(Wire());
+      expectFailure("half an answer");
       if (row.gives.size >= 0) {
         for (const std::string& record : {std::string(), good.substr(1), good + "!"}) {
-          expectFailure("record of another size", answerTo(row.gives, record), android::OK);
+          answer(outValues(row.gives, record));
+          expectFailure("record of another size");
         }
       }
       EXPECT_EQ(log_.take(), sizeErrors(row.function(), row.gives.logs ? failures : 0));
@@ -199,19 +170,29 @@ class ApiTest : public testing::Test {
     EXPECT_EQ(out_, kUntouched);
   }
 
-  LogCapture log_;
-  const android::sp<RecordingService> service_ = new RecordingService;
+  /** The service dies over a request, which fails like any other; the connection goes with it. */
+  void expectDeathEndsCallAndConnection() {
+    const auto row = std::ranges::find_if(rows_, [](const ApiRow& each) { return each.gives.size >= 0; });
+    service_->dieOverNextRequest();
+    EXPECT_EQ(row->call(out_.data()), row->gives.failed) << row->text;
+    EXPECT_EQ(die(), std::vector<LogLine>{deathLine()});
+    expectNothingWithoutConnection();
+  }
+
   std::string out_ = kUntouched;
 
  private:
-  static constexpr const char* kServiceRole = "recordService";
+  static Wire outValues(const Gives& gives, const std::string& record) {
+    Wire values;
+    if (gives.value) values.i32(kAnswer);
+    if (gives.size >= 0) values.record(record);
+    return values;
+  }
 
   std::vector<LogLine> connectLine(const std::string& outcome) const {
     return {{ANDROID_LOG_INFO, tag_, "Connect " + std::string(name_) + " " + outcome}};
   }
 
-  const char* const name_;
-  const std::u16string descriptor_;
   const char* const tag_;
   const std::span<const ApiRow> rows_;
 };

@@ -3,12 +3,16 @@
 #include <cstdint>
 #include <string>
 #include <string_view>
+#include <utility>
 
 namespace vesk::test {
 
 /** Builds the bytes of a parcel by hand, so that tests don't take the marshalling's word for them. */
 class Wire {
  public:
+  Wire() = default;
+  explicit Wire(std::string bytes) : bytes_(std::move(bytes)) {}
+
   Wire& i32(int32_t value) { return raw(&value, sizeof(value)); }
 
   /** A String16: units, a terminating zero, padded. */

@@ -1,0 +1,110 @@
+#pragma once
+
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <gtest/gtest.h>
+
+#include <csignal>
+#include <mutex>
+#include <optional>
+#include <string>
+
+#include "ChildProcess.h"
+#include "RecordingBinder.h"
+
+namespace vesk::test {
+
+/** A RecordingBinder that takes its orders, and shows what came, over transactions of its own. */
+class ScriptedBinder : public RecordingBinder {
+ public:
+  enum Code : uint32_t {
+    /** int32 status and the bytes of the answer in. */
+    kAnswer = LAST_CALL_TRANSACTION + 1,
+    /** Code, flags and bytes of what take() gives out; nothing if that gives none. */
+    kTake,
+    /** Has the next request end the process. */
+    kDie,
+  };
+
+ protected:
+  android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                               uint32_t flags) override {
+    const std::lock_guard lock(mutex_);
+    switch (code) {
+      case kAnswer:
+        status = data.readInt32();
+        answer = Wire(bytesOf(data).substr(data.dataPosition()));
+        return android::OK;
+      case kTake:
+        if (const auto request = take()) {
+          reply->writeUint32(request->code);
+          reply->writeUint32(request->flags);
+          reply->write(request->bytes.data(), request->bytes.size());
+        }
+        return android::OK;
+      case kDie:
+        dies_ = true;
+        return android::OK;
+      default:
+        if (dies_) raise(SIGKILL);
+        return RecordingBinder::onTransact(code, data, reply, flags);
+    }
+  }
+
+ private:
+  std::mutex mutex_;
+  bool dies_ = false;
+};
+
+/** Serves the name args[0]. */
+CHILD_ROLE(scriptedService) {
+  const android::sp<ScriptedBinder> service = new ScriptedBinder;
+  const android::String16 name(args.at(0).c_str());
+  if (android::defaultServiceManager()->addService(name, service) != android::OK) return 1;
+  android::ProcessState::self()->startThreadPool();
+  parent.ready();
+  parent.waitForEnd();
+  return 0;
+}
+
+/** A service in a process of its own that answers as the test says and writes down what comes. */
+class ScriptedService {
+ public:
+  explicit ScriptedService(const char* name)
+      : process_("scriptedService", {name}),
+        binder_(android::defaultServiceManager()->getService(android::String16(name))) {}
+
+  /** Everything is answered so from now on; with a status other than OK, by that alone. */
+  void answer(const Wire& answer, android::status_t status = android::OK) {
+    android::Parcel script;
+    script.writeInt32(status);
+    script.write(answer.bytes().data(), answer.bytes().size());
+    control(ScriptedBinder::kAnswer, script);
+  }
+
+  /** The only request since the last take; none if there was none or more than one. */
+  std::optional<RecordingBinder::Request> take() {
+    android::Parcel taken;
+    control(ScriptedBinder::kTake, {}, &taken);
+    if (taken.dataSize() == 0) return std::nullopt;
+    RecordingBinder::Request request{taken.readUint32(), taken.readUint32(), ""};
+    request.bytes = bytesOf(taken).substr(taken.dataPosition());
+    return request;
+  }
+
+  /** The next request is the last one: it finds its service dying. */
+  void dieOverNextRequest() { control(ScriptedBinder::kDie, {}); }
+
+  /** Ends the process, or sees that it has ended so. */
+  void kill() { process_.kill(); }
+
+ private:
+  void control(uint32_t code, const android::Parcel& data, android::Parcel* reply = nullptr) {
+    EXPECT_EQ(binder_->transact(code, data, reply), android::OK);
+  }
+
+  ChildProcess process_;
+  const android::sp<android::IBinder> binder_;
+};
+
+}  // namespace vesk::test
