@@ -29,7 +29,7 @@ const String16& BpBinder::getInterfaceDescriptor() const {
   if (!descriptor_) {
     // Not kept after a failure, so that the next call asks again.
     static const String16& none = *new String16();
-    if (answer.size() == 0) return none;
+    if (answer.empty()) return none;
     descriptor_ = std::move(answer);
   }
   return *descriptor_;

@@ -74,7 +74,11 @@ bool Settings::load(const Values& factory, std::string* error) {
       error);
   if (!loaded) return false;
   const std::lock_guard lock(mutex_);
-  values_ = saved.empty() ? factory : std::move(saved);
+  if (saved.empty()) {
+    values_ = factory;
+  } else {
+    values_ = std::move(saved);
+  }
   return true;
 }
 

@@ -23,7 +23,7 @@ constexpr int kBusyTimeoutMs = 1000;
 struct FileHeader {
   static constexpr size_t kSize = 100;
   static constexpr size_t kApplicationIdOffset = 68;
-  static constexpr std::string_view kMagic{"SQLite format 3", 16};
+  static constexpr std::string_view kMagic{"SQLite format 3\0", 16};
 };
 
 std::string describe(const std::string& what, int errorNumber) {
