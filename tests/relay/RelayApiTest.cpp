@@ -38,8 +38,20 @@ class RelayApiTest : public ApiTest {
   RelayApiTest() : ApiTest("com.qv.RelayService", u"com.qv.IRelayService", "RelayClient", kRows) {}
 };
 
-// First, since nothing ends a connection.
-TEST_F(RelayApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) { expectNothingWithoutConnection(); }
+/* A process that has never been connected. */
+CHILD_ROLE(neverConnected) {
+  struct Unconnected : RelayApiTest {
+    void TestBody() override { expectNothingWithoutConnection(); }
+  } test;
+  parent.ready();
+  test.TestBody();
+  return testing::Test::HasFailure() ? 1 : 0;
+}
+
+// In another process, since nothing ends a connection of this one.
+TEST_F(RelayApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) {
+  EXPECT_EQ(ChildProcess("neverConnected").wait(), 0);
+}
 
 TEST_F(RelayApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
   connectWith(connect_relay_service);
