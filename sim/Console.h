@@ -2,15 +2,16 @@
 
 #include <string>
 #include <string_view>
+#include <vector>
 
-#include "phone/LivePhone.h"
+#include "Device.h"
 
 namespace sim {
 
 /** The commands that a person or a script gives the device. */
 class Console {
  public:
-  explicit Console(LivePhone& phone) : phone_(phone) {}
+  explicit Console(Device& device) : device_(device) {}
 
   /** Takes bytes as they come in, and carries out each line that is complete. */
   void feed(std::string_view bytes);
@@ -19,9 +20,11 @@ class Console {
 
  private:
   void run(const std::string& line);
+  /** False if it is none of these. */
+  bool runMisc(const std::vector<std::string>& words);
   void showStatus();
 
-  LivePhone& phone_;
+  Device& device_;
   std::string pending_;
   bool quit_ = false;
 };

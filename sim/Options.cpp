@@ -19,8 +19,8 @@ constexpr const char* kTryHelp = "Try 'vesk-device --help'.\n";
 constexpr const char* kHelp =
     R"(Usage: vesk-device [OPTION]...
 
-A simulated device: the call and config services of a desk telephone, as a process of its own. Prints "ready" once
-applications can connect; ends on SIGINT and SIGTERM.
+A simulated device: the six services of a desk telephone and door intercom, in one process. Prints "ready"
+once applications can connect; ends on SIGINT and SIGTERM.
 
   -i, --incoming=WHEN:NUMBER[:LINE]  NUMBER calls (LINE) after WHEN, for example 3s:200 or 500ms:201:2;
                                      may be given several times

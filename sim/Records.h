@@ -43,5 +43,9 @@ std::optional<Record> unpack(std::string_view bytes) {
   std::memcpy(&record, bytes.data(), sizeof(record));
   return record;
 }
+template <typename Record>
+std::optional<Record> unpack(const com::qv::CommonParcelable& record) {
+  return unpack<Record>(std::string_view(record.blob().c_str(), record.blob().length()));
+}
 
 }  // namespace sim

@@ -1,4 +1,3 @@
-#include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <poll.h>
 #include <sys/signalfd.h>
@@ -11,18 +10,10 @@
 #include <string>
 
 #include "Console.h"
+#include "Device.h"
 #include "Options.h"
-#include "call/CallService.h"
-#include "config/ConfigService.h"
-#include "database/CallLog.h"
-#include "database/DatabaseService.h"
-#include "store/Store.h"
 
 namespace {
-
-constexpr const char* kCallServiceName = "com.qv.CallService";
-constexpr const char* kConfigServiceName = "com.qv.ConfigService";
-constexpr const char* kDatabaseServiceName = "com.qv.DatabaseService";
 
 /** How long the end waits for listeners that are being called. */
 constexpr std::chrono::milliseconds kPatienceAtEnd{500};
@@ -55,19 +46,6 @@ void runUntilEnd(sim::Console& console, int signalFd) {
   }
 }
 
-void printEvent(sim::Time time, const sim::Event& event) {
-  std::printf("%9.3f  %s\n", static_cast<double>(time.count()) / 1000, toString(event).c_str());
-  std::fflush(stdout);
-}
-
-bool addService(const char* name, const android::sp<android::IBinder>& service) {
-  const android::status_t added =
-      android::defaultServiceManager()->addService(android::String16(name), service);
-  if (added == android::OK) return true;
-  std::fprintf(stderr, "vesk-device: can't register %s: %s\n", name, android::statusToString(added).c_str());
-  return false;
-}
-
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -75,38 +53,22 @@ int main(int argc, char** argv) {
   const int signalFd = holdSignals();
 
   std::string error;
-  const std::shared_ptr<sim::Store> store = sim::Store::open(options.stateDirectory, &error);
-  const auto settings = std::make_shared<sim::Settings>(store);
-  const android::sp<sim::DatabaseService> databaseService = new sim::DatabaseService(store);
-  if (store == nullptr || !settings->load(sim::ConfigService::factoryValues(), &error) ||
-      !databaseService->prepare(&error)) {
+  const std::unique_ptr<sim::Device> device = sim::Device::start(options, &error);
+  if (device == nullptr) {
     std::fprintf(stderr, "vesk-device: %s\n", error.c_str());
-    return EXIT_FAILURE;
-  }
-
-  const auto callLog = std::make_shared<sim::CallLog>(
-      [databaseService](const sim::CallLogRecord& call) { databaseService->logCall(call); });
-  const auto onEvent = [callLog, verbose = options.verbose](sim::Time time, const sim::Event& event) {
-    if (verbose) printEvent(time, event);
-    callLog->notice(time, event);
-  };
-  const android::sp<sim::CallService> service = new sim::CallService(options.speed, onEvent);
-  const android::sp<sim::ConfigService> configService = new sim::ConfigService(settings);
-  if (!addService(kCallServiceName, service) || !addService(kConfigServiceName, configService) ||
-      !addService(kDatabaseServiceName, databaseService)) {
     return EXIT_FAILURE;
   }
   android::ProcessState::self()->startThreadPool();
   std::puts("ready");
   std::fflush(stdout);
 
-  service->phone().use([&](sim::Phone& phone) {
+  device->phone().use([&](sim::Phone& phone) {
     for (const sim::IncomingCall& call : options.incoming) {
       phone.scheduleIncomingCall(call.after, call.line, call.number);
     }
   });
-  sim::Console console(service->phone());
+  sim::Console console(*device);
   runUntilEnd(console, signalFd);
-  service->stopEvents(kPatienceAtEnd);
+  device->stopEvents(kPatienceAtEnd);
   return EXIT_SUCCESS;
 }

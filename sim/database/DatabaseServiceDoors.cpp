@@ -41,7 +41,7 @@ DatabaseService::Status DatabaseService::getDoorAccessById(int32_t id, CommonPar
 
 DatabaseService::Status DatabaseService::setDoorAccessInfo(const CommonParcelable& record, int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<DoorAccessRecord> access = read<DoorAccessRecord>(record);
+    const std::optional<DoorAccessRecord> access = unpack<DoorAccessRecord>(record);
     const bool usable = access && isUsable(*access, tables_.doors.all(transaction));
     return usable && tables_.doors.replace(transaction, *access) ? 0 : kRefused;
   });
@@ -49,7 +49,7 @@ DatabaseService::Status DatabaseService::setDoorAccessInfo(const CommonParcelabl
 
 DatabaseService::Status DatabaseService::addDoorAccess(const CommonParcelable& record, int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
-    std::optional<DoorAccessRecord> access = read<DoorAccessRecord>(record);
+    std::optional<DoorAccessRecord> access = unpack<DoorAccessRecord>(record);
     if (!access) return kRefused;
     access->id = 0;
     return isUsable(*access, tables_.doors.all(transaction)) ? tables_.doors.add(transaction, *access)

@@ -137,7 +137,7 @@ DatabaseService::Status DatabaseService::phonebookContactCreate(int32_t group,
                                                                 const CommonParcelable& contact,
                                                                 int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<ContactRecord> created = read<ContactRecord>(contact);
+    const std::optional<ContactRecord> created = unpack<ContactRecord>(contact);
     return created ? createContact(transaction, group, *created) : kRefused;
   });
 }
@@ -145,7 +145,7 @@ DatabaseService::Status DatabaseService::phonebookContactUpdate(int32_t group,
                                                                 const CommonParcelable& contact,
                                                                 int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<ContactRecord> updated = read<ContactRecord>(contact);
+    const std::optional<ContactRecord> updated = unpack<ContactRecord>(contact);
     return updated ? updateContact(transaction, group, *updated) : kRefused;
   });
 }
@@ -162,7 +162,7 @@ DatabaseService::Status DatabaseService::phonebookContactSearch(int32_t phoneboo
 
 DatabaseService::Status DatabaseService::phonebookDbRequest(const CommonParcelable& record, int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<PhonebookRequestRecord> request = read<PhonebookRequestRecord>(record);
+    const std::optional<PhonebookRequestRecord> request = unpack<PhonebookRequestRecord>(record);
     if (!request) return kRefused;
     switch (request->action) {
       case PhonebookRequestRecord::kCreate:

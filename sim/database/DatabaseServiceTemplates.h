@@ -19,12 +19,6 @@ std::optional<Record> entryAt(const std::vector<Record>& records, int32_t index)
   return records[static_cast<size_t>(index)];
 }
 
-/** The record of a request; nothing if it has another size. */
-template <typename Record>
-std::optional<Record> read(const com::qv::CommonParcelable& record) {
-  return unpack<Record>({record.blob().c_str(), record.blob().length()});
-}
-
 template <typename Record>
 DatabaseService::Status DatabaseService::show(const std::function<std::optional<Record>(Transaction&)>& find,
                                               CommonParcelable* record, int32_t* result) {
@@ -41,7 +35,7 @@ template <typename Record, typename Check>
 DatabaseService::Status DatabaseService::add(const RecordTable<Record>& table, const CommonParcelable& record,
                                              int32_t* result, Check check) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<Record> added = read<Record>(record);
+    const std::optional<Record> added = unpack<Record>(record);
     return added && check(*added) ? table.add(transaction, *added) : kRefused;
   });
 }
@@ -50,7 +44,7 @@ template <typename Record, typename Check>
 DatabaseService::Status DatabaseService::set(const RecordTable<Record>& table, const CommonParcelable& record,
                                              int32_t* result, Check check) {
   return answer(result, [&](Transaction& transaction) {
-    const std::optional<Record> changed = read<Record>(record);
+    const std::optional<Record> changed = unpack<Record>(record);
     return changed && check(*changed) && table.replace(transaction, *changed) ? 0 : kRefused;
   });
 }

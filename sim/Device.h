@@ -1,0 +1,45 @@
+#pragma once
+
+#include <chrono>
+#include <memory>
+#include <string>
+
+#include "Options.h"
+#include "call/CallService.h"
+#include "config/ConfigService.h"
+#include "database/DatabaseService.h"
+#include "externalkey/ExternalKeyService.h"
+#include "misc/MiscService.h"
+#include "relay/RelayService.h"
+#include "store/Store.h"
+
+namespace sim {
+
+/** All services of the device, and what they keep. */
+class Device {
+ public:
+  /** Null, with the reason in `error`, if the state can't be read or a service can't be registered. */
+  static std::unique_ptr<Device> start(const Options& options, std::string* error);
+
+  LivePhone& phone() { return callService_->phone(); }
+  Live<MiscDevice>& misc() { return miscService_->device(); }
+
+  /** No more events; waits until no listener is being called, or the time is over. */
+  void stopEvents(std::chrono::milliseconds patience);
+
+ private:
+  Device(const Options& options, std::shared_ptr<Store> store);
+
+  bool load(std::string* error);
+  bool registerServices(std::string* error) const;
+
+  const std::shared_ptr<Settings> settings_;
+  const android::sp<DatabaseService> databaseService_;
+  const android::sp<CallService> callService_;
+  const android::sp<ConfigService> configService_;
+  const android::sp<MiscService> miscService_;
+  const android::sp<RelayService> relayService_;
+  const android::sp<ExternalKeyService> externalKeyService_;
+};
+
+}  // namespace sim
