@@ -8,6 +8,7 @@
 #include <functional>
 #include <memory>
 #include <string>
+#include <thread>
 #include <tuple>
 #include <vector>
 
@@ -225,6 +226,24 @@ TEST_F(ConfigServiceTest, GivesBackWhatWasSetAndKeepsWhatWasSaved) {
   service->setDndMode(1);
   start();
   for (const Pair& pair : kPairs) EXPECT_TRUE(pair.holds(*service)) << pair.name << ", after a restart";
+}
+
+TEST_F(ConfigServiceTest, LosesNothingWhenSeveralThreadsSetAndSave) {
+  constexpr int kThreads = 4;
+  constexpr int kGroups = 50;
+  const std::string text = "x";
+  std::vector<std::thread> threads;
+  for (int i = 0; i < kThreads; ++i) {
+    threads.emplace_back([&] {
+      for (int group = 0; group < kGroups; ++group) {
+        number(&IConfigService::configGroupAdd, text, text);
+        number(&IConfigService::saveConfig);
+      }
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+  start();
+  EXPECT_EQ(number(&IConfigService::configGroupTotalNumberGet, text, text), kThreads * kGroups);
 }
 
 TEST_F(ConfigServiceTest, KeepsTheValuesOfOtherArgumentsApart) {
