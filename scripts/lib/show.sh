@@ -61,6 +61,11 @@ if [ -z "$killed" ]; then
   echo "the application did not come to the outage" >&2
   exit 1
 fi
+
+echo
+echo "== a walk through all six services, with another application"
+timeout 60 "$bin/device_tour"
+
 kill -TERM "$device"
 wait "$device"
 device=
