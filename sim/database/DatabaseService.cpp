@@ -48,13 +48,15 @@ bool DatabaseService::prepare(std::string* error) {
   return store_->transact([this](Transaction& transaction) { tables_.create(transaction); }, error);
 }
 
-int32_t DatabaseService::transact(const Work& work) {
+int32_t DatabaseService::transact(const Work& work, std::string* error) {
   const std::lock_guard lock(mutex_);
   int32_t result = kRefused;
-  const bool kept = store_->transact([&](Transaction& transaction) {
-    result = work(transaction);
-    if (result == kRefused) transaction.cancel();
-  });
+  const bool kept = store_->transact(
+      [&](Transaction& transaction) {
+        result = work(transaction);
+        if (result == kRefused) transaction.cancel();
+      },
+      error);
   return kept ? result : kRefused;
 }
 
@@ -64,7 +66,10 @@ DatabaseService::Status DatabaseService::answer(int32_t* result, const Work& wor
 }
 
 DatabaseService::Status DatabaseService::carryOut(const Work& work) {
-  return transact(work) == kRefused ? refuseArgument() : Status::ok();
+  std::string error;
+  if (transact(work, &error) != kRefused) return Status::ok();
+  return error.empty() ? refuseArgument()
+                       : Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, error.c_str());
 }
 
 /* Short messages and voice mail */

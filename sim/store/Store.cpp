@@ -1,5 +1,6 @@
 #include "store/Store.h"
 
+#include <android/log.h>
 #include <fcntl.h>
 #include <sqlite3.h>
 #include <sys/stat.h>
@@ -12,6 +13,7 @@ namespace sim {
 
 namespace {
 
+constexpr const char* kTag = "vesk-device";
 /** Stands in each of our files, which tells them from those of other programs. */
 constexpr uint32_t kApplicationId = 0x5645534b;
 /** Counts up when an older vesk-device could no longer read a file. */
@@ -177,7 +179,11 @@ bool Store::transact(const std::function<void(Transaction&)>& work, std::string*
   } else {
     failure = describeFailure();
   }
-  if (error != nullptr) *error = failure;
+  if (error != nullptr) {
+    *error = failure;
+  } else if (!failure.empty()) {
+    __android_log_print(ANDROID_LOG_ERROR, kTag, "the state can't be changed: %s", failure.c_str());
+  }
   return false;
 }
 

@@ -83,7 +83,7 @@ class Store {
   Store& operator=(const Store&) = delete;
 
   /** Runs `work`, which must not begin another transaction. Whether what it did is there to stay; if a
-   * statement or the writing failed, `error`, unless it is null, tells why. */
+   * statement or the writing failed, `error` tells why, or, if it is null, the log. */
   bool transact(const std::function<void(Transaction&)>& work, std::string* error = nullptr);
 
  private:

@@ -2,6 +2,10 @@
 
 #include <gtest/gtest.h>
 
+#include <cstring>
+#include <vector>
+
+#include "LogCapture.h"
 #include "ServiceTesting.h"
 #include "database/CallLog.h"
 #include "phone/Phone.h"
@@ -53,7 +57,7 @@ class DatabaseServiceTest : public testing::Test {
     int32_t all = 0;
     EXPECT_TRUE(service_->phonebookGetContactGroupId(id, count, &groups, &all).isOk());
     std::vector<int32_t> ids(groups.blob().length() / sizeof(int32_t));
-    std::memcpy(ids.data(), groups.blob().c_str(), groups.blob().length());
+    if (!ids.empty()) std::memcpy(ids.data(), groups.blob().c_str(), groups.blob().length());
     ids.push_back(all);
     return ids;
   }
@@ -68,6 +72,17 @@ TEST_F(DatabaseServiceTest, AnswersEachMethodAndTakesNoEmptyRecord) {
 #define METHOD(code, name, ...) vesk::test::expectAnswer(*service_, #name, &IDatabaseService::name);
 #include <com/qv/DatabaseService.def>
 #undef METHOD
+}
+
+TEST(DatabaseService, TellsThatItsStoreFails) {
+  // Nobody has made the tables.
+  const android::sp<IDatabaseService> service = new sim::DatabaseService(vesk::test::openStore());
+  vesk::test::LogCapture log;
+  EXPECT_EQ(ask(*service, &IDatabaseService::addMemo, pack(sim::MemoRecord{})), -1);
+  EXPECT_EQ(log.take(),
+            std::vector<vesk::test::LogLine>(
+                {{ANDROID_LOG_ERROR, "vesk-device", "the state can't be changed: no such table: memos"}}));
+  EXPECT_EQ(service->deleteSmsAll(0).exceptionCode(), android::binder::Status::EX_ILLEGAL_STATE);
 }
 
 TEST_F(DatabaseServiceTest, CountsMessagesByBox) {
