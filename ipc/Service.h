@@ -1,9 +1,12 @@
 #pragma once
 
+#include <unistd.h>
+
 #include <cstddef>
 #include <cstdint>
 #include <mutex>
 #include <string>
+#include <system_error>
 #include <thread>
 #include <tuple>
 #include <type_traits>
@@ -226,18 +229,26 @@ class Service {
 
   /** As the binder would: on a thread of its own, since the application may hold locks around its connect. */
   static void tellOfDeath(const android::sp<Client>& client) {
-    std::thread([client] { client->binderDied(client->binder); }).detach();
+    try {
+      std::thread([client] { client->binderDied(client->binder); }).detach();
+    } catch (const std::system_error&) {
+      client->binderDied(client->binder);  // Better here than not at all.
+    }
   }
 
   Slot<Client> slot_;
   std::mutex publishing_;
 };
 
-/** Releases a service's client when the library's static objects are destroyed. */
+/** Releases a service's client when the library's static objects are destroyed. A forked child leaves it
+ * alone: it is its parent's. */
 template <class Client>
 struct ReleaseAtExit {
   Service<Client>& service;
-  ~ReleaseAtExit() { service.disconnect(); }
+  const pid_t process = ::getpid();
+  ~ReleaseAtExit() {
+    if (::getpid() == process) service.disconnect();
+  }
 };
 
 }  // namespace com::qv

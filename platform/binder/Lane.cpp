@@ -1,5 +1,6 @@
 #include "Lane.h"
 
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
@@ -77,6 +78,11 @@ bool isValid(const FrameHeader& header) {
 
 }  // namespace
 
+bool waitReadable(int socket, int timeoutMs) {
+  pollfd poller{socket, POLLIN, 0};
+  return retryOnInterrupt([&] { return ::poll(&poller, 1, timeoutMs); }) > 0;
+}
+
 status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
   Pieces pieces;
   pieces.add(&header, sizeof(header));
@@ -93,6 +99,14 @@ status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<Ob
     }
   }
   return OK;
+}
+
+status_t Lane::trySend(const FrameHeader& header) {
+  const auto send = [&] {
+    return ::send(socket_.get(), &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT);
+  };
+  if (retryOnInterrupt(send) >= 0) return OK;
+  return errno == EAGAIN || errno == EWOULDBLOCK ? WOULD_BLOCK : statusOfErrno();
 }
 
 status_t Lane::receive(FrameHeader* header, Parcel* data) {

@@ -13,6 +13,9 @@
 
 namespace android::transport {
 
+/** Waits until there is something to receive; false if there is nothing in time. */
+bool waitReadable(int socket, int timeoutMs);
+
 /**
  * A connection that carries frames, one at a time. All that is known of the carrier stands here: a socket
  * that keeps packets whole, so that a frame that fits the first packet costs one send and one receive. After
@@ -29,11 +32,17 @@ class Lane {
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {});
 
+  /** Sends a frame without data, if that can be done without waiting; else WOULD_BLOCK, and the lane is as it
+   * was. */
+  status_t trySend(const FrameHeader& header);
+
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,
    * FAILED_TRANSACTION if what came is no frame or there is no memory for it.
    */
   status_t receive(FrameHeader* header, Parcel* data);
+
+  bool waitReadable(int timeoutMs) const { return transport::waitReadable(socket_.get(), timeoutMs); }
 
   /** The objects of the frame received last. */
   const std::vector<ObjectEntry>& objects() const { return objects_; }

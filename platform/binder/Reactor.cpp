@@ -21,10 +21,22 @@ namespace android::transport {
 
 namespace {
 
+/** Until what failed for want of descriptors or threads is tried again. */
+constexpr int kRetryMs = 50;
+
 status_t failed(const char* what) {
   const int error = errno;
   __android_log_print(ANDROID_LOG_ERROR, "binder", "%s: %s", what, std::strerror(error));
   return -error;
+}
+
+/** The application's signal handlers run on the application's threads; faults must be seen where they happen.
+ */
+sigset_t maskOfReactor() {
+  sigset_t mask;
+  sigfillset(&mask);
+  for (const int fault : {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGTRAP, SIGSYS, SIGABRT}) sigdelset(&mask, fault);
+  return mask;
 }
 
 }  // namespace
@@ -33,11 +45,13 @@ status_t Reactor::start() {
   if (epoll_.valid()) return OK;
   UniqueFd epoll(::epoll_create1(EPOLL_CLOEXEC));
   if (!epoll.valid()) return failed("can't wait for connections");
+  pthread_sigmask(SIG_SETMASK, nullptr, &applicationMask_);
+  hasForeignThread_ = hasForeignThread_ || foreign_.start(applicationMask_);
   epoll_ = std::move(epoll);
-  if (startThread("binder:reactor", [this] { run(); })) return OK;
+  if (hasForeignThread_ && startThread("binder:reactor", maskOfReactor(), [this] { run(); })) return OK;
   epoll_ = UniqueFd();
   errno = EAGAIN;
-  return failed("can't start the thread that waits for connections");
+  return failed("can't start the threads of the transport");
 }
 
 status_t Reactor::add(Entry entry) {
@@ -53,13 +67,16 @@ status_t Reactor::add(Entry entry) {
 
 Reactor::Entry Reactor::take(int fd) {
   const std::lock_guard lock(mutex_);
+  const auto entry = entries_.find(fd);
+  if (entry == entries_.end()) return {};
   ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, fd, nullptr);
-  return std::move(entries_.extract(fd).mapped());
+  return std::move(entries_.extract(entry).mapped());
 }
 
 status_t Reactor::listen() {
   const std::lock_guard lock(mutex_);
-  if (listening_.valid()) return OK;
+  // Who cleans up the directory under a running process takes its socket away.
+  if (listening_.valid() && runtime_dir::hasSocket(Transport::self().id)) return OK;
   if (const status_t status = start(); status != OK) return status;
   if (const status_t status = runtime_dir::prepare(); status != OK) return status;
   runtime_dir::removeDeadSockets();
@@ -86,12 +103,13 @@ status_t Reactor::listen() {
     ::unlink(address.sun_path);
     return status;
   }
+  const bool isFirst = !listening_.valid();
   listening_ = std::move(socket);
-  static const pid_t listener = ::getpid();
-  std::atexit([] {
-    // A forked child exits, too.
-    if (::getpid() == listener) runtime_dir::removeAllOf(Transport::self().id);
-  });
+  if (isFirst) {
+    std::atexit([] {
+      if (!Transport::self().forked) runtime_dir::removeAllOf(Transport::self().id);
+    });
+  }
   return OK;
 }
 
@@ -107,7 +125,10 @@ status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remo
 void Reactor::run() {
   for (;;) {
     epoll_event event;
-    if (::epoll_wait(epoll_.get(), &event, 1, -1) != 1) continue;
+    const int timeout = waiting_.empty() ? -1 : kRetryMs;
+    const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeout);
+    std::erase_if(waiting_, [this](const WaitingLane& lane) { return serveOnThread(lane); });
+    if (ready != 1) continue;
     const int fd = event.data.fd;
     bool isListening;
     {
@@ -127,12 +148,14 @@ void Reactor::accept() {
   entry.connection = UniqueFd(::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC));
   if (!entry.connection.valid()) {
     if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
-      failed("can't accept a connection");
+      if (!acceptFails_) failed("can't accept connections");
+      acceptFails_ = true;
       // It stays in the queue; without a pause this would be a busy loop.
-      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      std::this_thread::sleep_for(std::chrono::milliseconds(kRetryMs));
     }
     return;
   }
+  acceptFails_ = false;
   socklen_t size = sizeof(entry.credentials);
   if (::getsockopt(entry.connection.get(), SOL_SOCKET, SO_PEERCRED, &entry.credentials, &size) < 0 ||
       entry.credentials.uid != ::geteuid()) {
@@ -146,11 +169,13 @@ void Reactor::accept() {
 
 void Reactor::readable(int fd) {
   Entry entry = take(fd);
-  if (entry.peer != nullptr) {
+  if (!entry.connection.valid()) {
+    // The last word of a listening socket that has just been replaced.
+  } else if (entry.peer != nullptr) {
     // Nothing is ever sent here, so this is the end of the process, or of its good behaviour.
     Transport::self().exports.removePeer(*entry.peer);
     auto dropped = std::make_shared<std::vector<sp<BBinder>>>(entry.peer->dropAll());
-    if (!dropped->empty()) startThread("binder:drop", [dropped] { dropped->clear(); });
+    if (!dropped->empty()) runForeign("binder:drop", [dropped] { dropped->clear(); });
   } else if (entry.remote != nullptr) {
     entry.remote->died();
   } else {
@@ -175,10 +200,18 @@ void Reactor::greet(Entry entry, const Hello& hello) {
   } else if (hello.kind == ConnectionKind::kLane) {
     std::shared_ptr<Peer> peer = exports.peer(hello.process);
     if (peer == nullptr || peer->pid() != entry.credentials.pid) return;
-    auto connection = std::make_shared<UniqueFd>(std::move(entry.connection));
-    const uid_t uid = entry.credentials.uid;
-    startThread("binder:lane", [connection, peer, uid] { serve(std::move(*connection), peer, uid); });
+    const WaitingLane lane{std::make_shared<UniqueFd>(std::move(entry.connection)), std::move(peer),
+                           entry.credentials.uid};
+    if (serveOnThread(lane)) return;
+    __android_log_print(ANDROID_LOG_ERROR, "binder",
+                        "no thread for a caller, who waits until there can be one");
+    waiting_.push_back(lane);
   }
+}
+
+bool Reactor::serveOnThread(const WaitingLane& lane) {
+  return startThread("binder:lane", applicationMask_,
+                     [lane] { serve(std::move(*lane.connection), lane.peer, lane.uid); });
 }
 
 }  // namespace android::transport

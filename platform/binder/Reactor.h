@@ -2,12 +2,16 @@
 
 #include <sys/socket.h>
 
+#include <functional>
 #include <memory>
 #include <mutex>
 #include <unordered_map>
+#include <utility>
+#include <vector>
 
 #include <utils/Errors.h>
 
+#include "ForeignWork.h"
 #include "Frame.h"
 #include "UniqueFd.h"
 
@@ -28,6 +32,9 @@ class Reactor {
   /** Has `remote` told when `connection` ends. */
   status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
 
+  /** Runs code of the application's that the thread itself must not run. */
+  void runForeign(const char* name, std::function<void()> work) { foreign_.run(name, std::move(work)); }
+
  private:
   /** What a descriptor is for: an accepted connection until its Hello, or one of the two ends of a watch
    * connection. */
@@ -38,6 +45,13 @@ class Reactor {
     std::shared_ptr<Remote> remote;
   };
 
+  /** A lane for which there is no thread yet. */
+  struct WaitingLane {
+    std::shared_ptr<UniqueFd> connection;
+    std::shared_ptr<Peer> peer;
+    uid_t uid;
+  };
+
   status_t start();
   status_t add(Entry entry);
   Entry take(int fd);
@@ -45,11 +59,19 @@ class Reactor {
   void accept();
   void readable(int fd);
   void greet(Entry entry, const Hello& hello);
+  bool serveOnThread(const WaitingLane& lane);
 
   std::mutex mutex_;
+  ForeignWork foreign_;
+  bool hasForeignThread_ = false;
+  /** The signal mask of the application's threads, and so of those that run its code. */
+  sigset_t applicationMask_ = {};
   UniqueFd epoll_;
   UniqueFd listening_;
   std::unordered_map<int, Entry> entries_;
+  /** Only the thread uses these. */
+  std::vector<WaitingLane> waiting_;
+  bool acceptFails_ = false;
 };
 
 }  // namespace android::transport

@@ -2,7 +2,6 @@
 
 #include <android/log.h>
 #include <sys/socket.h>
-#include <sys/time.h>
 #include <unistd.h>
 
 #include <cerrno>
@@ -17,9 +16,11 @@ namespace android::transport {
 
 namespace {
 
-/** How long a process may take to answer that it can be watched. One that is stopped or stuck counts as
- * absent. */
-constexpr timeval kGreetingTimeout = {5, 0};
+/**
+ * How long a process may take to answer that it can be watched or that an object may be held, for which none
+ * of its own code has to run. One that is stopped or stuck counts as out of reach.
+ */
+constexpr int kAnswerTimeoutMs = 5000;
 
 /** Connects to a process and sends the Hello. */
 status_t openConnection(uint64_t process, ConnectionKind kind, UniqueFd* connection) {
@@ -56,25 +57,30 @@ status_t openConnection(uint64_t process, ConnectionKind kind, UniqueFd* connect
 
 status_t Remote::connect() {
   const std::lock_guard connecting(connecting_);
-  if (isDead()) return DEAD_OBJECT;
-  if (connected_) return OK;
+  if (!connected_) {
+    connected_ = openWatch();
+    if (*connected_ != OK) {
+      // Those who waited for this attempt share its failure. Whoever comes next makes a new one: the cause
+      // may have gone.
+      dead_.store(true, std::memory_order_release);
+      Transport::self().remotes.remove(*this);
+    }
+  }
+  return *connected_;
+}
 
+status_t Remote::openWatch() {
   UniqueFd watch;
   if (const status_t status = openConnection(id_, ConnectionKind::kWatch, &watch); status != OK) {
     return status;
   }
-  ::setsockopt(watch.get(), SOL_SOCKET, SO_RCVTIMEO, &kGreetingTimeout, sizeof(kGreetingTimeout));
   Hello answer;
-  ssize_t size;
-  do {
-    size = ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC);
-  } while (size < 0 && errno == EINTR);
+  if (!waitReadable(watch.get(), kAnswerTimeoutMs)) return FAILED_TRANSACTION;
+  const ssize_t size = ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC | MSG_DONTWAIT);
   if (size == 0 || (size < 0 && errno == ECONNRESET)) return DEAD_OBJECT;
   if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) return FAILED_TRANSACTION;
 
-  const status_t status = Transport::self().reactor.watch(std::move(watch), shared_from_this());
-  connected_ = status == OK;
-  return status;
+  return Transport::self().reactor.watch(std::move(watch), shared_from_this());
 }
 
 sp<BpBinder> Remote::knownProxy(uint64_t number) {
@@ -82,28 +88,51 @@ sp<BpBinder> Remote::knownProxy(uint64_t number) {
   return entry == proxies_.end() ? nullptr : entry->second.promote();
 }
 
-sp<IBinder> Remote::proxy(uint64_t number) {
+status_t Remote::proxy(uint64_t number, sp<IBinder>* object) {
   {
     const std::lock_guard lock(mutex_);
-    if (sp<BpBinder> known = knownProxy(number); known != nullptr) return known;
+    if (sp<BpBinder> known = knownProxy(number); known != nullptr) {
+      *object = std::move(known);
+      return OK;
+    }
   }
-  if (acquire(number) != OK) return nullptr;
+  if (const status_t status = acquire(number); status != OK) return status;
   sp<BpBinder> result;
   {
     const std::lock_guard lock(mutex_);
     result = knownProxy(number);
     if (result == nullptr) {
-      result = new BpBinder(shared_from_this(), number);
+      *object = result = new BpBinder(shared_from_this(), number);
       if (!isDead()) proxies_[number] = result;
-      return result;
+      return OK;
     }
   }
   // Another thread was faster, and its proxy has a reference of its own.
   sendRelease(number);
-  return result;
+  *object = std::move(result);
+  return OK;
 }
 
 std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
+  if (Transport::self().forked) {
+    *status = FAILED_TRANSACTION;
+    return nullptr;
+  }
+  std::unique_ptr<Lane> lane = idleOrNewLane(status);
+  if (lane == nullptr) return nullptr;
+  std::vector<uint64_t> unreleased;
+  {
+    const std::lock_guard lock(mutex_);
+    unreleased.swap(unreleased_);
+  }
+  for (const uint64_t number : unreleased) {
+    *status = lane->send({.kind = FrameKind::kRelease, .object = number});
+    if (*status != OK) return nullptr;
+  }
+  return lane;
+}
+
+std::unique_ptr<Lane> Remote::idleOrNewLane(status_t* status) {
   {
     const std::lock_guard lock(mutex_);
     if (!idle_.empty()) {
@@ -157,6 +186,7 @@ status_t Remote::acquire(uint64_t number) {
   FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
   Parcel none;
   status = lane->send(header);
+  if (status == OK && !lane->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
   if (status == OK) status = lane->receive(&header, &none);
   if (status != OK) return status;
   returnLane(std::move(lane));
@@ -164,11 +194,17 @@ status_t Remote::acquire(uint64_t number) {
 }
 
 void Remote::sendRelease(uint64_t number) {
+  if (isDead() || Transport::self().forked) return;
+  // Whoever lets an object go must not wait for its process. What can't be sent now goes with the next call.
   status_t status = OK;
-  if (isDead()) return;
-  std::unique_ptr<Lane> lane = takeLane(&status);
-  if (lane == nullptr) return;
-  if (lane->send({.kind = FrameKind::kRelease, .object = number}) == OK) returnLane(std::move(lane));
+  std::unique_ptr<Lane> lane = idleOrNewLane(&status);
+  if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
+  const bool putOff = lane == nullptr || status == WOULD_BLOCK;
+  if (putOff) {
+    const std::lock_guard lock(mutex_);
+    unreleased_.push_back(number);
+  }
+  if (lane != nullptr && (status == OK || putOff)) returnLane(std::move(lane));
 }
 
 void Remote::release(const BpBinder& proxy) {
@@ -193,25 +229,22 @@ void Remote::died() {
     }
     proxies_.clear();
   }
-  const auto tell = [proxies] {
+  if (proxies->empty()) return;
+  Transport::self().reactor.runForeign("binder:death", [proxies] {
     for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();
     proxies->clear();
-  };
-  if (!proxies->empty() && !startThread("binder:death", tell)) tell();
+  });
 }
 
-std::shared_ptr<Remote> Remotes::connect(uint64_t process) {
-  std::shared_ptr<Remote> remote;
+status_t Remotes::connect(uint64_t process, std::shared_ptr<Remote>* remote) {
+  if (Transport::self().forked) return FAILED_TRANSACTION;
   {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<Remote>& known = remotes_[process];
     if (known == nullptr) known = std::make_shared<Remote>(process);
-    remote = known;
+    *remote = known;
   }
-  if (remote->connect() == OK) return remote;
-  // Whoever asks next tries anew: the cause may have gone.
-  remove(*remote);
-  return nullptr;
+  return (*remote)->connect();
 }
 
 void Remotes::remove(const Remote& remote) {

@@ -4,6 +4,7 @@
 #include <cstdint>
 #include <memory>
 #include <mutex>
+#include <optional>
 #include <unordered_map>
 #include <vector>
 
@@ -28,11 +29,11 @@ class Remote : public std::enable_shared_from_this<Remote> {
   uint64_t id() const { return id_; }
   bool isDead() const { return dead_.load(std::memory_order_acquire); }
 
-  /** Makes the watch connection, if there is none yet. */
+  /** Makes the watch connection, if there is none yet. After a failure this Remote is of no more use. */
   status_t connect();
 
-  /** The one proxy of an object; null if the object can't be had any more. */
-  sp<IBinder> proxy(uint64_t number);
+  /** The one proxy of an object. DEAD_OBJECT if the object is no more. */
+  status_t proxy(uint64_t number, sp<IBinder>* object);
 
   status_t transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags);
 
@@ -43,8 +44,11 @@ class Remote : public std::enable_shared_from_this<Remote> {
   void died();
 
  private:
+  /** An idle lane or a new one, over which all releases that were put off have been sent. */
   std::unique_ptr<Lane> takeLane(status_t* status);
+  std::unique_ptr<Lane> idleOrNewLane(status_t* status);
   void returnLane(std::unique_ptr<Lane> lane);
+  status_t openWatch();
   status_t acquire(uint64_t number);
   void sendRelease(uint64_t number);
   sp<BpBinder> knownProxy(uint64_t number);
@@ -52,19 +56,22 @@ class Remote : public std::enable_shared_from_this<Remote> {
   const uint64_t id_;
   std::atomic<bool> dead_;
   std::mutex connecting_;
-  bool connected_ = false;
+  /** What came of connecting, once it has been tried. */
+  std::optional<status_t> connected_;
 
   std::mutex mutex_;
   /** The lane used last is at the back, and is used next. */
   std::vector<std::unique_ptr<Lane>> idle_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
+  /** Objects to be released that no lane would take at the time. */
+  std::vector<uint64_t> unreleased_;
 };
 
 /** All processes whose objects this process holds. */
 class Remotes {
  public:
-  /** The process of that number; null if it can't be reached. */
-  std::shared_ptr<Remote> connect(uint64_t process);
+  /** The process of that number. DEAD_OBJECT if it is no more. */
+  status_t connect(uint64_t process, std::shared_ptr<Remote>* remote);
   void remove(const Remote& remote);
 
  private:

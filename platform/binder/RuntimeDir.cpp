@@ -82,6 +82,15 @@ std::optional<Address> parse(std::string_view text) {
   return address;
 }
 
+/** Connects to a socket and leaves again, without waiting; the error number. EAGAIN is that of a queue that
+ * is full. */
+int probe(const sockaddr_un& address) {
+  const UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  if (!socket.valid()) return errno;
+  return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) < 0 ? errno
+                                                                                                   : 0;
+}
+
 template <class F>
 void forEachEntry(F f) {
   std::error_code error;
@@ -149,18 +158,21 @@ void removeDeadSockets() {
   forEachEntry([](const std::string& name) {
     uint64_t process;
     sockaddr_un address;
-    if (!name.starts_with(kSocketPrefix) ||
-        !parseHex(std::string_view(name).substr(std::strlen(kSocketPrefix)), &process) ||
-        !socketAddress(process, &address)) {
-      return;
-    }
-    const UniqueFd probe(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
-    if (probe.valid() &&
-        ::connect(probe.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) < 0 &&
-        errno == ECONNREFUSED) {
+    if (name.starts_with(kSocketPrefix) &&
+        parseHex(std::string_view(name).substr(std::strlen(kSocketPrefix)), &process) &&
+        socketAddress(process, &address) && probe(address) == ECONNREFUSED) {
       ::unlink(address.sun_path);
     }
   });
+}
+
+bool hasSocket(uint64_t process) { return ::access(pathOf(kSocketPrefix + hex(process)).c_str(), F_OK) == 0; }
+
+bool isListening(uint64_t process) {
+  sockaddr_un address;
+  if (!socketAddress(process, &address)) return false;
+  const int error = probe(address);
+  return error == 0 || error == EAGAIN;
 }
 
 void removeAllOf(uint64_t process) {

@@ -36,6 +36,11 @@ bool socketAddress(uint64_t process, sockaddr_un* address);
 /** Where its socket stands until it listens. */
 bool unreadySocketAddress(uint64_t process, sockaddr_un* address);
 
+/** Whether the socket of that process is still in the directory. */
+bool hasSocket(uint64_t process);
+/** Whether the process of that number lives and can be reached. Doesn't wait for it. */
+bool isListening(uint64_t process);
+
 /** Removes the sockets of processes that are no more. */
 void removeDeadSockets();
 

@@ -39,17 +39,22 @@ bool answerRequest(Lane* lane, const FrameHeader& request, Peer* peer, Parcel* d
   return lane->receive(&claimed, data) == OK && claimed.kind == FrameKind::kClaimed;
 }
 
-status_t acquire(Peer* peer, uint64_t number) {
+bool answerAcquire(Lane* lane, Peer* peer, uint64_t number) {
   const sp<BBinder> object = Transport::self().exports.find(number);
-  return object != nullptr && peer->hold(number, object) ? OK : DEAD_OBJECT;
+  const bool held = object != nullptr && peer->hold(number, object);
+  if (lane->send({.kind = FrameKind::kReply, .status = held ? OK : DEAD_OBJECT}) == OK) return true;
+  // Who doesn't wait any longer doesn't know that it holds the object.
+  if (held) peer->drop(number);
+  return false;
 }
 
 }  // namespace
 
 void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid) {
-  CallingIdentity::set({peer->pid(), uid});
   Lane lane(std::move(connection));
   for (bool usable = true; usable;) {
+    // Anew for each transaction: the one before may have left it cleared.
+    CallingIdentity::set({peer->pid(), uid});
     FrameHeader header;
     Parcel data;
     if (lane.receive(&header, &data) != OK) return;
@@ -58,7 +63,7 @@ void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid) {
         usable = answerRequest(&lane, header, peer.get(), &data);
         break;
       case FrameKind::kAcquire:
-        usable = lane.send({.kind = FrameKind::kReply, .status = acquire(peer.get(), header.object)}) == OK;
+        usable = answerAcquire(&lane, peer.get(), header.object);
         break;
       case FrameKind::kRelease:
         peer->drop(header.object);

@@ -57,8 +57,9 @@ class ServiceManager : public IServiceManager {
   sp<IBinder> checkService(const String16& name) const override {
     const std::string fileName = fileNameOf(name);
     if (fileName.empty()) return nullptr;
-    const auto address = runtime_dir::lookUp(fileName);
-    return address ? Transport::self().objectAt(*address) : nullptr;
+    sp<IBinder> service;
+    if (const auto address = runtime_dir::lookUp(fileName)) Transport::self().objectAt(*address, &service);
+    return service;
   }
 
   status_t addService(const String16& name, const sp<IBinder>& service) override {
@@ -76,15 +77,9 @@ class ServiceManager : public IServiceManager {
     Vector<String16> result;
     for (const std::string& name : runtime_dir::names()) {
       const auto address = runtime_dir::lookUp(name);
-      if (address && isAlive(*address)) result.push_back(String16(name.c_str()));
+      if (address && runtime_dir::isListening(address->process)) result.push_back(String16(name.c_str()));
     }
     return result;
-  }
-
- private:
-  static bool isAlive(const Address& address) {
-    return address.process == Transport::self().id ||
-           Transport::self().remotes.connect(address.process) != nullptr;
   }
 };
 

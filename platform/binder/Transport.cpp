@@ -1,11 +1,10 @@
 #include "Transport.h"
 
-#include <android/log.h>
 #include <pthread.h>
 #include <sys/random.h>
 
 #include <cerrno>
-#include <csignal>
+
 #include <system_error>
 #include <thread>
 #include <utility>
@@ -20,22 +19,29 @@ Transport& Transport::self() {
   return transport;
 }
 
-Transport::Transport() : id(randomNumber()) {}
+Transport::Transport() : id(randomNumber()) {
+  ::pthread_atfork(nullptr, nullptr, [] { self().forked = true; });
+}
 
 status_t Transport::addressOf(IBinder* object, Address* address) {
   if (const BpBinder* proxy = object->remoteBinder(); proxy != nullptr) {
     *address = {proxy->process().id(), proxy->number()};
     return OK;
   }
+  if (object->localBinder() == nullptr) return BAD_TYPE;
   if (const status_t status = reactor.listen(); status != OK) return status;
   *address = {id, exports.numberOf(object->localBinder())};
   return OK;
 }
 
-sp<IBinder> Transport::objectAt(const Address& address) {
-  if (address.process == id) return exports.find(address.number);
-  const std::shared_ptr<Remote> remote = remotes.connect(address.process);
-  return remote == nullptr ? nullptr : remote->proxy(address.number);
+status_t Transport::objectAt(const Address& address, sp<IBinder>* object) {
+  if (address.process == id) {
+    *object = exports.find(address.number);
+    return *object == nullptr ? DEAD_OBJECT : OK;
+  }
+  std::shared_ptr<Remote> remote;
+  const status_t status = remotes.connect(address.process, &remote);
+  return status == OK ? remote->proxy(address.number, object) : status;
 }
 
 status_t Transport::describe(const Parcel& parcel, std::vector<ObjectEntry>* entries) {
@@ -56,10 +62,12 @@ status_t Transport::adopt(Parcel* parcel, const std::vector<ObjectEntry>& entrie
   std::vector<ParcelAccess::Object> objects;
   objects.reserve(entries.size());
   for (const ObjectEntry& entry : entries) {
-    sp<IBinder> binder = objectAt({entry.owner, entry.number});
-    if (binder == nullptr) {
-      // Its process is gone or out of reach: an object that is dead from the start.
+    sp<IBinder> binder;
+    const status_t status = objectAt({entry.owner, entry.number}, &binder);
+    if (status == DEAD_OBJECT) {
       binder = new BpBinder(std::make_shared<Remote>(entry.owner, true), entry.number);
+    } else if (status != OK) {
+      return status;
     }
     objects.push_back({entry.offset, std::move(binder)});
   }
@@ -76,19 +84,15 @@ uint64_t randomNumber() {
   return number;
 }
 
-bool startThread(const char* name, std::function<void()> work) {
-  // The application's signal handlers run on its own threads.
-  sigset_t all;
+bool startThread(const char* name, const sigset_t& mask, std::function<void()> work) {
   sigset_t before;
-  sigfillset(&all);
-  pthread_sigmask(SIG_SETMASK, &all, &before);
+  pthread_sigmask(SIG_SETMASK, &mask, &before);
   bool started = true;
   try {
     std::thread thread(std::move(work));
     pthread_setname_np(thread.native_handle(), name);
     thread.detach();
-  } catch (const std::system_error& error) {
-    __android_log_print(ANDROID_LOG_ERROR, "binder", "can't start the thread %s: %s", name, error.what());
+  } catch (const std::system_error&) {
     started = false;
   }
   pthread_sigmask(SIG_SETMASK, &before, nullptr);

@@ -1,5 +1,7 @@
 #pragma once
 
+#include <signal.h>
+
 #include <atomic>
 #include <cstdint>
 #include <functional>
@@ -30,22 +32,27 @@ struct Transport {
   Reactor reactor;
   /** Set once binder threads may run. */
   std::atomic<bool> poolStarted{false};
+  /** Set in a forked child: the connections are its parent's, and it must leave them alone. */
+  std::atomic<bool> forked{false};
 
   /** The address of an object, local or not, which makes this process reachable if the object is its own. */
   status_t addressOf(IBinder* object, Address* address);
-  /** The object at an address; null if it can't be had. */
-  sp<IBinder> objectAt(const Address& address);
+  /** The object at an address. DEAD_OBJECT if it is no more, other errors if it can't be had for now. */
+  status_t objectAt(const Address& address, sp<IBinder>* object);
 
   /** The binders in a parcel as they go out with it. */
   status_t describe(const Parcel& parcel, std::vector<ObjectEntry>* entries);
-  /** Gives a parcel that came in its binders, holding them. BAD_VALUE if the entries don't fit its data. */
+  /**
+   * Gives a parcel that came in its binders, holding them; those whose processes have died arrive dead.
+   * BAD_VALUE if the entries don't fit its data.
+   */
   status_t adopt(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };
 
 uint64_t randomNumber();
 
-/** Runs `work` on a thread that takes no signals. False if there can be no more threads. */
-bool startThread(const char* name, std::function<void()> work);
+/** Runs `work` on a thread with that signal mask. False if there can be no more threads. */
+bool startThread(const char* name, const sigset_t& mask, std::function<void()> work);
 
 /** Serves a lane until it ends. Runs on a thread of its own. */
 void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid);

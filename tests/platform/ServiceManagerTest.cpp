@@ -140,6 +140,22 @@ TEST_F(ServiceManagerTest, WaitsForAnAbsentService) {
   }
 }
 
+/** Exits with 0 if the service of that name answers. */
+CHILD_ROLE(caller) {
+  parent.ready();
+  const sp<IBinder> service = lookUp(args[0].c_str());
+  return service != nullptr && increment(service, 1) == 2 ? 0 : 1;
+}
+
+TEST_F(ServiceManagerTest, RegistersAgainWhereTheDirectoryWasRemoved) {
+  const sp<IBinder> object = new TestObject();
+  ASSERT_EQ(defaultServiceManager()->addService(String16("test.before"), object), OK);
+  std::filesystem::remove_all(std::getenv("BINDER_RUNTIME_DIR"));
+  ASSERT_EQ(defaultServiceManager()->addService(String16("test.after"), object), OK);
+  vesk::test::ChildProcess child("caller", {"test.after"});
+  EXPECT_EQ(child.wait(), 0);
+}
+
 /** Registers in the directory that the test has prepared; the exit code is the status. */
 CHILD_ROLE(registersIn) {
   ::setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);

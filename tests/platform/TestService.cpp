@@ -2,6 +2,7 @@
 
 #include <binder/IPCThreadState.h>
 #include <binder/ProcessState.h>
+#include <sys/resource.h>
 #include <unistd.h>
 
 #include <cstdlib>
@@ -74,6 +75,18 @@ status_t TestObject::onTransact(uint32_t code, const Parcel& data, Parcel* reply
     case kFail:
       reply->writeInt32(1);
       return data.readInt32();
+    case kForgetCaller:
+      IPCThreadState::self()->clearCallingIdentity();
+      return OK;
+    case kLimitFiles: {
+      rlimit limit;
+      ::getrlimit(RLIMIT_NOFILE, &limit);
+      const int32_t number = data.readInt32();
+      limit.rlim_cur = number == 0 ? limit.rlim_max : static_cast<rlim_t>(number);
+      return ::setrlimit(RLIMIT_NOFILE, &limit);
+    }
+    case kCountAlive:
+      return reply->writeInt32(alive);
     case kExit:
       std::exit(data.readInt32());
     default:

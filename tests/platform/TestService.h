@@ -42,6 +42,12 @@ class TestObject : public android::BBinder {
     kFail,
     /** Exit code in. */
     kExit,
+    /** Clears the calling identity and doesn't restore it. */
+    kForgetCaller,
+    /** int32 in: the number of file descriptors that the process may have; 0 lifts the limit. */
+    kLimitFiles,
+    /** The number of TestObjects in the process out. */
+    kCountAlive,
   };
 
   TestObject() { ++alive; }

@@ -54,6 +54,7 @@ TEST_F(TransactionTest, CarriesTheAnswerTheErrorAndTheCaller) {
   EXPECT_EQ(reply.readString16().size(), 0U);
   EXPECT_EQ(callEmpty(service, IBinder::DUMP_TRANSACTION, &reply), OK);
 
+  ASSERT_EQ(callEmpty(service, TestObject::kForgetCaller, &reply), OK);
   ASSERT_EQ(callEmpty(service, TestObject::kWhoCalls, &reply), OK);
   EXPECT_EQ(reply.readInt32(), ::getpid());
   EXPECT_EQ(reply.readInt32(), static_cast<int32_t>(::geteuid()));

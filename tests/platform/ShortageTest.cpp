@@ -1,0 +1,99 @@
+#include <binder/ProcessState.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+#include <csignal>
+#include <cstdlib>
+
+#include "TestService.h"
+
+/* What is short or stuck for a while costs the calls of that while, and nothing later. */
+
+using android::DEAD_OBJECT;
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::String16;
+
+namespace {
+
+class ShortageTest : public testing::Test {
+ protected:
+  ShortageTest() : process("test.service") { android::ProcessState::self()->startThreadPool(); }
+
+  ServiceProcess process;
+};
+
+TEST_F(ShortageTest, AProcessThatIsStoppedForAWhileIsFoundAgain) {
+  const auto lookUp = [] { return android::defaultServiceManager()->checkService(String16("test.service")); };
+  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  const auto start = std::chrono::steady_clock::now();
+  std::vector<std::thread> threads;
+  for (int i = 0; i < 3; ++i) threads.emplace_back([&] { EXPECT_EQ(lookUp(), nullptr); });
+  for (std::thread& thread : threads) thread.join();
+  // Each may wait five seconds, but not one after the other.
+  EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(9));
+  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  for (int i = 0; i < 2; ++i) {
+    const sp<IBinder> service = lookUp();
+    ASSERT_NE(service, nullptr);
+    EXPECT_EQ(increment(service, 1), 2);
+  }
+}
+
+TEST_F(ShortageTest, AnObjectThatCantBeHeldNowIsRefusedAndNotTakenForDead) {
+  const sp<IBinder> service = process.get();
+  const auto limitFiles = [&](int32_t number) {
+    Parcel data;
+    Parcel reply;
+    data.writeInt32(number);
+    return service->transact(TestObject::kLimitFiles, data, &reply);
+  };
+  const sp<IBinder> object = new TestObject();
+  ASSERT_EQ(limitFiles(1), OK);
+  EXPECT_EQ(callWith(service, TestObject::kKeep, object), android::FAILED_TRANSACTION);
+  ASSERT_EQ(limitFiles(0), OK);
+  ASSERT_EQ(callWith(service, TestObject::kKeep, object), OK);
+  Parcel data;
+  Parcel reply;
+  data.writeInt32(1);
+  ASSERT_EQ(service->transact(TestObject::kCallKept, data, &reply), OK);
+  EXPECT_EQ(reply.readInt32(), OK);
+}
+
+TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
+  const sp<IBinder> service = process.get();
+  std::vector<sp<IBinder>> objects;
+  for (int i = 0; i < 2000; ++i) objects.push_back(binderFrom(service, TestObject::kMakeObject));
+  const auto aliveThere = [&] {
+    Parcel data;
+    Parcel reply;
+    return service->transact(TestObject::kCountAlive, data, &reply) == OK ? reply.readInt32() : -1;
+  };
+  ASSERT_EQ(aliveThere(), 2001);
+  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  objects.clear();
+  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  waitUntil("the releases to arrive", [&] { return aliveThere() == 1; });
+}
+
+/** What a program does that forks and leaves, as after an exec that failed. */
+CHILD_ROLE(forker) {
+  static sp<IBinder> service;  // Its destructor runs in both processes.
+  service = android::defaultServiceManager()->getService(String16("test.service"));
+  parent.ready();
+  const pid_t child = ::fork();
+  if (child == 0) std::exit(increment(service, 1) == android::FAILED_TRANSACTION ? 0 : 1);
+  int status = -1;
+  ::waitpid(child, &status, 0);
+  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return 2;
+  return increment(service, 1) == 2 ? 0 : 3;
+}
+
+TEST_F(ShortageTest, AForkedChildLeavesTheConnectionsAlone) {
+  vesk::test::ChildProcess child("forker");
+  EXPECT_EQ(child.wait(), 0);
+}
+
+}  // namespace
