@@ -48,7 +48,7 @@ bool DatabaseService::prepare(std::string* error) {
   return store_->transact([this](Transaction& transaction) { tables_.create(transaction); }, error);
 }
 
-int32_t DatabaseService::transact(const Work& work, std::string* error) {
+int32_t DatabaseService::perform(const Work& work, std::string* error) {
   const std::lock_guard lock(mutex_);
   int32_t result = kRefused;
   const bool kept = store_->transact(
@@ -61,13 +61,13 @@ int32_t DatabaseService::transact(const Work& work, std::string* error) {
 }
 
 DatabaseService::Status DatabaseService::answer(int32_t* result, const Work& work) {
-  *result = transact(work);
+  *result = perform(work);
   return Status::ok();
 }
 
 DatabaseService::Status DatabaseService::carryOut(const Work& work) {
   std::string error;
-  if (transact(work, &error) != kRefused) return Status::ok();
+  if (perform(work, &error) != kRefused) return Status::ok();
   return error.empty() ? refuseArgument()
                        : Status::fromExceptionCode(Status::EX_ILLEGAL_STATE, error.c_str());
 }
@@ -186,7 +186,7 @@ DatabaseService::Status DatabaseService::requestBlackWhiteListData(int32_t which
 /* Call log */
 
 void DatabaseService::logCall(const CallLogRecord& call) {
-  transact([&](Transaction& transaction) {
+  perform([&](Transaction& transaction) {
     tables_.calls.add(transaction, call);
     std::vector<CallLogRecord> calls = tables_.calls.all(transaction);
     for (size_t surplus = 0; surplus + kMaxCalls < calls.size(); ++surplus) {

@@ -46,7 +46,7 @@ class DatabaseService : public com::qv::BnDatabaseService {
 
   /** What `work` gives, in one transaction; kRefused, and nothing has happened, if it gives that or the store
    * fails: `error` then tells why, or, if it is null, the log. */
-  int32_t transact(const Work& work, std::string* error = nullptr);
+  int32_t perform(const Work& work, std::string* error = nullptr);
   Status answer(int32_t* result, const Work& work);
   /** For a method without a result. */
   Status carryOut(const Work& work);

@@ -55,7 +55,7 @@ bool ExternalKeyService::prepare(std::string* error) {
       error);
 }
 
-bool ExternalKeyService::transact(const std::function<bool(Transaction&)>& work) {
+bool ExternalKeyService::perform(const std::function<bool(Transaction&)>& work) {
   return store_->transact([&](Transaction& transaction) {
     if (!work(transaction)) transaction.cancel();
   });
@@ -84,7 +84,7 @@ Status ExternalKeyService::getExkDevInfo(CommonParcelable* info) {
 }
 
 Status ExternalKeyService::getExkeyConfig(int32_t module, CommonParcelable* config) {
-  const bool done = isModule(module) && transact([&](Transaction& transaction) {
+  const bool done = isModule(module) && perform([&](Transaction& transaction) {
                       *config = pack(keysOf(transaction, module));
                       return true;
                     });
@@ -97,7 +97,7 @@ Status ExternalKeyService::addBtkConfig(const CommonParcelable& config, int32_t*
   int32_t key = kRefused;
   const bool done =
       added && isModule(added->module) && isByte(added->type) && isByte(added->line) &&
-      textOf(added->value).size() < sizeof(ModuleKey::value) && transact([&](Transaction& transaction) {
+      textOf(added->value).size() < sizeof(ModuleKey::value) && perform([&](Transaction& transaction) {
         ModuleKeysRecord keys = keysOf(transaction, added->module);
         const auto idle = std::ranges::find(keys.key, uint8_t{0}, &ModuleKey::type);
         key = added->key != 0 ? added->key : static_cast<int32_t>(idle - std::begin(keys.key)) + 1;
@@ -120,7 +120,7 @@ Status ExternalKeyService::set_or_get_singleState_config(const CommonParcelable&
   std::optional<KeyStateRecord> state = unpack<KeyStateRecord>(record);
   if (!state || !isModule(state->module) || !isKey(state->key)) return refuse();
   const int32_t id = stateId(state->module, state->key);
-  const bool done = transact([&](Transaction& transaction) {
+  const bool done = perform([&](Transaction& transaction) {
     if (state->selector != VESK_SINGLE_STATE_GET) {
       states_.put(transaction, id, bytesOf(*state));
     } else if (const std::optional<std::string> bytes = states_.find(transaction, id)) {
@@ -143,7 +143,7 @@ Status ExternalKeyService::set_or_get_singleState_config(const CommonParcelable&
 Status ExternalKeyService::resetExkDevConfig(int32_t module, int32_t what) {
   constexpr int32_t kAllModules = 0;
   if ((module != kAllModules && !isModule(module)) || what < kEverything || what > kStates) return refuse();
-  const bool done = transact([&](Transaction& transaction) {
+  const bool done = perform([&](Transaction& transaction) {
     for (int32_t each = 1; each <= kKeyModules; ++each) {
       if (module != kAllModules && module != each) continue;
       if (what != kStates) keys_.erase(transaction, each);

@@ -34,7 +34,7 @@ class ExternalKeyService : public com::qv::BnExternalKeyService {
 
  private:
   /** Whether `work` accepts and the store keeps what it did. */
-  bool transact(const std::function<bool(Transaction&)>& work);
+  bool perform(const std::function<bool(Transaction&)>& work);
   ModuleKeysRecord keysOf(Transaction& transaction, int32_t module) const;
 
   const std::shared_ptr<Store> store_;
