@@ -3,7 +3,6 @@
 #include <binder/IServiceManager.h>
 
 #include <cstdio>
-#include <utility>
 
 #include "database/CallLog.h"
 
@@ -33,7 +32,7 @@ Phone::Sink observer(const android::sp<DatabaseService>& database, bool verbose)
 
 }  // namespace
 
-Device::Device(const Options& options, std::shared_ptr<Store> store)
+Device::Device(const Options& options, const std::shared_ptr<Store>& store)
     : settings_(std::make_shared<Settings>(store)),
       databaseService_(new DatabaseService(store)),
       callService_(new CallService(options.speed, observer(databaseService_, options.verbose))),
@@ -44,9 +43,9 @@ Device::Device(const Options& options, std::shared_ptr<Store> store)
       externalKeyService_(new ExternalKeyService(store)) {}
 
 std::unique_ptr<Device> Device::start(const Options& options, std::string* error) {
-  std::shared_ptr<Store> store = Store::open(options.stateDirectory, error);
+  const std::shared_ptr<Store> store = Store::open(options.stateDirectory, error);
   if (store == nullptr) return nullptr;
-  std::unique_ptr<Device> device(new Device(options, std::move(store)));
+  std::unique_ptr<Device> device(new Device(options, store));
   if (!device->load(error) || !device->registerServices(error)) return nullptr;
   return device;
 }

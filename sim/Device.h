@@ -28,7 +28,7 @@ class Device {
   void stopEvents(std::chrono::milliseconds patience);
 
  private:
-  Device(const Options& options, std::shared_ptr<Store> store);
+  Device(const Options& options, const std::shared_ptr<Store>& store);
 
   bool load(std::string* error);
   bool registerServices(std::string* error) const;

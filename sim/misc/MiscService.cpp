@@ -76,7 +76,7 @@ constexpr int32_t kMulticastPort = 5004;
 
 }  // namespace
 
-MiscService::MiscService(double speed, std::function<void(const std::string&)> trace)
+MiscService::MiscService(double speed, const std::function<void(const std::string&)>& trace)
     : device_(speed, MiscDevice::Sinks{
                          .ate =
                              [this, trace](const AteEvent& event) {

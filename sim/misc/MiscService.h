@@ -23,7 +23,7 @@ class MiscService : public com::qv::BnMiscService {
   using Status = android::binder::Status;
 
   /** `trace` is told of each event, in words, under the device's lock. */
-  MiscService(double speed, std::function<void(const std::string&)> trace);
+  MiscService(double speed, const std::function<void(const std::string&)>& trace);
 
   Live<MiscDevice>& device() { return device_; }
 
