@@ -104,7 +104,7 @@ typedef void (*vesk_call_completion_info_callback)(void* completion_info, bool f
  * A connection that was replaced or given up in this way is not reported to on_service_died. Nor is the
  * service told of that: if it sends its events to both the earlier and the new connection, each comes twice.
  *
- * Every callback may be null; such an event is logged and dropped. Until the function returns, events go to
+ * Every callback may be null; such an event is logged and dropped. Until the connection stands, events go to
  * the callbacks given before, if there are any. An event whose record is not exactly of its size is dropped,
  * mostly with a line in the log.
  *

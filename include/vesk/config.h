@@ -30,8 +30,8 @@
  *  - Texts. A function that takes a buffer and its size cuts the text to fit, and ends it with a zero.
  *    Where its comment says so, it takes the text only as a whole: otherwise it gives -1, and the buffer is
  *    untouched. If a call fails although there is a connection, that is no failure of such a function: the
- *    text is "". Without a connection, the buffer is untouched. With a size of 0 or less nothing is written
- *    either.
+ *    text is "", unless the function's comment says otherwise. Without a connection, the buffer is untouched.
+ *    With a size of 0 or less nothing is written either.
  *
  *  - Records. The layout is the service's where no header shows it.
  *

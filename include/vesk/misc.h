@@ -100,7 +100,7 @@ static_assert(sizeof(vesk_misc_callbacks) == 14 * sizeof(vesk_misc_notice_callba
  *
  * A connection that was replaced is not reported to on_service_died.
  *
- * Until the function returns, events go to the callbacks given before. Before the first connection stands,
+ * Until the connection stands, events go to the callbacks given before. Before the first connection stands,
  * there are none, and events are dropped.
  *
  * @param callbacks       what to call on the events. NONE OF THEM MAY BE NULL, but the reserved ones; see

@@ -1,7 +1,7 @@
 /**
  * @file
  * The C API of libvesk_client, with which programs on the device use the device's services. Each service has
- * a header of its own; this one includes them all.
+ * a header of its own; this one includes them all. They need C11 or C++17.
  *
  * What holds for all functions stands here; a function's own comment says what is particular to it.
  *
@@ -32,7 +32,7 @@
  *     in bytes by a constant. Pointers to records must not be null, unless a function's comment allows it.
  *
  *  8. Ownership. The library keeps none of the pointers that it is given but the callbacks, and gives out
- *     nothing to be freed.
+ *     nothing to be freed but a vesk_records (see <vesk/array.h>).
  *
  *  9. Threads. Every function may be called on every thread, and on several at once.
  *

@@ -28,7 +28,8 @@ extern "C" {
  * Fetches the status of the RTP streams.
  *
  * @param[out] out receives records of VESK_RTP_STATUS_SIZE bytes, one behind the other, as many as there
- *                 are, but not more than max; the bytes behind the last one are untouched
+ *                 are, but not more than max; an element of another size is skipped, and the bytes behind
+ *                 the last one are untouched
  * @param      max for how many the buffer has room
  * @return how many have been written; 0 after a failed call; -1 without a connection
  */

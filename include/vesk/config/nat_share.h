@@ -40,7 +40,7 @@ VESK_API int binder_set_nat_share_config(const void* record);
  * Fetches the key of the network group.
  *
  * @param[out] dst  receives the key: at most size - 1 bytes; the rest of the buffer is filled with zeros.
- *                  Untouched if there is none
+ *                  Untouched if there is none or the call failed
  * @param      size the size of the buffer in bytes
  * @return 0; -1 on failure, or if there is no key
  */

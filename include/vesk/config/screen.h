@@ -203,7 +203,8 @@ VESK_API int binder_set_greeting_word(const char* text);
 #endif
 
 #ifdef __cplusplus
-/** The 4-byte record of the screen saver display. An application brings its own definition. */
+/** The 4-byte record of the screen saver display. An application brings its own definition,
+ * as a struct of this name. */
 struct ipc_screen_saver_display_t;
 
 /**
