@@ -58,7 +58,12 @@ class ServiceManager : public IServiceManager {
     const std::string fileName = fileNameOf(name);
     if (fileName.empty()) return nullptr;
     sp<IBinder> service;
-    if (const auto address = runtime_dir::lookUp(fileName)) Transport::self().objectAt(*address, &service);
+    const auto address = runtime_dir::lookUp(fileName);
+    // Asked of the kernel, since the obituary of a process whose objects are held here may still be on its
+    // way.
+    if (address && runtime_dir::isListening(address->process)) {
+      Transport::self().objectAt(*address, &service);
+    }
     return service;
   }
 
