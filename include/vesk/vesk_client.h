@@ -47,8 +47,9 @@
  *     connect again by itself; on_service_died may do so. Of the deaths of the relay service and the
  *     external-key service nobody is told: their connections stay, and calls on them fail.
  *
- * 12. Exit. A program may call exit() or return from main() at any time; callbacks may begin until the
- *     process is gone. The library, once loaded, stays loaded: dlclose() does nothing.
+ * 12. Exit and fork. A program may call exit() or return from main() at any time; callbacks may begin until
+ *     the process is gone. The library, once loaded, stays loaded: dlclose() does nothing. A child made by
+ *     fork() has no connections of its own, and may only call exec or exit; it leaves its parent's alone.
  */
 #ifndef VESK_VESK_CLIENT_H
 #define VESK_VESK_CLIENT_H

@@ -1,6 +1,7 @@
 #include <binder/IServiceManager.h>
 #include <com/qv/ICallService.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
 #include <unistd.h>
 #include <vesk/vesk_client.h>
 
@@ -258,6 +259,23 @@ TEST_F(CallConnectionTest, AProgramMayEndWhileEventsArrive) {
     for (int i = 0; i < kTimes; ++i) EXPECT_EQ(ChildProcess("endingApplication", {how}).wait(), 0) << how;
   }
   EXPECT_TRUE(isConnected()) << "the service has lost nothing by it";
+}
+
+/** A program that forks, and whose child ends as after an exec that failed. */
+CHILD_ROLE(forkingApplication) {
+  parent.ready();
+  if (!connect()) return 1;
+  const pid_t child = fork();
+  if (child == 0) std::exit(isConnected() ? 1 : 0);
+  int status = -1;
+  waitpid(child, &status, 0);
+  if (status != 0) return 2;
+  return isConnected() ? 0 : 3;
+}
+
+TEST_F(CallConnectionTest, AForkedChildHasNoConnectionAndLeavesItsParents) {
+  ChildProcess service("callService");
+  EXPECT_EQ(ChildProcess("forkingApplication").wait(), 0);
 }
 
 }  // namespace
