@@ -12,6 +12,7 @@
 #include <tuple>
 #include <vector>
 
+#include "ServiceTesting.h"
 #include "config/ConfigRecords.h"
 #include "config/DsskeyText.h"
 
@@ -71,17 +72,8 @@ class ConfigServiceTest : public testing::Test {
 template <typename... Params>
 void expectAnswer(IConfigService& service, const char* name, Status (IConfigService::*method)(Params...)) {
   SCOPED_TRACE(name);
-  std::tuple<std::remove_cvref_t<std::remove_pointer_t<Params>>...> values;
-  const auto pass = []<typename Param>(std::type_identity<Param>, auto& value) -> decltype(auto) {
-    if constexpr (std::is_pointer_v<Param>) {
-      return &value;
-    } else {
-      return (value);
-    }
-  };
-  const Status status = std::apply(
-      [&](auto&... value) { return (service.*method)(pass(std::type_identity<Params>(), value)...); },
-      values);
+  vesk::test::Values<Params...> values;
+  const Status status = vesk::test::callWithNothing(service, method, &values);
 
   constexpr bool kTakesRecord = (std::is_same_v<Params, const CommonParcelable&> || ...);
   const std::string_view refusing[] = {"setSpaceDndTime", "setDeviceNameByIp", "srcToB64"};

@@ -63,14 +63,15 @@ Record fetch(Interface& service, android::binder::Status (Interface::*method)(Pa
   return record.value_or(Record{});
 }
 
-/** Calls a method with zeros, nulls and empty texts and records: it answers in one of the ways that the
- * services have, and accepts no empty record. */
+/** What the parameters of a method refer or point to. */
+template <typename... Params>
+using Values = std::tuple<std::remove_cvref_t<std::remove_pointer_t<Params>>...>;
+
+/** Calls a method with zeros, nulls and empty texts and records; its answer is in `values`. */
 template <typename Interface, typename... Params>
-void expectAnswer(Interface& service, const char* name,
-                  android::binder::Status (Interface::*method)(Params...)) {
-  using android::binder::Status;
-  SCOPED_TRACE(name);
-  std::tuple<std::remove_cvref_t<std::remove_pointer_t<Params>>...> values;
+android::binder::Status callWithNothing(Interface& service,
+                                        android::binder::Status (Interface::*method)(Params...),
+                                        Values<Params...>* values) {
   const auto pass = []<typename Param>(std::type_identity<Param>, auto& value) -> decltype(auto) {
     if constexpr (std::is_pointer_v<Param>) {
       return &value;
@@ -78,9 +79,20 @@ void expectAnswer(Interface& service, const char* name,
       return (value);
     }
   };
-  const Status status = std::apply(
+  return std::apply(
       [&](auto&... value) { return (service.*method)(pass(std::type_identity<Params>(), value)...); },
-      values);
+      *values);
+}
+
+/** Calls a method with nothing: it answers in one of the ways that the
+ * services have, and accepts no empty record. */
+template <typename Interface, typename... Params>
+void expectAnswer(Interface& service, const char* name,
+                  android::binder::Status (Interface::*method)(Params...)) {
+  using android::binder::Status;
+  SCOPED_TRACE(name);
+  Values<Params...> values;
+  const Status status = callWithNothing(service, method, &values);
 
   EXPECT_EQ(status.transactionError(), android::OK);
   const int32_t exception = status.exceptionCode();
