@@ -60,7 +60,9 @@ need() {
 # What configuring and building any preset takes.
 need_tools() {
   need cmake:cmake ninja:ninja-build gcc:gcc g++:g++ pkg-config:pkg-config \
-    /usr/include/gtest/gtest.h:libgtest-dev /usr/include/sqlite3.h:libsqlite3-dev
+    /usr/include/gtest/gtest.h:libgtest-dev /usr/include/sqlite3.h:libsqlite3-dev \
+    /usr/include/CLI/CLI.hpp:libcli11-dev /usr/include/nlohmann/json.hpp:nlohmann-json3-dev \
+    /usr/include/editline/readline.h:libedit-dev
 }
 
 # configure PRESET
