@@ -1,0 +1,160 @@
+/*
+ * Whole C calls from an application to a service process, next to bare sockets: calls of several sizes from
+ * one thread, and the smallest of them from many threads.
+ */
+#include <binder/IPCThreadState.h>
+#include <binder/IServiceManager.h>
+#include <com/qv/ICallService.h>
+#include <com/qv/IConfigService.h>
+#include <com/qv/IDatabaseService.h>
+#include <vesk/vesk_client.h>
+
+#include <array>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "BarePairs.h"
+#include "Measure.h"
+#include "Scales.h"
+
+using android::sp;
+using android::String16;
+using android::binder::Status;
+using com::qv::CommonParcelable;
+using namespace vesk::bench;
+
+namespace {
+
+constexpr int kLine = 1;
+constexpr const char* kNumber = "2001";
+constexpr size_t kListSize = 100;
+const std::vector<int> kThreadCounts = {1, 2, 4, 16, 64, 256};
+
+template <size_t kSize>
+CommonParcelable emptyRecord() {
+  static constexpr std::array<char, kSize> kBytes{};
+  return {kBytes.data(), kSize};
+}
+
+class CallService : public com::qv::DefaultCallService {
+ public:
+  Status makeCall(int32_t line, const std::string&, int32_t* result) override {
+    *result = line;
+    return Status::ok();
+  }
+};
+
+class ConfigService : public com::qv::DefaultConfigService {
+ public:
+  Status getNetworkStatus(CommonParcelable* status) override {
+    *status = emptyRecord<VESK_NETWORK_STATUS_SIZE>();
+    return Status::ok();
+  }
+  Status getRtpStatus(std::vector<CommonParcelable>* status) override {
+    status->assign(kListSize, emptyRecord<VESK_RTP_STATUS_SIZE>());
+    return Status::ok();
+  }
+};
+
+class DatabaseService : public com::qv::DefaultDatabaseService {
+ public:
+  Status phonebookContactCreate(int32_t, const CommonParcelable&, int32_t* result) override {
+    *result = 0;
+    return Status::ok();
+  }
+};
+
+/** One C function, and what it sends and gets. */
+struct Function {
+  const char* name;
+  Exchange exchange;
+  void (*call)();
+};
+
+void check(bool fine) {
+  if (!fine) fatal("a call failed");
+}
+
+void makeCall() { check(binder_make_call(kLine, kNumber) == kLine); }
+
+std::vector<Function> functions() {
+  using namespace com::qv;
+  int32_t number;
+  CommonParcelable record;
+  std::vector<CommonParcelable> list;
+  return {
+      {"make_call",
+       weigh<BpCallService, CallService>([&](auto* proxy) { proxy->makeCall(kLine, kNumber, &number); }),
+       makeCall},
+      {"get_network_status",
+       weigh<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getNetworkStatus(&record); }),
+       [] {
+         char status[VESK_NETWORK_STATUS_SIZE];
+         check(binder_get_network_status(status) == 0);
+       }},
+      {"phonebook_contact_create", weigh<BpDatabaseService, DatabaseService>([&](auto* proxy) {
+         proxy->phonebookContactCreate(0, emptyRecord<VESK_CONTACT_SIZE>(), &number);
+       }),
+       [] {
+         const char contact[VESK_CONTACT_SIZE] = {};
+         check(binder_phonebook_contact_create(0, contact) == 0);
+       }},
+      {"list_of_100_records",
+       weigh<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getRtpStatus(&list); }),
+       [] {
+         char records[kListSize * VESK_RTP_STATUS_SIZE];
+         check(binder_get_rtp_status(records, kListSize) == static_cast<int>(kListSize));
+       }},
+  };
+}
+
+void serveAll() {
+  const auto add = [](const char* name, const sp<android::IBinder>& service) {
+    if (android::defaultServiceManager()->addService(String16(name), service) != android::OK) {
+      fatal("addService");
+    }
+  };
+  add("com.qv.ConfigService", new ConfigService);
+  add("com.qv.DatabaseService", new DatabaseService);
+  add("com.qv.CallService", new CallService);
+  android::IPCThreadState::self()->joinThreadPool();
+}
+
+bool connectAll() {
+  return connect_config_service(nullptr) && connect_database_service(nullptr) &&
+         connect_call_service(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                              nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
+                              nullptr);
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  const PrivateRuntimeDir runtimeDir;
+  std::vector<Function> all = functions();
+  std::vector<BarePairs> single;
+  for (const Function& function : all) single.emplace_back(1, function.exchange);
+  const BarePairs many(static_cast<size_t>(kThreadCounts.back()), all.front().exchange);
+
+  const Child bare([&] {
+    std::vector<std::thread> threads;
+    const auto serve = [&](const BarePairs& pairs) {
+      for (size_t i = 0; i < pairs.count(); ++i) threads.emplace_back([&pairs, i] { pairs.serve(i); });
+    };
+    for (const BarePairs& pairs : single) serve(pairs);
+    serve(many);
+    threads.front().join();
+  });
+  const Child service(serveAll);
+  if (!connectAll()) fatal("connecting");
+
+  for (size_t i = 0; i < all.size(); ++i) {
+    registerCalls(all[i].name, "stream", {bare.pid()}, [&pairs = single[i]] { pairs.call(0); });
+    registerCalls(all[i].name, "library", {service.pid()}, all[i].call);
+  }
+  registerThreads("threads", "stream", kThreadCounts, [&](size_t thread) { many.call(thread); });
+  registerThreads("threads", "library", kThreadCounts, [](size_t) { makeCall(); });
+
+  return run(argc, argv);
+}
