@@ -33,10 +33,19 @@ install(FILES ${CMAKE_BINARY_DIR}/package/vesk_clientConfig.cmake
               ${CMAKE_BINARY_DIR}/package/vesk_clientConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT client)
 
-# Paths in the .pc files start at the files' own place, so that the tree can be moved.
-file(RELATIVE_PATH pc_prefix ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_PREFIX})
+# Paths in the .pc files start at the files' own place, so that the tree can be moved; unless its folders were
+# given places of their own.
+if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
+  string(REPLACE " " "\\ " pc_libdir "${CMAKE_INSTALL_FULL_LIBDIR}")
+  string(REPLACE " " "\\ " pc_includedir "${CMAKE_INSTALL_FULL_INCLUDEDIR}")
+else()
+  file(RELATIVE_PATH pc_includedir ${CMAKE_INSTALL_FULL_LIBDIR}/pkgconfig ${CMAKE_INSTALL_FULL_INCLUDEDIR})
+  set(pc_libdir "\${pcfiledir}/..")
+  set(pc_includedir "\${pcfiledir}/${pc_includedir}")
+endif()
 if(VESK_PLATFORM STREQUAL "standin")
-  set(pc_platform_cflags "-I\${prefix}/${VESK_PLATFORM_INCLUDEDIR}")
+  cmake_path(GET VESK_PLATFORM_INCLUDEDIR FILENAME platform_folder)
+  set(pc_platform_cflags "-I\${includedir}/${platform_folder}")
 endif()
 foreach(module vesk_client vesk_service)
   configure_file(cmake/${module}.pc.in ${CMAKE_BINARY_DIR}/package/${module}.pc @ONLY)

@@ -1,6 +1,7 @@
 # Finds the device's libbinder, libutils and liblog and their headers as targets vesk::binder, vesk::utils and
-# vesk::log. CMAKE_SYSROOT, CMAKE_FIND_ROOT_PATH and CMAKE_PREFIX_PATH are honoured in the usual way; a
-# directory that is not found can be given as VESK_<LIB>_INCLUDE_DIR, a library as VESK_<LIB>_LIBRARY.
+# vesk::log, or leaves in VESK_PLATFORM_MISSING what there is to say. CMAKE_SYSROOT, CMAKE_FIND_ROOT_PATH and
+# CMAKE_PREFIX_PATH are honoured in the usual way; a directory that is not found can be given as
+# VESK_<LIB>_INCLUDE_DIR, a library as VESK_<LIB>_LIBRARY.
 # The installed package includes this file too, so nothing here may depend on this project's build.
 
 function(vesk_system_library name header)
@@ -10,12 +11,13 @@ function(vesk_system_library name header)
   mark_as_advanced(VESK_${upper}_INCLUDE_DIR VESK_${upper}_LIBRARY)
   foreach(what INCLUDE_DIR LIBRARY)
     if(NOT VESK_${upper}_${what})
-      message(FATAL_ERROR
+      string(APPEND VESK_PLATFORM_MISSING
         "vesk_client needs the platform's lib${name}.so and <${header}>: VESK_${upper}_${what} was not found. "
-        "Point CMAKE_SYSROOT or CMAKE_PREFIX_PATH at the device's files, or set VESK_${upper}_${what}.")
+        "Point CMAKE_SYSROOT or CMAKE_PREFIX_PATH at the device's files, or set VESK_${upper}_${what}.\n")
     endif()
   endforeach()
-  if(NOT TARGET vesk::${name})
+  set(VESK_PLATFORM_MISSING "${VESK_PLATFORM_MISSING}" PARENT_SCOPE)
+  if(NOT VESK_PLATFORM_MISSING AND NOT TARGET vesk::${name})
     # IMPORTED makes its headers system headers: their warnings are not ours to answer.
     add_library(vesk::${name} SHARED IMPORTED GLOBAL)
     set_target_properties(vesk::${name} PROPERTIES
@@ -25,6 +27,7 @@ function(vesk_system_library name header)
   endif()
 endfunction()
 
+set(VESK_PLATFORM_MISSING)
 vesk_system_library(log android/log.h)
 vesk_system_library(utils utils/RefBase.h vesk::log)
 vesk_system_library(binder binder/Parcel.h vesk::utils)

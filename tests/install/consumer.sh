@@ -9,8 +9,8 @@ prefix="$work/moved"
 
 echo "== find_package"
 build "$here/consumer" "$work/build" "-DCMAKE_PREFIX_PATH=$prefix"
-"$work/build/application"
-"$work/build/service"
+run "" "$work/build/application"
+run "" "$work/build/service"
 
 echo "== an application gets no platform headers"
 if grep -F "$PLATFORM_INCLUDEDIR" "$work/build/application.includes"; then
@@ -18,16 +18,17 @@ if grep -F "$PLATFORM_INCLUDEDIR" "$work/build/application.includes"; then
 fi
 
 export PKG_CONFIG_PATH="$prefix/$LIBDIR/pkgconfig"
-# Set only to run the programs: the linker has to find the libraries' own libraries without it.
-run() {
-  LD_LIBRARY_PATH="$prefix/$LIBDIR" "$@"
+
+flags=()
+# flags_of MODULE: sets flags; only eval understands their escaped blanks.
+flags_of() {
+  eval "flags=($("$PKG_CONFIG" --cflags --libs "$1"))"
 }
 
-# compile MODULE COMMAND...: with the module's flags, whose escaped blanks only eval understands.
+# compile MODULE COMMAND...: with the module's flags.
 compile() {
-  local module=$1 flags
+  flags_of "$1"
   shift
-  eval "flags=($("$PKG_CONFIG" --cflags --libs "$module"))"
   echo "$*" "${flags[@]}"
   "$@" "${flags[@]}"
 }
@@ -35,6 +36,13 @@ compile() {
 echo "== pkg-config"
 warnings=(-Wall -Wextra -Wpedantic -Werror)
 compile vesk_client "$CC" -std=c11 "${warnings[@]}" "$here/consumer/application.c" -o "$work/application"
-run "$work/application"
+run "$prefix/$LIBDIR" "$work/application"
 compile vesk_service "$CXX" -std=c++20 "${warnings[@]}" "$here/consumer/service.cpp" -o "$work/service"
-run "$work/service"
+run "$prefix/$LIBDIR" "$work/service"
+
+echo "== pkg-config, where the libraries have a place of their own"
+"$CMAKE" -S "$SOURCE_DIR" -B "$work/own" -G Ninja "${machine[@]}" -DVESK_BUILD_TESTS=OFF \
+  "-DCMAKE_INSTALL_PREFIX=$prefix" "-DCMAKE_INSTALL_LIBDIR=$work/own lib"
+export PKG_CONFIG_PATH="$work/own/package"
+flags_of vesk_client
+[ "${flags[*]}" = "-I$prefix/include -L$work/own lib -lvesk_client" ] || fail "the flags are: ${flags[*]}"

@@ -20,11 +20,20 @@ install_to() {
     fail "install: $(cat "$work/install.log")"
 }
 
+# Of the tree that is tested, so that what is built beside it is for the same machine.
+machine=("-DCMAKE_C_COMPILER=$CC" "-DCMAKE_CXX_COMPILER=$CXX")
+if [ -n "$TOOLCHAIN_FILE" ]; then
+  machine=("-DCMAKE_TOOLCHAIN_FILE=$TOOLCHAIN_FILE" "-DCMAKE_SYSROOT=$SYSROOT" "-DCMAKE_FIND_ROOT_PATH=$work")
+fi
+IFS='|' read -ra emulator <<<"$RUN_BY"
+
 # build SOURCE BINARY [CMAKE ARGUMENT...]
 build() {
-  local source=$1 binary=$2
-  shift 2
-  "$CMAKE" -S "$source" -B "$binary" -G Ninja -DCMAKE_BUILD_TYPE=Debug \
-    "-DCMAKE_C_COMPILER=$CC" "-DCMAKE_CXX_COMPILER=$CXX" "$@"
-  "$CMAKE" --build "$binary"
+  "$CMAKE" -S "$1" -B "$2" -G Ninja -DCMAKE_BUILD_TYPE=Debug "${machine[@]}" "${@:3}"
+  "$CMAKE" --build "$2"
+}
+
+# run LIBRARY_PATH PROGRAM: with the libraries that the program's own RUNPATH doesn't lead to.
+run() {
+  env ${1:+"LD_LIBRARY_PATH=$1"} "${emulator[@]}" "$2"
 }

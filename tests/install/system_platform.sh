@@ -41,8 +41,15 @@ fi
 library="$work/prefix/$LIBDIR/libvesk_client.so"
 runpath=$(dynamic 'RUNPATH\|RPATH')
 [ -z "$runpath" ] || fail "the installed library looks for others in '$runpath'"
-build "$here/consumer" "$work/consumer" "-DCMAKE_PREFIX_PATH=$work/prefix;$device" \
-  "-DCMAKE_INCLUDE_PATH=$device/$PLATFORM_INCLUDEDIR"
-export LD_LIBRARY_PATH="$work/prefix/$LIBDIR:$device/$LIBDIR"
-"$work/consumer/application"
-"$work/consumer/service"
+prefixes="-DCMAKE_PREFIX_PATH=$work/prefix;$device"
+build "$here/consumer" "$work/consumer" "$prefixes" "-DCMAKE_INCLUDE_PATH=$device/$PLATFORM_INCLUDEDIR"
+libraries="$work/prefix/$LIBDIR:$device/$LIBDIR"
+run "$libraries" "$work/consumer/application"
+run "$libraries" "$work/consumer/service"
+
+echo "== where the platform's headers are missing, the package is not there, and says why"
+if build "$here/consumer" "$work/headerless" "$prefixes" >"$work/headerless.log" 2>&1; then
+  fail "configured without the platform's headers"
+fi
+grep -q 'vesk_client_FOUND to FALSE' "$work/headerless.log" || fail "$(cat "$work/headerless.log")"
+grep -q 'VESK_BINDER_INCLUDE_DIR was not found' "$work/headerless.log" || fail "$(cat "$work/headerless.log")"
