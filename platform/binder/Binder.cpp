@@ -2,6 +2,7 @@
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>
+#include <unistd.h>
 
 #include "Transport.h"
 
@@ -36,8 +37,18 @@ status_t BBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uin
   Parcel unwanted;
   if (reply == nullptr) reply = &unwanted;
   data.setDataPosition(0);
-  const status_t status =
-      code == PING_TRANSACTION ? reply->writeInt32(pingBinder()) : onTransact(code, data, reply, flags);
+  status_t status;
+  switch (code) {
+    case PING_TRANSACTION:
+      status = reply->writeInt32(pingBinder());
+      break;
+    case DEBUG_PID_TRANSACTION:
+      status = reply->writeInt32(getpid());
+      break;
+    default:
+      status = onTransact(code, data, reply, flags);
+      break;
+  }
   reply->setDataPosition(0);
   return status;
 }

@@ -25,7 +25,8 @@ class BBinder : public IBinder {
    */
   virtual status_t dump(int fd, const Vector<String16>& args);
 
-  /** Answers a ping itself and runs onTransact for the rest, on the calling thread. */
+  /** Answers a ping and the question for the process itself, and runs onTransact for the rest, on the calling
+   * thread. */
   status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) final;
 
   status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,

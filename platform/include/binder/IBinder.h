@@ -33,6 +33,8 @@ class IBinder : public virtual RefBase {
     PING_TRANSACTION = B_PACK_CHARS('_', 'P', 'N', 'G'),
     DUMP_TRANSACTION = B_PACK_CHARS('_', 'D', 'M', 'P'),
     INTERFACE_TRANSACTION = B_PACK_CHARS('_', 'N', 'T', 'F'),
+    /** Answered with an int32, the number of the object's process. */
+    DEBUG_PID_TRANSACTION = B_PACK_CHARS('_', 'P', 'I', 'D'),
   };
 
   IBinder() = default;
