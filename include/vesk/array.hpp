@@ -30,6 +30,7 @@ class VectorArray {
   static_assert(std::is_trivially_copyable_v<T>, "records are copied byte for byte");
 
  public:
+  /** @param vector has to outlive this object */
   explicit VectorArray(std::vector<T>& vector) : array_{&vector, store, append} {}
 
   /** The handle, valid as long as this object. */

@@ -30,7 +30,7 @@ extern "C" {
 
 /** One call, as most of the call events show it. */
 typedef struct vesk_call_info {
-  int32_t line;
+  int32_t line;   /**< the line that it is on */
   int32_t chan;   /**< channel; the call's own number */
   char name[256]; /**< the other side's name, ends with a zero */
   /** The other side's number, ends with a zero. The bytes behind that zero may hold further fields of the
@@ -51,7 +51,7 @@ static_assert(sizeof(vesk_auto_redial_info) == VESK_AUTO_REDIAL_INFO_SIZE, "auto
 /** A number to which a call can be completed. */
 typedef struct vesk_call_completion_info {
   char dialNumber[512]; /**< ends with a zero */
-  int32_t line;
+  int32_t line;         /**< the line that it was called on */
 } vesk_call_completion_info;
 static_assert(sizeof(vesk_call_completion_info) == VESK_CALL_COMPLETION_INFO_SIZE, "call completion record");
 

@@ -14,8 +14,14 @@ namespace com::qv {
  */
 class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
  public:
+  /** A record of no bytes. */
   CommonParcelable() = default;
-  /** Copies `size` bytes, zeros included. */
+  /**
+   * Copies a record, zeros included.
+   *
+   * @param record its first byte
+   * @param size   how many bytes it has
+   */
   CommonParcelable(const void* record, size_t size) : blob_(static_cast<const char*>(record), size) {}
   CommonParcelable(const CommonParcelable&) = default;
   CommonParcelable(CommonParcelable&&) = default;
@@ -23,13 +29,31 @@ class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
   CommonParcelable& operator=(CommonParcelable&&) = default;
   ~CommonParcelable() override;
 
+  /**
+   * Writes the record, as the interfaces' proxies and stubs do.
+   *
+   * @param parcel where to
+   * @return OK, or why the parcel doesn't take it
+   */
   android::status_t writeToParcel(android::Parcel* parcel) const override;
+  /**
+   * Reads a record of any length.
+   *
+   * @param parcel where from
+   * @return OK; another value if there is no record
+   */
   android::status_t readFromParcel(const android::Parcel* parcel) override;
 
+  /** @return the record's bytes */
   const android::String8& blob() const { return blob_; }
 
-  /** Copies the record to `record` if it is exactly `size` bytes long; otherwise leaves that alone and gives
-   * false. */
+  /**
+   * Copies the record out if it is of the size that is expected.
+   *
+   * @param[out] record receives `size` bytes; untouched on failure
+   * @param      size   how long the record has to be
+   * @return false if it is of another length
+   */
   bool copyTo(void* record, size_t size) const;
 
  private:

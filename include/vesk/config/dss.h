@@ -31,14 +31,14 @@ extern "C" {
 typedef struct vesk_dss_display {
   char name[256];  /**< ends with a zero */
   char value[512]; /**< ends with a zero */
-  uint32_t icon;
-  int32_t theme;
+  uint32_t icon;   /**< for the service to interpret */
+  int32_t theme;   /**< for the service to interpret */
 } vesk_dss_display;
 static_assert(sizeof(vesk_dss_display) == VESK_DSS_DISPLAY_SIZE, "DSS key display record");
 
 /** The type of a DSS key and its value in words, as they cross between the library and the service. */
 typedef struct vesk_dsskey_value {
-  int32_t type;
+  int32_t type;   /**< for the service to interpret */
   char text[512]; /**< ends with a zero */
 } vesk_dsskey_value;
 static_assert(sizeof(vesk_dsskey_value) == VESK_DSSKEY_VALUE_SIZE, "DSS key value record");
@@ -46,8 +46,8 @@ static_assert(sizeof(vesk_dsskey_value) == VESK_DSSKEY_VALUE_SIZE, "DSS key valu
 /** A soft key of the user. */
 typedef struct vesk_user_softkey {
   char name[64]; /**< ends with a zero */
-  uint32_t type;
-  int32_t icon;
+  uint32_t type; /**< for the service to interpret */
+  int32_t icon;  /**< for the service to interpret */
 } vesk_user_softkey;
 static_assert(sizeof(vesk_user_softkey) == VESK_USER_SOFTKEY_CONFIG_SIZE, "user soft key record");
 

@@ -1,0 +1,63 @@
+# Doxygen's input filter for include/vesk: makes groups of what stands in a header, so that the header needn't.
+#
+#   the header as a whole         the group of its topic, which docs/reference/pages.dox names
+#   a comment of one line, as     a section, up to the next one
+#     /* Hold and mute */
+#   #define VESK_..._SIZE 16      a size, as the comment over the first of them says
+#
+# Lines stay where they are, so that Doxygen's messages name the right ones.
+
+BEGIN {
+  topic = ARGV[1]
+  sub(/.*include\/vesk\//, "", topic)
+  sub(/\.hp*$/, "", topic)
+  sub(/\//, "_", topic)
+  if (topic == "common") topic = "connecting"
+  if (topic == "vesk_client") topic = ""
+}
+
+{ line[NR] = $0 }
+
+# Doxygen takes numbers of one and of two digits for items of one list only if they begin in one column.
+topic == "" && /^ \*  [0-9]\. / { sub(/^ \*  /, " * ", line[NR]) }
+
+topic == "" { next }
+
+/^ \*\/$/ && !grouped {
+  grouped = 1
+  line[NR - 1] = line[NR - 1] " */ /** @addtogroup " topic
+  line[NR] = " @{ */"
+}
+
+/^\/\* [^*]* \*\/$/ {
+  title = substr($0, 4, length($0) - 6)
+  notes = ""
+  if (match(title, /\. /)) {
+    notes = substr(title, RSTART + 2)
+    title = substr(title, 1, RSTART - 1)
+  }
+  line[NR] = (section ? "/**@}*/ " : "") "/** @name " title
+  section = NR
+}
+
+NR == section + 1 && section { line[NR] = "  " notes " @{ */" }
+
+section && /^#ifdef __cplusplus$/ {
+  line[NR] = "/**@}*/"
+  line[NR + 1] = line[NR + 2] = ""
+  skip = NR + 2
+  section = 0
+}
+
+NR <= skip { line[NR] = NR == skip - 2 ? line[NR] : "" }
+
+/^#define VESK_[A-Z0-9_]* [0-9]+$/ && previous !~ /\*\/$/ { line[NR] = $0 " /**< Bytes of the record. */" }
+
+/^#endif$/ { last = NR }
+
+{ previous = $0 }
+
+END {
+  if (topic != "") line[last] = "/** @} */"
+  for (i = 1; i <= NR; ++i) print line[i]
+}
