@@ -1,0 +1,66 @@
+/* The four kinds of results: a number, a text, a record, a list of records. And what a failure looks like. */
+#include <assert.h>
+#include <stdint.h>
+#include <stdio.h>
+#include <string.h>
+#include <vesk/vesk_client.h>
+
+static void show_number(void) {
+  /* -1 is a failure; the service may answer it, too. */
+  const int line = binder_get_first_valid_line();
+  if (line < 0) {
+    puts("there is no line");
+  } else {
+    printf("the first line is %d\n", line);
+  }
+}
+
+static void show_text(void) {
+  char greeting[32] = "";
+  binder_set_greeting_word("Good morning");
+  /* Cuts what doesn't fit, and always ends with a zero. Without a connection the buffer stays as it is. */
+  binder_get_greeting_word(greeting, sizeof(greeting));
+  printf("the greeting is '%s'\n", greeting);
+}
+
+static void show_record(void) {
+  /* The device's layout; docs/simulated-device.md shows it. */
+  struct {
+    int32_t device;
+    char name[64];
+  } record;
+  static_assert(sizeof(record) == VESK_RELAY_DEV_NAME_SIZE, "the relay's name");
+  /* On failure not a byte is written. */
+  if (binder_get_relay_dev_name(&record) == 0) printf("the relay is '%s'\n", record.name);
+}
+
+static void show_list(void) {
+  struct alarm {
+    int32_t number, input, type, time;
+    char text[136];
+  };
+  static_assert(sizeof(struct alarm) == VESK_ALARM_LOG_SIZE, "an alarm");
+  vesk_records* logs = vesk_records_create(VESK_ALARM_LOG_SIZE);
+  if (binder_get_alarm_logs(vesk_records_array(logs)) == 0) {
+    for (size_t i = 0; i < vesk_records_count(logs); ++i) {
+      const struct alarm* alarm = vesk_records_element(logs, i);
+      printf("alarm %d: %s\n", (int)alarm->number, alarm->text);
+    }
+  }
+  vesk_records_free(logs);
+}
+
+int main(void) {
+  /* Nothing is connected yet, so this fails at once. */
+  show_number();
+  if (!connect_call_service(NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
+                            NULL, NULL, NULL, NULL, NULL, NULL) ||
+      !connect_config_service(NULL) || !connect_relay_service()) {
+    return 1;
+  }
+  show_number();
+  show_text();
+  show_record();
+  show_list();
+  return 0;
+}
