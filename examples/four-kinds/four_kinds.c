@@ -26,12 +26,15 @@ static void show_text(void) {
 static void show_record(void) {
   /* The device's layout; docs/simulated-device.md shows it. */
   struct {
-    int32_t device;
+    int32_t device, outputs, enabled, reserved;
     char name[64];
+    char address[24];
   } record;
-  static_assert(sizeof(record) == VESK_RELAY_DEV_NAME_SIZE, "the relay's name");
+  static_assert(sizeof(record) == VESK_RELAY_DEV_CONFIG_SIZE, "the relay");
   /* On failure not a byte is written. */
-  if (binder_get_relay_dev_name(&record) == 0) printf("the relay is '%s'\n", record.name);
+  if (binder_get_relay_dev_config(1, &record) == 0) {
+    printf("the relay '%s' has %d outputs\n", record.name, (int)record.outputs);
+  }
 }
 
 static void show_list(void) {
