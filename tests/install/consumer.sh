@@ -41,8 +41,7 @@ compile vesk_service "$CXX" -std=c++20 "${warnings[@]}" "$here/consumer/service.
 run "$prefix/$LIBDIR" "$work/service"
 
 echo "== pkg-config, where the libraries have a place of their own"
-"$CMAKE" -S "$SOURCE_DIR" -B "$work/own" -G Ninja "${machine[@]}" -DVESK_BUILD_TESTS=OFF \
-  "-DCMAKE_INSTALL_PREFIX=$prefix" "-DCMAKE_INSTALL_LIBDIR=$work/own lib"
+configure "$SOURCE_DIR" "$work/own" -DVESK_BUILD_TESTS=OFF "-DCMAKE_INSTALL_PREFIX=$prefix" "-DCMAKE_INSTALL_LIBDIR=$work/own lib"
 export PKG_CONFIG_PATH="$work/own/package"
 flags_of vesk_client
 [ "${flags[*]}" = "-I$prefix/include -L$work/own lib -lvesk_client" ] || fail "the flags are: ${flags[*]}"

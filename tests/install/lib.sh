@@ -14,9 +14,9 @@ fail() {
   exit 1
 }
 
-# install_to PREFIX [COMPONENT]
+# install_to PREFIX [COMPONENT [BINARY]]
 install_to() {
-  "$CMAKE" --install "$BUILD_DIR" --prefix "$1" ${2:+--component "$2"} >"$work/install.log" ||
+  "$CMAKE" --install "${3:-$BUILD_DIR}" --prefix "$1" ${2:+--component "$2"} >"$work/install.log" ||
     fail "install: $(cat "$work/install.log")"
 }
 
@@ -27,9 +27,14 @@ if [ -n "$TOOLCHAIN_FILE" ]; then
 fi
 IFS='|' read -ra emulator <<<"$RUN_BY"
 
+# configure SOURCE BINARY [CMAKE ARGUMENT...]
+configure() {
+  "$CMAKE" -S "$1" -B "$2" -G Ninja -DCMAKE_BUILD_TYPE=Debug "${machine[@]}" "${@:3}"
+}
+
 # build SOURCE BINARY [CMAKE ARGUMENT...]
 build() {
-  "$CMAKE" -S "$1" -B "$2" -G Ninja -DCMAKE_BUILD_TYPE=Debug "${machine[@]}" "${@:3}"
+  configure "$@"
   "$CMAKE" --build "$2"
 }
 

@@ -1,10 +1,13 @@
 #!/usr/bin/env bash
-# Builds the library with VESK_PLATFORM=system against an installed stand-in, as though that were the device's sysroot.
+# Builds the library with VESK_PLATFORM=system against an installed stand-in, as though that were the device's sysroot. Like a
+# device's platform, it has no type information.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 
 device="$work/device"
-install_to "$device" platform
+configure "$SOURCE_DIR" "$work/platform" -DCMAKE_CXX_FLAGS=-fno-rtti -DVESK_BUILD_TESTS=OFF
+"$CMAKE" --build "$work/platform" --target binder
+install_to "$device" platform "$work/platform"
 if [ -e "$device/$LIBDIR/libvesk_client.so" ] || [ -e "$device/include/vesk" ]; then
   fail "the component 'platform' holds more than the platform"
 fi
