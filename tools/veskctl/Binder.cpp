@@ -1,0 +1,92 @@
+#include "Binder.h"
+
+#include <binder/IServiceManager.h>
+#include <utils/String16.h>
+#include <utils/String8.h>
+
+#include <span>
+
+namespace veskctl {
+
+namespace {
+
+using android::Parcel;
+using android::status_t;
+using android::String16;
+
+/** What every object answers with the number of its process, since some release of the platform; earlier ones
+ * don't know the code, nor have a name for it. */
+constexpr uint32_t kDebugPidTransaction = '_' << 24 | 'P' << 16 | 'I' << 8 | 'D';
+
+std::optional<pid_t> pidOf(android::IBinder& binder) {
+  Parcel data;
+  Parcel reply;
+  int32_t pid = 0;
+  const bool answered = binder.transact(kDebugPidTransaction, data, &reply) == android::OK &&
+                        reply.readInt32(&pid) == android::OK;
+  return answered && pid > 0 ? std::optional<pid_t>(pid) : std::nullopt;
+}
+
+/** The results stand in the reply with the last first, as it is the method's return value. */
+status_t readOuts(const Parcel& reply, std::span<const Parameter> outs, std::vector<Value>* values) {
+  if (outs.empty()) return android::OK;
+  values->resize(outs.size());
+  status_t status = read(reply, outs.back().type, &values->back());
+  for (size_t i = 0; status == android::OK && i + 1 < outs.size(); ++i) {
+    status = read(reply, outs[i].type, &(*values)[i]);
+  }
+  return status;
+}
+
+}  // namespace
+
+Clock::time_point deadlineAfter(double seconds) {
+  // Not time_point::max(), which the clocks' conversions in waiting would overflow.
+  constexpr std::chrono::hours kForEver(24 * 3650);
+  if (seconds <= 0) return Clock::now() + kForEver;
+  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
+}
+
+android::sp<android::IBinder> findService(const std::string& name) {
+  return android::defaultServiceManager()->checkService(String16(name.c_str()));
+}
+
+Condition examine(const std::string& serviceName) {
+  Condition condition;
+  const android::sp<android::IBinder> binder = findService(serviceName);
+  if (binder == nullptr) return condition;
+  const auto start = Clock::now();
+  condition.isAlive = binder->pingBinder() == android::OK;
+  condition.roundTrip = Clock::now() - start;
+  if (!condition.isAlive) return condition;
+  condition.pid = pidOf(*binder);
+  condition.descriptor = android::String8(binder->getInterfaceDescriptor()).c_str();
+  return condition;
+}
+
+Answer transact(android::IBinder& binder, const Interface& interface, const Method& method,
+                const std::vector<Value>& ins) {
+  Parcel data;
+  Parcel reply;
+  Answer answer;
+  status_t status = data.writeInterfaceToken(String16(interface.descriptor().c_str()));
+  for (auto in = ins.begin(); status == android::OK && in != ins.end(); ++in) status = write(&data, *in);
+  if (status == android::OK) status = binder.transact(method.code, data, &reply, 0);
+  if (status == android::OK) status = answer.status.readFromParcel(reply);
+  if (status == android::OK && answer.status.isOk()) status = readOuts(reply, method.outs(), &answer.outs);
+  if (status != android::OK) {
+    answer.outs.clear();
+    answer.status.setFromStatusT(status);
+  }
+  return answer;
+}
+
+status_t readArguments(const Parcel& data, const Method& method, std::vector<Value>* values) {
+  status_t status = android::OK;
+  for (const Parameter& parameter : method.ins()) {
+    if (status == android::OK) status = read(data, parameter.type, &values->emplace_back());
+  }
+  return status;
+}
+
+}  // namespace veskctl

@@ -1,0 +1,67 @@
+#pragma once
+
+#include <binder/Binder.h>
+#include <utils/String16.h>
+
+#include <chrono>
+#include <memory>
+#include <mutex>
+#include <string>
+#include <vector>
+
+#include "Interfaces.h"
+#include "Value.h"
+
+namespace veskctl {
+
+/** What a listener was told, or what became of the connection to a service. */
+struct Event {
+  std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
+  /** Of an event. */
+  const Interface* listener = nullptr;
+  const Method* method = nullptr;
+  std::vector<Value> arguments;
+  /** Of a connection: its service, and "waiting", "watching", "died" or "refused". */
+  std::string service;
+  std::string state;
+  /** Why it was refused. */
+  std::string reason;
+};
+
+/** From binder threads to the main thread, in order. Safe to use from any thread. */
+class EventQueue {
+ public:
+  EventQueue();
+  ~EventQueue();
+  EventQueue(const EventQueue&) = delete;
+  EventQueue& operator=(const EventQueue&) = delete;
+
+  /** Can be read from when there are events. */
+  int fd() const { return fd_; }
+  void push(Event event);
+  std::vector<Event> take();
+
+ private:
+  const int fd_;
+  std::mutex mutex_;
+  std::vector<Event> events_;
+};
+
+/** A listener of any of the interfaces. Queues what it is told, and answers ok. */
+class EventListener : public android::BBinder {
+ public:
+  EventListener(const Interface& listener, std::shared_ptr<EventQueue> queue);
+
+  const android::String16& getInterfaceDescriptor() const override { return descriptor_; }
+
+ protected:
+  android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                               uint32_t flags = 0) override;
+
+ private:
+  const Interface& listener_;
+  const android::String16 descriptor_;
+  const std::shared_ptr<EventQueue> queue_;
+};
+
+}  // namespace veskctl

@@ -1,0 +1,168 @@
+#include <cstdlib>
+#include <optional>
+#include <vector>
+
+#include "Binder.h"
+#include "Commands.h"
+#include "Interfaces.h"
+#include "Render.h"
+
+/* list, ping and methods: what there is. */
+namespace veskctl {
+
+namespace {
+
+/** A service and what was found out about it; nothing if it doesn't answer. */
+struct Examined {
+  const Interface* service;
+  std::optional<Condition> condition;
+
+  const char* state() const { return !condition ? "no answer" : condition->isAlive ? "alive" : "absent"; }
+  bool isAlive() const { return condition && condition->isAlive; }
+};
+
+/** All at once, so that several that hang take no longer than one. */
+std::vector<Examined> examineAll(const std::vector<const Interface*>& services, double timeoutSeconds) {
+  std::vector<Background<Condition>> pending;
+  for (const Interface* service : services) {
+    pending.emplace_back([name = service->serviceName()] { return examine(name); });
+  }
+  const Clock::time_point deadline = deadlineAfter(timeoutSeconds);
+  std::vector<Examined> examined;
+  for (size_t i = 0; i < services.size(); ++i) {
+    examined.push_back({services[i], pending[i].waitUntil(deadline)});
+  }
+  return examined;
+}
+
+std::vector<const Interface*> allServices() {
+  std::vector<const Interface*> all;
+  for (const Interface& service : services()) all.push_back(&service);
+  return all;
+}
+
+std::string stateOf(const Examined& examined, const Settings& settings) {
+  return styled(settings, examined.isAlive() ? Style::kGood : Style::kBad, format("%-9s", examined.state()));
+}
+
+Json toJson(std::span<const Parameter> parameters) {
+  Json list = Json::array();
+  for (const Parameter& parameter : parameters) {
+    Json entry = {{"name", parameter.name}, {"type", nameOf(parameter.type)}};
+    if (!parameter.listener.empty()) entry["listener"] = std::string(parameter.listener);
+    list.push_back(std::move(entry));
+  }
+  return list;
+}
+
+Json toJson(const Interface& interface) {
+  Json json = {{"name", interface.name}, {"interface", interface.descriptor()}};
+  if (!interface.isListener()) json["service"] = interface.serviceName();
+  json["methods"] = Json::array();
+  for (const Method& method : interface.methods) {
+    json["methods"].push_back({{"code", method.code},
+                               {"name", method.name},
+                               {"signature", method.signature()},
+                               {"in", toJson(method.ins())},
+                               {"out", toJson(method.outs())}});
+  }
+  return json;
+}
+
+}  // namespace
+
+int failNotRunning(const std::string& serviceName) {
+  std::string message = serviceName + ": no such service is running";
+#ifdef VESKCTL_RUNTIME_DIR_HINT
+  const char* directory = std::getenv("BINDER_RUNTIME_DIR");
+  message += directory == nullptr ? "; BINDER_RUNTIME_DIR is not set here, but perhaps where the service runs"
+                                  : std::string("; BINDER_RUNTIME_DIR is '") + directory +
+                                        "', is it the same where the service runs?";
+#endif
+  return fail(kNotRunning, message);
+}
+
+int listServices(const Settings& settings) {
+  Json list = Json::array();
+  if (!settings.json) {
+    const std::string head = "NAME         SERVICE                    STATE          PID  METHODS  INTERFACE";
+    print(styled(settings, Style::kHead, head) + "\n");
+  }
+  for (const Examined& each : examineAll(allServices(), settings.timeoutSeconds)) {
+    const Interface& service = *each.service;
+    const std::string name = service.serviceName();
+    const std::optional<pid_t> pid = each.condition ? each.condition->pid : std::nullopt;
+    if (settings.json) {
+      Json entry = {{"name", service.name}, {"service", name},      {"state", each.state()},
+                    {"pid", nullptr},       {"interface", nullptr}, {"methods", service.methods.size()}};
+      if (pid) entry["pid"] = *pid;
+      if (each.isAlive()) entry["interface"] = each.condition->descriptor;
+      list.push_back(std::move(entry));
+    } else {
+      print(format("%-11s  %-25s  %s  %7s  %7zu  %s\n", service.name, name.c_str(),
+                   stateOf(each, settings).c_str(), pid ? std::to_string(*pid).c_str() : "-",
+                   service.methods.size(), each.isAlive() ? each.condition->descriptor.c_str() : "-"));
+    }
+  }
+  if (settings.json) print(dump(list, 2));
+  return kOk;
+}
+
+int pingServices(const std::vector<std::string>& names, const Settings& settings) {
+  std::vector<const Interface*> wanted;
+  for (const std::string& name : names) {
+    std::string error;
+    const Interface* service = findInterface(services(), name, &error);
+    if (service == nullptr) return fail(kUsageError, error);
+    wanted.push_back(service);
+  }
+  if (wanted.empty()) wanted = allServices();
+
+  int exitCode = kOk;
+  Json list = Json::array();
+  for (const Examined& each : examineAll(wanted, settings.timeoutSeconds)) {
+    const std::string name = each.service->serviceName();
+    if (!each.condition) {
+      exitCode = kTimedOut;
+    } else if (!each.isAlive() && exitCode == kOk) {
+      exitCode = kNotRunning;
+    }
+    if (settings.json) {
+      Json entry = {{"service", name}, {"state", each.state()}, {"milliseconds", nullptr}};
+      if (each.isAlive()) entry["milliseconds"] = each.condition->roundTrip.count();
+      list.push_back(std::move(entry));
+    } else if (each.isAlive()) {
+      print(format("%-25s  %s  %.3f ms\n", name.c_str(), stateOf(each, settings).c_str(),
+                   each.condition->roundTrip.count()));
+    } else {
+      print(format("%-25s  %s\n", name.c_str(), styled(settings, Style::kBad, each.state()).c_str()));
+    }
+  }
+  if (settings.json) print(dump(list, 2));
+  return exitCode;
+}
+
+int listMethods(const std::string& name, const Settings& settings) {
+  std::span<const Interface> wanted = interfaces();
+  if (!name.empty()) {
+    std::string error;
+    const Interface* interface = findInterface(interfaces(), name, &error);
+    if (interface == nullptr) return fail(kUsageError, error);
+    wanted = {interface, 1};
+  }
+  Json list = Json::array();
+  for (const Interface& interface : wanted) {
+    if (settings.json) {
+      list.push_back(toJson(interface));
+      continue;
+    }
+    print(styled(settings, Style::kHead, interface.name) + "  " + interface.descriptor() + ", " +
+          std::to_string(interface.methods.size()) + " methods\n");
+    for (const Method& method : interface.methods)
+      print(format("%5u  %s\n", method.code, method.signature().c_str()));
+  }
+  if (settings.json) print(dump(list, 2));
+  return kOk;
+}
+
+}  // namespace veskctl

@@ -1,0 +1,136 @@
+# shellcheck shell=bash
+# Completion of veskctl(1) for bash. Commands, options, services and methods are what the program itself says.
+
+# The words up to the cursor, in `words`. Bash has cut them at each of : = @, too.
+_veskctl_words() {
+  local rest=$COMP_LINE piece i
+  words=()
+  for ((i = 0; i <= COMP_CWORD; i++)); do
+    piece=${COMP_WORDS[i]}
+    if [[ $i -eq 0 || $rest == [[:space:]]* || -z $rest ]]; then
+      words+=("$piece")
+    else
+      words[${#words[@]} - 1]+=$piece
+    fi
+    rest=${rest#"${rest%%[![:space:]]*}"}
+    rest=${rest#"$piece"}
+  done
+}
+
+# The names of the interfaces, of which each line that doesn't begin with a blank begins with one.
+_veskctl_interfaces() {
+  "$1" methods 2>/dev/null | sed -n 's/^\([a-z-]\{1,\}\) .*/\1/p'
+}
+
+# _veskctl_offer CURRENT CANDIDATE...: bash puts them in place of what stands behind the last @ only, if that is one of
+# the characters at which it cuts.
+_veskctl_offer() {
+  local current=$1 cut='' candidate
+  shift
+  [[ $current == @* && $COMP_WORDBREAKS == *@* ]] && cut=@
+  for candidate; do
+    [[ $candidate == "$current"* ]] && COMPREPLY+=("${candidate#"$cut"}")
+  done
+}
+
+# _veskctl_methods PROGRAM SERVICE CURRENT: in a list they stand with their arguments, on the command line without.
+_veskctl_methods() {
+  local code signature
+  while read -r code signature; do
+    [[ $code == [0-9]* && $signature == "$3"* ]] && COMPREPLY+=("$signature")
+  done < <("$1" methods "$2" 2>/dev/null)
+  [[ ${#COMPREPLY[@]} -ne 1 ]] || COMPREPLY=("${COMPREPLY[0]%%(*}")
+}
+
+# _veskctl_argument PROGRAM SERVICE METHOD INDEX CURRENT
+_veskctl_argument() {
+  local code signature parameters=() parameter='' files
+  while read -r code signature; do
+    if [[ $code == "$3" || ${signature%%(*} == "$3" ]]; then
+      signature=${signature#*(}
+      IFS=, read -ra parameters <<<"${signature%%)*}"
+      parameter=${parameters[$4]# }
+    fi
+  done < <("$1" methods "$2" 2>/dev/null)
+  case $parameter in
+    'bool '*) _veskctl_offer "$5" true false ;;
+    'listener '*) _veskctl_offer "$5" - @watch ;;
+    'record '*)
+      compopt -o nospace 2>/dev/null
+      if [[ $5 == @* ]]; then
+        compopt -o filenames 2>/dev/null
+        mapfile -t files < <(compgen -f -- "${5#@}")
+        _veskctl_offer "$5" "${files[@]/#/@}"
+      else
+        _veskctl_offer "$5" @ hex: zero:
+      fi
+      ;;
+    # Nothing to put there, but to show: two candidates that have nothing in common.
+    ?*) [[ -n $5 ]] || COMPREPLY=("<$parameter>" ' ') ;;
+  esac
+}
+
+_veskctl() {
+  local program=$1 words current command='' operands=() word i
+  _veskctl_words
+  current=${words[-1]}
+  COMPREPLY=()
+
+  for ((i = 1; i < ${#words[@]} - 1; i++)); do
+    word=${words[i]}
+    case $word in
+      --timeout | --color | --colour | --at)
+        # Behind the method everything is an argument.
+        if [[ ${#operands[@]} -eq 0 ]]; then
+          i=$((i + 1))
+          continue
+        fi
+        ;;
+    esac
+    if [[ $word == -* && ${#operands[@]} -eq 0 ]]; then
+      continue
+    elif [[ -z $command ]]; then
+      command=$word
+    else
+      operands+=("$word")
+    fi
+  done
+
+  local before=${words[${#words[@]} - 2]}
+  if [[ ${#operands[@]} -eq 0 && $before == --colo*r ]]; then
+    _veskctl_offer "$current" auto always never
+  elif [[ ${#operands[@]} -eq 0 && ($before == --timeout || $before == --at) ]]; then
+    return
+  elif [[ ${#operands[@]} -eq 0 && $current == -* ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$("$program" ${command:+"$command"} --help 2>/dev/null |
+      sed -n '/^  -/p' | grep -o -e '--[a-z]*')" -- "$current")
+  elif [[ -z $command ]]; then
+    mapfile -t COMPREPLY < <(compgen -W "$("$program" --help 2>/dev/null |
+      sed -n '/^Subcommands:/,/^$/s/^  \([a-z]*\) .*/\1/p')" -- "$current")
+  else
+    local names=() chosen
+    mapfile -t names < <(_veskctl_interfaces "$program")
+    case $command in
+      methods) _veskctl_offer "$current" "${names[@]}" ;;
+      ping)
+        for chosen in "${names[@]}"; do
+          [[ $chosen == *-events ]] || _veskctl_offer "$current" "$chosen"
+        done
+        ;;
+      watch)
+        for chosen in "${names[@]}"; do
+          [[ $chosen != *-events ]] || _veskctl_offer "$current" "${chosen%-events}"
+        done
+        ;;
+      call)
+        case ${#operands[@]} in
+          0) _veskctl_offer "$current" "${names[@]}" ;;
+          1) _veskctl_methods "$program" "${operands[0]}" "$current" ;;
+          *) _veskctl_argument "$program" "${operands[0]}" "${operands[1]}" $((${#operands[@]} - 2)) "$current" ;;
+        esac
+        ;;
+    esac
+  fi
+}
+
+complete -F _veskctl veskctl
