@@ -12,6 +12,9 @@
  * ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the serving
  * side answers all but the release with a reply. A reply that holds binders is held by its sender until the
  * caller has answered it with a claimed frame.
+ *
+ * The calling side may open a lane with a share frame, which brings the Mailboxes of the lane as a file
+ * descriptor. Any later frame may then come by mailbox, if its receiver looks there, or else by the socket.
  */
 namespace android::transport {
 
@@ -37,7 +40,12 @@ enum class FrameKind : uint32_t {
   kAcquire = 4,
   /** The calling process lets go of `object`, once for each acquire. Not answered. */
   kRelease = 5,
+  /** The first frame of a lane: here are mailboxes. Not answered. */
+  kShare = 6,
 };
+
+/** In a request: the one before was answered a moment ago, so that the next is likely to follow as fast. */
+constexpr uint32_t kHintBackToBack = 1;
 
 struct FrameHeader {
   uint32_t magic = kMagic;
@@ -48,7 +56,8 @@ struct FrameHeader {
   int32_t status = 0;
   uint32_t dataSize = 0;
   uint32_t objectCount = 0;
-  uint32_t reserved = 0;
+  /** Nothing but speed depends on these. */
+  uint32_t hints = 0;
 };
 
 /** A binder in the data: the process it lives in, its number there, and where its place in the data begins.
@@ -66,5 +75,10 @@ static_assert(offsetof(FrameHeader, object) == 8 && offsetof(Hello, process) == 
 
 /** The most that a transaction may carry in either direction. */
 constexpr size_t kMaxDataSize = 1024 * 1024;
+
+/** The receiver doesn't know yet how long the frame is: its first packet has to fit this. */
+constexpr size_t kFirstPacketSize = 16 * 1024 - 64;
+/** The most that the other packets of a frame hold. */
+constexpr size_t kPacketSize = 64 * 1024;
 
 }  // namespace android::transport

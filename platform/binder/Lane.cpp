@@ -1,14 +1,15 @@
 #include "Lane.h"
 
 #include <poll.h>
+#include <sched.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
 #include <algorithm>
 #include <cerrno>
 #include <cstring>
-#include <new>
 #include <span>
+#include <utility>
 
 #include "ParcelAccess.h"
 
@@ -16,40 +17,19 @@ namespace android::transport {
 
 namespace {
 
-/** Walks over some pieces of memory, a packet at a time. */
-class Pieces {
- public:
-  static constexpr size_t kMost = 3;
+/** What a call may take to follow on the one before and still count as back to back. */
+constexpr std::chrono::microseconds kBackToBack(10);
+/** A system call costs much more than a look. */
+constexpr unsigned kLooksPerYield = 16;
+constexpr unsigned kLooksPerPoll = 4096;
 
-  void add(const void* base, size_t size) {
-    if (size > 0) pieces_[count_++] = {const_cast<void*>(base), size};
-    size_ += size;
-  }
-
-  size_t size() const { return size_; }
-
-  /** The next `size` bytes, valid until the next call. */
-  std::span<iovec> next(size_t size) {
-    size_t used = 0;
-    size_ -= size;
-    for (size_t i = first_; size > 0; ++i) {
-      const size_t part = std::min(size, pieces_[i].iov_len);
-      packet_[used++] = {pieces_[i].iov_base, part};
-      pieces_[i].iov_base = static_cast<uint8_t*>(pieces_[i].iov_base) + part;
-      pieces_[i].iov_len -= part;
-      size -= part;
-      if (pieces_[i].iov_len == 0) first_ = i + 1;
-    }
-    return {packet_, used};
-  }
-
- private:
-  iovec pieces_[kMost];
-  iovec packet_[kMost];
-  size_t first_ = 0;
-  size_t count_ = 0;
-  size_t size_ = 0;
-};
+void pauseProcessor() {
+#if defined(__x86_64__) || defined(__i386__)
+  __builtin_ia32_pause();
+#elif defined(__arm__) || defined(__aarch64__)
+  asm volatile("yield");
+#endif
+}
 
 template <class Call>
 ssize_t retryOnInterrupt(Call call) {
@@ -83,6 +63,27 @@ bool waitReadable(int socket, int timeoutMs) {
   return retryOnInterrupt([&] { return ::poll(&poller, 1, timeoutMs); }) > 0;
 }
 
+void Lane::share() {
+  if (Lookouts::self().patienceNs() == 0) return;
+  UniqueFd shared;
+  Mailboxes mailboxes = Mailboxes::make(&shared);
+  if (!mailboxes) return;
+  FrameHeader header{.kind = FrameKind::kShare};
+  iovec packet{&header, sizeof(header)};
+  alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
+  msghdr message = messageOf({&packet, 1});
+  message.msg_control = control;
+  message.msg_controllen = sizeof(control);
+  cmsghdr* const rights = CMSG_FIRSTHDR(&message);
+  rights->cmsg_level = SOL_SOCKET;
+  rights->cmsg_type = SCM_RIGHTS;
+  rights->cmsg_len = CMSG_LEN(sizeof(int));
+  const int fd = shared.get();
+  std::memcpy(CMSG_DATA(rights), &fd, sizeof(fd));
+  // If it can't be sent, neither can the first frame, or the lane does without.
+  if (::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT) > 0) mailboxes_ = std::move(mailboxes);
+}
+
 status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
   Pieces pieces;
   pieces.add(&header, sizeof(header));
@@ -92,8 +93,47 @@ status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<Ob
     pieces.add(data->data(), data->dataSize());
     pieces.add(objects.data(), objects.size() * sizeof(ObjectEntry));
   }
-  for (size_t packetSize = kFirstPacketSize; pieces.size() > 0; packetSize = kPacketSize) {
-    const msghdr message = messageOf(pieces.next(std::min(pieces.size(), packetSize)));
+  if (!mailboxes_) return sendPackets(&pieces);
+
+  const bool byMailbox = pieces.size() <= kFirstPacketSize && mailboxes_.out().claim();
+  // A receiver that looks for a frame that doesn't fit goes to the socket at once.
+  if (!byMailbox) mailboxes_.out().close();
+  if (header.kind == FrameKind::kRequest && !Lookouts::self().isCrowded() &&
+      Clock::now() - lastReply_ < kBackToBack) {
+    header.hints |= kHintBackToBack;
+  }
+  // Said before the frame leaves, so that whoever has got the frame finds it said.
+  looksOut_ = expectsFrameSoon(header, byMailbox, objects.size());
+  if (looksOut_) mailboxes_.in().open();
+  if (byMailbox) {
+    const size_t size = pieces.size();
+    pieces.copyTo(mailboxes_.out().bytes(), size);
+    mailboxes_.out().fill(size);
+    return OK;
+  }
+  const status_t status = sendPackets(&pieces);
+  if (status != OK) endLookout();
+  return status;
+}
+
+bool Lane::expectsFrameSoon(const FrameHeader& sent, bool byMailbox, size_t objectCount) {
+  bool soon = false;
+  // Who took a request out of its mailbox is awake; anybody else takes so long to wake up that it is cheaper
+  // to sleep, too.
+  if (sent.kind == FrameKind::kRequest) soon = byMailbox;
+  // The caller looks for this reply, or will wake up and call again.
+  if (sent.kind == FrameKind::kReply) soon = backToBack_ && objectCount == 0;
+  return soon && patience_.take() && Lookouts::self().enter();
+}
+
+status_t Lane::sendPackets(Pieces* pieces) {
+  const size_t first = std::min(pieces->size(), kFirstPacketSize);
+  // One piece costs the kernel less than several do.
+  pieces->copyTo(buffer_.data(), first);
+  const auto send = [&] { return ::send(socket_.get(), buffer_.data(), first, MSG_NOSIGNAL); };
+  if (retryOnInterrupt(send) < 0) return statusOfErrno();
+  while (pieces->size() > 0) {
+    const msghdr message = messageOf(pieces->next(std::min(pieces->size(), kPacketSize)));
     if (retryOnInterrupt([&] { return ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL); }) < 0) {
       return statusOfErrno();
     }
@@ -102,6 +142,11 @@ status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<Ob
 }
 
 status_t Lane::trySend(const FrameHeader& header) {
+  if (mailboxes_ && mailboxes_.out().claim()) {
+    std::memcpy(mailboxes_.out().bytes(), &header, sizeof(header));
+    mailboxes_.out().fill(sizeof(header));
+    return OK;
+  }
   const auto send = [&] {
     return ::send(socket_.get(), &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT);
   };
@@ -109,14 +154,90 @@ status_t Lane::trySend(const FrameHeader& header) {
   return errno == EAGAIN || errno == EWOULDBLOCK ? WOULD_BLOCK : statusOfErrno();
 }
 
+void Lane::endLookout() {
+  if (!looksOut_) return;
+  looksOut_ = false;
+  Lookouts::self().leave();
+}
+
+status_t Lane::lookOut(bool* found) {
+  Mailbox& in = mailboxes_.in();
+  const auto end = Clock::now() + std::chrono::nanoseconds(Lookouts::self().patienceNs());
+  for (unsigned looks = 1; in.isOpen(); ++looks) {
+    pauseProcessor();
+    if (looks % kLooksPerYield != 0) continue;
+    // The other side may be waiting for this very processor: who wakes a thread up is expected to go to
+    // sleep.
+    ::sched_yield();
+    if (Clock::now() < end || !in.close()) continue;
+    endLookout();
+    patience_.failed();
+    *found = false;
+    return OK;
+  }
+  endLookout();
+  patience_.paid();
+  *found = !in.isIdle();
+  for (unsigned looks = 1; *found && !in.isFull(); ++looks) {
+    pauseProcessor();
+    // The sender needs no longer than for a copy, unless it is stopped in the middle, or killed.
+    if (looks % kLooksPerPoll == 0 && waitReadable(1) && !in.isFull()) return DEAD_OBJECT;
+  }
+  return OK;
+}
+
+ssize_t Lane::receivePacket() {
+  const auto receive = [&] { return ::recv(socket_.get(), buffer_.data(), buffer_.size(), MSG_TRUNC); };
+  if (!awaitsShare_) return retryOnInterrupt(receive);
+  awaitsShare_ = false;
+  iovec packet{buffer_.data(), buffer_.size()};
+  alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
+  msghdr message = messageOf({&packet, 1});
+  message.msg_control = control;
+  message.msg_controllen = sizeof(control);
+  const ssize_t size =
+      retryOnInterrupt([&] { return ::recvmsg(socket_.get(), &message, MSG_TRUNC | MSG_CMSG_CLOEXEC); });
+  UniqueFd shared;
+  const cmsghdr* const rights = size > 0 ? CMSG_FIRSTHDR(&message) : nullptr;
+  if (rights != nullptr && rights->cmsg_level == SOL_SOCKET && rights->cmsg_type == SCM_RIGHTS &&
+      rights->cmsg_len == CMSG_LEN(sizeof(int))) {
+    int fd;
+    std::memcpy(&fd, CMSG_DATA(rights), sizeof(fd));
+    shared = UniqueFd(fd);
+  }
+  FrameHeader header;
+  if (size != sizeof(header)) return size;
+  std::memcpy(&header, buffer_.data(), sizeof(header));
+  if (header.magic != kMagic || header.kind != FrameKind::kShare) return size;
+  mailboxes_ = Mailboxes::accept(shared);
+  return retryOnInterrupt(receive);
+}
+
 status_t Lane::receive(FrameHeader* header, Parcel* data) {
-  const ssize_t first =
-      retryOnInterrupt([&] { return ::recv(socket_.get(), buffer_.data(), buffer_.size(), MSG_TRUNC); });
-  if (first < 0) return statusOfErrno();
-  if (first == 0) return DEAD_OBJECT;
-  const auto packetSize = static_cast<size_t>(first);
-  if (packetSize < sizeof(*header) || packetSize > buffer_.size()) return FAILED_TRANSACTION;
-  std::memcpy(header, buffer_.data(), sizeof(*header));
+  bool byMailbox = false;
+  if (looksOut_) {
+    if (const status_t status = lookOut(&byMailbox); status != OK) return status;
+  }
+  status_t status;
+  if (byMailbox) {
+    status = unpack(mailboxes_.in().bytes(), mailboxes_.in().size(), header, data);
+    mailboxes_.in().empty();
+  } else {
+    const ssize_t size = receivePacket();
+    if (size < 0) return statusOfErrno();
+    if (size == 0) return DEAD_OBJECT;
+    status = unpack(buffer_.data(), static_cast<size_t>(size), header, data);
+  }
+  if (mailboxes_) {
+    backToBack_ = header->kind == FrameKind::kRequest && (header->hints & kHintBackToBack) != 0;
+    if (header->kind == FrameKind::kReply) lastReply_ = Clock::now();
+  }
+  return status;
+}
+
+status_t Lane::unpack(const uint8_t* packet, size_t packetSize, FrameHeader* header, Parcel* data) {
+  if (packetSize < sizeof(*header) || packetSize > kFirstPacketSize) return FAILED_TRANSACTION;
+  std::memcpy(header, packet, sizeof(*header));
   if (!isValid(*header)) return FAILED_TRANSACTION;
 
   Pieces pieces;
@@ -129,13 +250,9 @@ status_t Lane::receive(FrameHeader* header, Parcel* data) {
     pieces.add(objects_.data(), objects_.size() * sizeof(ObjectEntry));
   }
 
-  const uint8_t* buffered = buffer_.data() + sizeof(*header);
-  const size_t bufferedSize = packetSize - sizeof(*header);
-  if (bufferedSize != std::min(pieces.size(), buffer_.size() - sizeof(*header))) return FAILED_TRANSACTION;
-  for (const iovec& piece : pieces.next(bufferedSize)) {
-    std::memcpy(piece.iov_base, buffered, piece.iov_len);
-    buffered += piece.iov_len;
-  }
+  const size_t first = packetSize - sizeof(*header);
+  if (first != std::min(pieces.size(), kFirstPacketSize - sizeof(*header))) return FAILED_TRANSACTION;
+  pieces.copyFrom(packet + sizeof(*header), first);
 
   while (pieces.size() > 0) {
     const size_t expected = std::min(pieces.size(), kPacketSize);

@@ -1,6 +1,9 @@
 #pragma once
 
+#include <sys/types.h>
+
 #include <array>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
 #include <vector>
@@ -9,6 +12,9 @@
 #include <utils/Errors.h>
 
 #include "Frame.h"
+#include "Mailboxes.h"
+#include "Patience.h"
+#include "Pieces.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
@@ -18,16 +24,24 @@ bool waitReadable(int socket, int timeoutMs);
 
 /**
  * A connection that carries frames, one at a time. All that is known of the carrier stands here: a socket
- * that keeps packets whole, so that a frame that fits the first packet costs one send and one receive. After
- * any error the connection is of no more use.
+ * that keeps packets whole, so that a frame that fits the first packet costs one send and one receive, and
+ * mailboxes for receivers that look for a frame before they sleep. After any error the connection is of no
+ * more use.
  */
 class Lane {
  public:
-  explicit Lane(UniqueFd socket) : socket_(std::move(socket)) {}
+  enum class Side { kCalls, kServes };
+
+  Lane(UniqueFd socket, Side side) : socket_(std::move(socket)), awaitsShare_(side == Side::kServes) {}
+  ~Lane() { endLookout(); }
+
+  /** Offers the other side mailboxes, if this process ever looks for frames. Before any frame is sent. */
+  void share();
 
   /**
    * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the other side is
-   * gone, FAILED_TRANSACTION for other errors.
+   * gone, FAILED_TRANSACTION for other errors. A request, and a reply without objects, is to be followed by a
+   * receive() of what comes next.
    */
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {});
@@ -42,18 +56,36 @@ class Lane {
    */
   status_t receive(FrameHeader* header, Parcel* data);
 
+  /** Waits for the answer to an acquire. */
   bool waitReadable(int timeoutMs) const { return transport::waitReadable(socket_.get(), timeoutMs); }
 
   /** The objects of the frame received last. */
   const std::vector<ObjectEntry>& objects() const { return objects_; }
 
+  const Patience& patience() const { return patience_; }
+
  private:
-  /** The receiver doesn't know yet how long the frame is: its first packet has to fit this. The others are
-   * larger. */
-  static constexpr size_t kFirstPacketSize = 8 * 1024;
-  static constexpr size_t kPacketSize = 64 * 1024;
+  using Clock = std::chrono::steady_clock;
+
+  bool expectsFrameSoon(const FrameHeader& sent, bool byMailbox, size_t objectCount);
+  status_t sendPackets(Pieces* pieces);
+  void endLookout();
+  /** Looks into the mailbox until something is there (or is about to come by the socket), for a while. */
+  status_t lookOut(bool* found);
+  /** The size of the next packet, which is in the buffer; as recv(). */
+  ssize_t receivePacket();
+  status_t unpack(const uint8_t* packet, size_t size, FrameHeader* header, Parcel* data);
 
   UniqueFd socket_;
+  /** A share frame may come first. */
+  bool awaitsShare_;
+  /** This side has said that it looks into its mailbox. */
+  bool looksOut_ = false;
+  /** What the hint of the last request said. */
+  bool backToBack_ = false;
+  Patience patience_;
+  Clock::time_point lastReply_;
+  Mailboxes mailboxes_;
   std::vector<ObjectEntry> objects_;
   std::array<uint8_t, kFirstPacketSize> buffer_;
 };

@@ -118,11 +118,13 @@ std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
     *status = FAILED_TRANSACTION;
     return nullptr;
   }
-  std::unique_ptr<Lane> lane = idleOrNewLane(status);
-  if (lane == nullptr) return nullptr;
+  std::unique_ptr<Lane> lane = idle_.take();
+  if (lane == nullptr) lane = openLane(status);
+  if (lane == nullptr || !hasUnreleased_) return lane;
   std::vector<uint64_t> unreleased;
   {
     const std::lock_guard lock(mutex_);
+    hasUnreleased_ = false;
     unreleased.swap(unreleased_);
   }
   for (const uint64_t number : unreleased) {
@@ -132,23 +134,19 @@ std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
   return lane;
 }
 
-std::unique_ptr<Lane> Remote::idleOrNewLane(status_t* status) {
-  {
-    const std::lock_guard lock(mutex_);
-    if (!idle_.empty()) {
-      std::unique_ptr<Lane> lane = std::move(idle_.back());
-      idle_.pop_back();
-      return lane;
-    }
-  }
+std::unique_ptr<Lane> Remote::openLane(status_t* status) {
   UniqueFd connection;
   *status = openConnection(id_, ConnectionKind::kLane, &connection);
-  return *status == OK ? std::make_unique<Lane>(std::move(connection)) : nullptr;
+  if (*status != OK) return nullptr;
+  auto lane = std::make_unique<Lane>(std::move(connection), Lane::Side::kCalls);
+  lane->share();
+  return lane;
 }
 
 void Remote::returnLane(std::unique_ptr<Lane> lane) {
-  const std::lock_guard lock(mutex_);
-  if (!isDead()) idle_.push_back(std::move(lane));
+  idle_.put(std::move(lane));
+  // Asked only now: whoever sets it clears the idle lanes after that.
+  if (isDead()) idle_.clear();
 }
 
 status_t Remote::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
@@ -159,6 +157,7 @@ status_t Remote::transact(uint64_t number, uint32_t code, const Parcel& data, Pa
   std::vector<ObjectEntry> entries;
   status_t status = transport.describe(data, &entries);
   if (status != OK) return status;
+  const Lookouts::Call call;
   std::unique_ptr<Lane> lane = takeLane(&status);
   if (lane == nullptr) return status;
 
@@ -197,12 +196,14 @@ void Remote::sendRelease(uint64_t number) {
   if (isDead() || Transport::self().forked) return;
   // Whoever lets an object go must not wait for its process. What can't be sent now goes with the next call.
   status_t status = OK;
-  std::unique_ptr<Lane> lane = idleOrNewLane(&status);
+  std::unique_ptr<Lane> lane = idle_.take();
+  if (lane == nullptr) lane = openLane(&status);
   if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
   const bool putOff = lane == nullptr || status == WOULD_BLOCK;
   if (putOff) {
     const std::lock_guard lock(mutex_);
     unreleased_.push_back(number);
+    hasUnreleased_ = true;
   }
   if (lane != nullptr && (status == OK || putOff)) returnLane(std::move(lane));
 }
@@ -218,17 +219,16 @@ void Remote::release(const BpBinder& proxy) {
 
 void Remote::died() {
   Transport::self().remotes.remove(*this);
-  std::vector<std::unique_ptr<Lane>> lanes;
   auto proxies = std::make_shared<std::vector<sp<BpBinder>>>();
   {
     const std::lock_guard lock(mutex_);
-    dead_.store(true, std::memory_order_release);
-    lanes.swap(idle_);
+    dead_ = true;
     for (const auto& [number, proxy] : proxies_) {
       if (sp<BpBinder> alive = proxy.promote(); alive != nullptr) proxies->push_back(std::move(alive));
     }
     proxies_.clear();
   }
+  idle_.clear();
   if (proxies->empty()) return;
   Transport::self().reactor.runForeign("binder:death", [proxies] {
     for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();

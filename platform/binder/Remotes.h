@@ -12,6 +12,7 @@
 #include <utils/Errors.h>
 
 #include "Frame.h"
+#include "IdleLanes.h"
 #include "Lane.h"
 #include "UniqueFd.h"
 
@@ -27,7 +28,7 @@ class Remote : public std::enable_shared_from_this<Remote> {
   explicit Remote(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
 
   uint64_t id() const { return id_; }
-  bool isDead() const { return dead_.load(std::memory_order_acquire); }
+  bool isDead() const { return dead_.load(); }
 
   /** Makes the watch connection, if there is none yet. After a failure this Remote is of no more use. */
   status_t connect();
@@ -46,7 +47,7 @@ class Remote : public std::enable_shared_from_this<Remote> {
  private:
   /** An idle lane or a new one, over which all releases that were put off have been sent. */
   std::unique_ptr<Lane> takeLane(status_t* status);
-  std::unique_ptr<Lane> idleOrNewLane(status_t* status);
+  std::unique_ptr<Lane> openLane(status_t* status);
   void returnLane(std::unique_ptr<Lane> lane);
   status_t openWatch();
   status_t acquire(uint64_t number);
@@ -59,12 +60,12 @@ class Remote : public std::enable_shared_from_this<Remote> {
   /** What came of connecting, once it has been tried. */
   std::optional<status_t> connected_;
 
+  IdleLanes idle_;
   std::mutex mutex_;
-  /** The lane used last is at the back, and is used next. */
-  std::vector<std::unique_ptr<Lane>> idle_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
   /** Objects to be released that no lane would take at the time. */
   std::vector<uint64_t> unreleased_;
+  std::atomic<bool> hasUnreleased_{false};
 };
 
 /** All processes whose objects this process holds. */

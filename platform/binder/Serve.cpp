@@ -51,7 +51,7 @@ bool answerAcquire(Lane* lane, Peer* peer, uint64_t number) {
 }  // namespace
 
 void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid) {
-  Lane lane(std::move(connection));
+  Lane lane(std::move(connection), Lane::Side::kServes);
   for (bool usable = true; usable;) {
     // Anew for each transaction: the one before may have left it cleared.
     CallingIdentity::set({peer->pid(), uid});

@@ -145,7 +145,7 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
 TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
   RawPeer peer = lane();
   const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 20000};
-  peer.sendFrame(header, std::vector<uint8_t>(8 * 1024 - sizeof(header)));
+  peer.sendFrame(header, std::vector<uint8_t>(kFirstPacketSize - sizeof(header)));
   std::vector<RawPeer> silent;
   for (int i = 0; i < 100; ++i) silent.emplace_back(path);
   EXPECT_EQ(increment(service, 5), 6) << "while they wait";

@@ -75,8 +75,8 @@ TEST_F(TransactionTest, CarriesUpToOneMebibyteEachWay) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   constexpr size_t kLimit = 1024 * 1024;
-  // Around the packets that a frame is cut into: 8 KiB with a header of 40 bytes, then 64 KiB each.
-  constexpr size_t kFirst = 8 * 1024 - 40;
+  // Around the packets that a frame is cut into: 16 KiB less 64 bytes with a header of 40, then 64 KiB each.
+  constexpr size_t kFirst = 16 * 1024 - 64 - 40;
   constexpr size_t kNext = 64 * 1024;
   for (const size_t size : {size_t{0}, size_t{4}, size_t{512}, size_t{516}, kFirst - 4, kFirst, kFirst + 4,
                             kFirst + kNext - 4, kFirst + kNext, kFirst + kNext + 4, kLimit - 4, kLimit}) {

@@ -1,0 +1,41 @@
+#pragma once
+
+#include <array>
+#include <atomic>
+#include <cstddef>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include "Lane.h"
+
+namespace android::transport {
+
+/**
+ * The lanes to a process that nobody uses. A thread mostly finds the one that it used last, whose thread at
+ * the other end has its memory at hand, and threads don't wait for each other.
+ */
+class IdleLanes {
+ public:
+  IdleLanes() = default;
+  ~IdleLanes() { clear(); }
+  IdleLanes(const IdleLanes&) = delete;
+  IdleLanes& operator=(const IdleLanes&) = delete;
+
+  /** Null if there is none. */
+  std::unique_ptr<Lane> take();
+  void put(std::unique_ptr<Lane> lane);
+  void clear();
+
+ private:
+  static constexpr size_t kPlaces = 64;
+
+  /** Each for the threads of one number. */
+  std::array<std::atomic<Lane*>, kPlaces> places_{};
+  /** Those whose place was taken. */
+  std::atomic<size_t> otherCount_{0};
+  std::mutex mutex_;
+  std::vector<std::unique_ptr<Lane>> others_;
+};
+
+}  // namespace android::transport

@@ -1,0 +1,63 @@
+#include "Mailboxes.h"
+
+#include <fcntl.h>
+#include <sys/mman.h>
+#include <sys/stat.h>
+
+#include <utility>
+
+namespace android::transport {
+
+namespace {
+
+constexpr size_t kSize = 2 * sizeof(Mailbox);
+/** Nobody must take the memory from under the other's feet. */
+constexpr int kSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
+
+}  // namespace
+
+Mailboxes::Mailboxes(Mailboxes&& other) noexcept { *this = std::move(other); }
+
+Mailboxes& Mailboxes::operator=(Mailboxes&& other) noexcept {
+  std::swap(memory_, other.memory_);
+  std::swap(in_, other.in_);
+  std::swap(out_, other.out_);
+  return *this;
+}
+
+Mailboxes::~Mailboxes() {
+  if (memory_ != nullptr) ::munmap(memory_, kSize);
+}
+
+Mailboxes Mailboxes::map(int fd) {
+  Mailboxes result;
+  void* const memory = ::mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
+  if (memory == MAP_FAILED) return result;
+  // New memory is zero, which is an idle mailbox.
+  result.memory_ = static_cast<Mailbox*>(memory);
+  result.in_ = result.memory_;
+  result.out_ = result.memory_ + 1;
+  return result;
+}
+
+Mailboxes Mailboxes::make(UniqueFd* shared) {
+  UniqueFd fd(::memfd_create("binder-mailboxes", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+  if (!fd.valid() || ::ftruncate(fd.get(), kSize) < 0 || ::fcntl(fd.get(), F_ADD_SEALS, kSeals) < 0)
+    return {};
+  *shared = std::move(fd);
+  return map(shared->get());
+}
+
+Mailboxes Mailboxes::accept(const UniqueFd& shared) {
+  struct stat info;
+  const int seals = shared.valid() ? ::fcntl(shared.get(), F_GET_SEALS) : -1;
+  if (seals < 0 || (seals & kSeals) != kSeals || ::fstat(shared.get(), &info) < 0 ||
+      info.st_size != off_t{kSize}) {
+    return {};
+  }
+  Mailboxes result = map(shared.get());
+  std::swap(result.in_, result.out_);
+  return result;
+}
+
+}  // namespace android::transport

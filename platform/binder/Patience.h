@@ -1,0 +1,71 @@
+#pragma once
+
+#include <algorithm>
+#include <atomic>
+#include <cstdint>
+
+namespace android::transport {
+
+/**
+ * Learns whether it pays to look for a frame before sleeping. Each time that it didn't, twice as many waits
+ * as before go by without a look, and each time that it did, half as many.
+ */
+class Patience {
+ public:
+  static constexpr uint32_t kMostSkipped = 1023;
+
+  /** Whether to look this time. */
+  bool take() {
+    if (toSkip_ == 0) return true;
+    --toSkip_;
+    return false;
+  }
+  void paid() { penalty_ /= 2; }
+  void failed() {
+    penalty_ = std::min(2 * penalty_ + 1, kMostSkipped);
+    toSkip_ = penalty_;
+  }
+
+ private:
+  uint32_t penalty_ = 0;
+  uint32_t toSkip_ = 0;
+};
+
+/** How many threads of this process look for frames at a time: fewer than it has processors, so that there is
+ * one for whoever is to send them. */
+class Lookouts {
+ public:
+  static Lookouts& self();
+
+  /** For how long a thread may look; 0 if this process does not. */
+  int64_t patienceNs() const { return patienceNs_; }
+
+  bool enter() {
+    if (count_.fetch_add(1, std::memory_order_relaxed) < limit_) return true;
+    leave();
+    return false;
+  }
+  void leave() { count_.fetch_sub(1, std::memory_order_relaxed); }
+
+  /** Whether so many threads call at once that each processor has enough to do. */
+  bool isCrowded() const { return calls_.load(std::memory_order_relaxed) > limit_ + 1; }
+
+  /** A thread of this process is in a call. */
+  class Call {
+   public:
+    Call() { self().calls_.fetch_add(1, std::memory_order_relaxed); }
+    ~Call() { self().calls_.fetch_sub(1, std::memory_order_relaxed); }
+    Call(const Call&) = delete;
+    Call& operator=(const Call&) = delete;
+  };
+
+ private:
+  Lookouts();
+
+  int limit_ = 0;
+  int64_t patienceNs_ = 0;
+  std::atomic<int> count_{0};
+  std::atomic<int> calls_{0};
+};
+
+}  // namespace android::transport
