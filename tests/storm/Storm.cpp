@@ -1,0 +1,184 @@
+#include <gtest/gtest.h>
+#include <signal.h>
+
+#include <charconv>
+#include <chrono>
+#include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <memory>
+#include <random>
+#include <string>
+#include <thread>
+#include <vector>
+
+#include "ChildProcess.h"
+
+/*
+ * A storm: services that are killed and started again at random, under applications that connect, call and
+ * get events on many threads. Nothing may hang or crash, each connection is told of its service's death
+ * exactly once, each call gives its answer or its failure, and what is left over is found.
+ *
+ *     storm [--seconds N] [--seed N] [--services N] [--apps N] [--threads N]
+ */
+
+using namespace std::chrono_literals;
+using vesk::test::ChildProcess;
+
+namespace {
+
+struct Options {
+  unsigned seconds = 8;
+  unsigned seed = 1;
+  /** Call, misc and config service, in this order. */
+  unsigned services = 3;
+  unsigned apps = 3;
+  /** That call, in each application. */
+  unsigned threads = 6;
+};
+
+bool parse(int argc, char** argv, Options* options) {
+  const struct {
+    const char* name;
+    unsigned* value;
+    unsigned least;
+    unsigned most;
+  } known[] = {{"--seconds", &options->seconds, 1, 1'000'000},
+               {"--seed", &options->seed, 0, ~0U},
+               {"--services", &options->services, 1, 3},
+               {"--apps", &options->apps, 1, 64},
+               {"--threads", &options->threads, 1, 256}};
+  for (int i = 1; i < argc; i += 2) {
+    bool valid = false;
+    for (const auto& option : known) {
+      if (std::strcmp(argv[i], option.name) != 0 || i + 1 == argc) continue;
+      const char* const end = argv[i + 1] + std::strlen(argv[i + 1]);
+      const auto result = std::from_chars(argv[i + 1], end, *option.value);
+      valid = result.ec == std::errc() && result.ptr == end && *option.value >= option.least &&
+              *option.value <= option.most;
+    }
+    if (valid) continue;
+    std::fprintf(stderr, "usage: %s [--seconds N] [--seed N] [--services 1..3] [--apps N] [--threads N]\n",
+                 argv[0]);
+    return false;
+  }
+  return true;
+}
+
+class Storm {
+ public:
+  explicit Storm(const Options& options)
+      : options_(options), random_(options.seed), services_(options.services) {
+    for (unsigned i = 0; i < options.apps; ++i) {
+      apps_.push_back(std::make_unique<ChildProcess>(
+          "app", std::vector{std::to_string(random_()), std::to_string(options.threads),
+                             std::string(i % 3 == 2 ? "impatient" : "patient")}));
+    }
+  }
+
+  void run() {
+    // The first part shows what memory the others may take.
+    blow(options_.seconds * 1000ms / 4);
+    blow(options_.seconds * 1000ms / 2);
+    leaveFirst();
+    EXPECT_GT(kills_, 0);
+    for (const auto& app : apps_) app->stop();
+    apps_.clear();
+    expectTidyDirectory();
+    std::printf("storm: %d services killed\n", kills_);
+  }
+
+ private:
+  void start(unsigned service) {
+    services_[service] = std::make_unique<ChildProcess>("service", std::vector{std::to_string(service)});
+  }
+  void kill(unsigned service) {
+    if (services_[service] == nullptr) return;
+    services_[service]->kill();
+    services_[service] = nullptr;
+    ++kills_;
+  }
+
+  void order(const char* what, bool shows = false) {
+    for (const auto& app : apps_) app->channel().send(what);
+    for (const auto& app : apps_) {
+      const std::string report = app->channel().receive(kPatienceMs);
+      if (shows) std::printf("storm: %d %s: %s\n", app->pid(), what, report.c_str());
+      // A process that hangs leaves a trace of where.
+      if (report.empty()) ::kill(app->pid(), SIGABRT);
+      ASSERT_TRUE(report.starts_with("ok")) << what << ": " << report;
+    }
+  }
+
+  /** Kills services at random, and at last all of them. */
+  void blow(std::chrono::milliseconds time) {
+    order("run");
+    const auto end = std::chrono::steady_clock::now() + time;
+    while (std::chrono::steady_clock::now() < end && !testing::Test::HasFailure()) {
+      const unsigned service = static_cast<unsigned>(random_() % options_.services);
+      if (services_[service] == nullptr) {
+        start(service);
+      } else {
+        kill(service);
+      }
+      // Some live for so short a time that nobody connects, others for long enough for thousands of calls.
+      std::this_thread::sleep_for(
+          std::chrono::milliseconds(random_() % 3 == 0 ? random_() % 400 : random_() % 20));
+      order("check");
+    }
+    for (unsigned i = 0; i < options_.services; ++i) kill(i);
+    order("settle", true);
+  }
+
+  /** The applications go while the services stay, which then have to be as if nobody had been there. */
+  void leaveFirst() {
+    for (unsigned i = 0; i < options_.services; ++i) start(i);
+    order("run");
+    std::this_thread::sleep_for(1s);
+    order("stop", true);
+    for (const auto& app : apps_) app->stop();
+    apps_.clear();
+    for (auto& service : services_) {
+      service->channel().send("left");
+      const std::string report = service->channel().receive(kPatienceMs);
+      EXPECT_EQ(report.substr(report.find(' ') + 1), "") << report;
+      service->stop();
+      service = nullptr;
+    }
+  }
+
+  /** One more process has swept up after those that were killed, and has left. */
+  void expectTidyDirectory() {
+    start(0);
+    services_[0]->stop();
+    services_[0] = nullptr;
+    for (const auto& entry : std::filesystem::directory_iterator(std::getenv("BINDER_RUNTIME_DIR"))) {
+      EXPECT_EQ(entry.path().filename(), ".lock") << "left over";
+    }
+  }
+
+  static constexpr int kPatienceMs = 90'000;
+
+  const Options options_;
+  std::minstd_rand random_;
+  std::vector<std::unique_ptr<ChildProcess>> services_;
+  std::vector<std::unique_ptr<ChildProcess>> apps_;
+  int kills_ = 0;
+};
+
+Options options;
+
+TEST(StormTest, NothingHangsCrashesOrIsLeftOver) { Storm(options).run(); }
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  int exitCode = 0;
+  if (vesk::test::runRole(argc, argv, &exitCode)) return exitCode;
+  testing::InitGoogleTest(&argc, argv);
+  if (!parse(argc, argv, &options)) return 2;
+  ::setenv("BINDER_LOOKUP_MS", "300", 1);
+  const vesk::test::PrivateRuntimeDir runtimeDir;
+  return RUN_ALL_TESTS();
+}

@@ -1,0 +1,55 @@
+#pragma once
+
+#include <chrono>
+#include <cstddef>
+#include <cstdint>
+#include <filesystem>
+#include <iterator>
+#include <string>
+#include <thread>
+
+/* What the processes of the storm agree on. */
+
+namespace storm {
+
+/** The answer to a call, which tells it from that to any other. Never negative, as failures are. */
+inline int answerTo(int value) {
+  return static_cast<int>((static_cast<uint32_t>(value) * 2654435761U ^ 0x5bd1e995U) & 0x7fffffff);
+}
+
+/** What a record that belongs to `value` is filled with. */
+inline char filling(int value) { return static_cast<char>('a' + static_cast<unsigned>(value) % 26); }
+
+/** What a process must give back when nobody needs it any longer. */
+struct Holdings {
+  ptrdiff_t files;
+  ptrdiff_t threads;
+
+  static Holdings now() { return {entries("/proc/self/fd"), entries("/proc/self/task")}; }
+
+  bool within(const Holdings& limit) const { return files <= limit.files && threads <= limit.threads; }
+  std::string text() const {
+    return std::to_string(files) + " descriptors, " + std::to_string(threads) + " threads";
+  }
+
+ private:
+  static ptrdiff_t entries(const char* directory) {
+    std::error_code error;
+    return std::distance(std::filesystem::directory_iterator(directory, error), {});
+  }
+};
+
+/** The reactor and its spare thread, its epoll and its listening socket: once made, they stay. */
+inline Holdings withTransport(const Holdings& before) { return {before.files + 2, before.threads + 2}; }
+
+/** Waits until no more is held than that. Empty, or what is left over. */
+inline std::string leftOver(const Holdings& limit) {
+  using Clock = std::chrono::steady_clock;
+  for (const auto end = Clock::now() + std::chrono::seconds(20); Clock::now() < end;) {
+    if (Holdings::now().within(limit)) return "";
+    std::this_thread::sleep_for(std::chrono::milliseconds(5));
+  }
+  return "left over: " + Holdings::now().text() + " instead of " + limit.text();
+}
+
+}  // namespace storm

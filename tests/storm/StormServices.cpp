@@ -1,0 +1,140 @@
+#include <binder/IServiceManager.h>
+#include <binder/ProcessState.h>
+#include <com/qv/ICallService.h>
+#include <com/qv/IConfigService.h>
+#include <com/qv/IMiscService.h>
+#include <vesk/call.h>
+#include <vesk/config.h>
+
+#include <algorithm>
+#include <mutex>
+#include <vector>
+
+#include "ChildProcess.h"
+#include "Storm.h"
+
+/* The services that are killed. Each answers so that its caller can tell whether it is the answer to its
+ * call. */
+
+using android::sp;
+using android::String16;
+using android::binder::Status;
+using com::qv::CommonParcelable;
+
+namespace {
+
+/** Those who are told of events. Who can't be told is forgotten. */
+template <class Listener>
+class Listeners {
+ public:
+  void add(const sp<Listener>& listener) {
+    const std::lock_guard lock(mutex_);
+    listeners_.push_back(listener);
+  }
+
+  template <class Tell>
+  void tell(Tell event) {
+    std::unique_lock lock(mutex_);
+    const std::vector<sp<Listener>> told = listeners_;
+    lock.unlock();
+    std::vector<sp<Listener>> gone;
+    for (const sp<Listener>& listener : told) {
+      if (!event(*listener).isOk()) gone.push_back(listener);
+    }
+    lock.lock();
+    for (const sp<Listener>& listener : gone) std::erase(listeners_, listener);
+  }
+
+ private:
+  std::mutex mutex_;
+  std::vector<sp<Listener>> listeners_;
+};
+
+class CallService : public com::qv::DefaultCallService {
+ public:
+  Status registerCallEventListener(const sp<com::qv::ICallEventListener>& listener) override {
+    listeners_.add(listener);
+    return Status::ok();
+  }
+  /** Every eighth call is an event to all. */
+  Status makeCall(int32_t line, const std::string& number, int32_t* result) override {
+    const int value = std::atoi(number.c_str());
+    if (value % 8 == 0) {
+      vesk_call_info info{};
+      info.line = value;
+      info.chan = storm::answerTo(value);
+      std::fill_n(info.name, sizeof(info.name) - 1, storm::filling(value));
+      const CommonParcelable record(&info, sizeof(info));
+      listeners_.tell([&](auto& listener) { return listener.callStateChangedEvent(record); });
+    }
+    *result = storm::answerTo(value + line);
+    return Status::ok();
+  }
+
+ private:
+  Listeners<com::qv::ICallEventListener> listeners_;
+};
+
+class MiscService : public com::qv::DefaultMiscService {
+ public:
+  Status registerAteEventListener(const sp<com::qv::IAteEventListener>& /*listener*/) override {
+    return Status::ok();
+  }
+  Status registerMiscEventListener(const sp<com::qv::IMiscEventListener>& listener) override {
+    listeners_.add(listener);
+    return Status::ok();
+  }
+  Status playRecFileStart(const std::string& file, int32_t* result) override {
+    const int value = std::atoi(file.c_str());
+    if (value % 8 == 0) {
+      listeners_.tell([&](auto& listener) { return listener.wkRingHdl(storm::answerTo(value) | 1); });
+    }
+    *result = storm::answerTo(value);
+    return Status::ok();
+  }
+
+ private:
+  Listeners<com::qv::IMiscEventListener> listeners_;
+};
+
+class ConfigService : public com::qv::DefaultConfigService {
+ public:
+  Status setDefaultExtLine(int32_t line, int32_t* result) override {
+    *result = storm::answerTo(line);
+    return Status::ok();
+  }
+  Status getLineInfo(int32_t index, CommonParcelable* info) override {
+    const std::string bytes(VESK_LINE_INFO_SIZE, storm::filling(index));
+    *info = CommonParcelable(bytes.data(), bytes.size());
+    return Status::ok();
+  }
+};
+
+template <class Service>
+sp<android::IBinder> make() {
+  return new Service;
+}
+
+constexpr struct {
+  const char* name;
+  sp<android::IBinder> (*make)();
+} kServices[] = {{"com.qv.CallService", make<CallService>},
+                 {"com.qv.MiscService", make<MiscService>},
+                 {"com.qv.ConfigService", make<ConfigService>}};
+
+/** Answers a message with what is left over, for when everybody else has left. */
+CHILD_ROLE(service) {
+  const storm::Holdings before = storm::Holdings::now();
+  const auto& service = kServices[std::stoul(args.at(0))];
+  android::ProcessState::self()->startThreadPool();
+  if (android::defaultServiceManager()->addService(String16(service.name), service.make()) != android::OK) {
+    return 1;
+  }
+  parent.ready();
+  if (parent.channel().receive(-1).empty()) return 0;
+  parent.channel().send(service.name + (" " + storm::leftOver(storm::withTransport(before))));
+  parent.waitForEnd();
+  return 0;
+}
+
+}  // namespace
