@@ -35,7 +35,7 @@ const String16& BpBinder::getInterfaceDescriptor() const {
   return *descriptor_;
 }
 
-bool BpBinder::isBinderAlive() const { return !process_->isDead(); }
+bool BpBinder::isBinderAlive() const { return !dead_ && !process_->isDead(); }
 
 status_t BpBinder::pingBinder() {
   Parcel data;
@@ -45,6 +45,7 @@ status_t BpBinder::pingBinder() {
 }
 
 status_t BpBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
+  if (dead_) return DEAD_OBJECT;
   Parcel unwanted;
   return process_->transact(number_, code, data, reply == nullptr ? &unwanted : reply, flags);
 }
@@ -53,7 +54,7 @@ status_t BpBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie
   if (recipient == nullptr) return BAD_VALUE;
   // Under the lock that the obituaries take: either they find the link, or the death is seen here.
   const std::lock_guard lock(mutex_);
-  if (process_->isDead()) return DEAD_OBJECT;
+  if (!isBinderAlive()) return DEAD_OBJECT;
   links_.push_back({recipient, cookie});
   return OK;
 }
@@ -61,7 +62,7 @@ status_t BpBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie
 status_t BpBinder::unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie, uint32_t /*flags*/,
                                  wp<DeathRecipient>* outRecipient) {
   const std::lock_guard lock(mutex_);
-  if (process_->isDead()) return DEAD_OBJECT;
+  if (!isBinderAlive()) return DEAD_OBJECT;
   const bool anyRecipient = recipient == nullptr;
   const auto link = std::find_if(links_.begin(), links_.end(), [&](const Link& candidate) {
     return anyRecipient ? candidate.cookie == cookie : candidate.recipient == recipient;

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <atomic>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -33,7 +34,10 @@ class BpBinder final : public IBinder {
   const transport::Remote& process() const { return *process_; }
   uint64_t number() const { return number_; }
 
-  /** Tells every recipient, once, that the object's process has died. Called on a thread that may run the
+  /** The object is no more, though its process may live. */
+  void markDead() { dead_ = true; }
+
+  /** Tells every recipient, once, that the object has died. Called on a thread that may run the
    * application's code. */
   void sendObituaries();
 
@@ -47,6 +51,7 @@ class BpBinder final : public IBinder {
 
   const std::shared_ptr<transport::Remote> process_;
   const uint64_t number_;
+  std::atomic<bool> dead_{false};
 
   mutable std::mutex mutex_;
   std::vector<Link> links_;

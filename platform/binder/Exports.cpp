@@ -8,7 +8,8 @@ namespace android::transport {
 
 bool Peer::hold(uint64_t number, const sp<BBinder>& object) {
   const std::lock_guard lock(mutex_);
-  if (dead_) return false;
+  // A number that goes meanwhile is gone before retire() asks here.
+  if (dead_ || !Exports::isNumberOf(*object, number)) return false;
   const auto [entry, isNew] = references_.try_emplace(number, Reference{object, 0});
   ++entry->second.count;
   return true;
@@ -19,6 +20,12 @@ sp<BBinder> Peer::drop(uint64_t number) {
   const auto entry = references_.find(number);
   if (entry == references_.end() || --entry->second.count > 0) return nullptr;
   return std::move(references_.extract(entry).mapped().object);
+}
+
+sp<BBinder> Peer::forget(uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = references_.find(number);
+  return entry == references_.end() ? nullptr : std::move(references_.extract(entry).mapped().object);
 }
 
 sp<BBinder> Peer::find(uint64_t number) {
@@ -56,6 +63,22 @@ sp<BBinder> Exports::find(uint64_t number) {
 void Exports::remove(uint64_t number) {
   const std::lock_guard lock(mutex_);
   objects_.erase(number);
+}
+
+uint64_t Exports::retire(BBinder* object, std::vector<std::shared_ptr<Peer>>* holders) {
+  std::vector<std::shared_ptr<Peer>> peers;
+  uint64_t number;
+  {
+    const std::lock_guard lock(mutex_);
+    number = object->exportedAs_.exchange(0);
+    if (number == 0) return 0;
+    objects_.erase(number);
+    for (const auto& [process, peer] : peers_) peers.push_back(peer);
+  }
+  for (std::shared_ptr<Peer>& peer : peers) {
+    if (peer->forget(number) != nullptr) holders->push_back(std::move(peer));
+  }
+  return number;
 }
 
 void Exports::keepService(const std::string& name, const sp<IBinder>& service) {

@@ -22,10 +22,12 @@ class Peer {
   uint64_t id() const { return id_; }
   pid_t pid() const { return pid_; }
 
-  /** Counts a reference. False if the peer is dead already. */
+  /** Counts a reference. False if the peer is dead already, or the object has lost that number. */
   bool hold(uint64_t number, const sp<BBinder>& object);
   /** Drops a reference; what the peer held then, so that it goes outside of any lock. */
   sp<BBinder> drop(uint64_t number);
+  /** Drops all references to an object; what the peer held then. */
+  sp<BBinder> forget(uint64_t number);
   /** The object, if the peer holds it. */
   sp<BBinder> find(uint64_t number);
   /** Drops everything for good. */
@@ -53,6 +55,12 @@ class Exports {
   sp<BBinder> find(uint64_t number);
   /** The object of that number is destroyed. */
   void remove(uint64_t number);
+  /** Takes the object's number away for good; 0 if it has none. Nobody holds it by that any more, and
+   * `holders` are those who did. */
+  uint64_t retire(BBinder* object, std::vector<std::shared_ptr<Peer>>* holders);
+  static bool isNumberOf(const BBinder& object, uint64_t number) {
+    return object.exportedAs_.load() == number;
+  }
 
   /** Keeps a registered service alive, in place of what was registered under that name before. */
   void keepService(const std::string& name, const sp<IBinder>& service);

@@ -177,12 +177,36 @@ void Reactor::readable(int fd) {
     auto dropped = std::make_shared<std::vector<sp<BBinder>>>(entry.peer->dropAll());
     if (!dropped->empty()) runForeign("binder:drop", [dropped] { dropped->clear(); });
   } else if (entry.remote != nullptr) {
-    entry.remote->died();
+    hear(std::move(entry));
   } else {
     Hello hello;
     const ssize_t size = ::recv(fd, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC);
     if (size == sizeof(hello) && hello.magic == kMagic) greet(std::move(entry), hello);
   }
+}
+
+void Reactor::tellOfDeath(const Peer& holder, uint64_t number) {
+  const std::lock_guard lock(mutex_);
+  for (const auto& [fd, entry] : entries_) {
+    if (entry.peer.get() != &holder) continue;
+    // Who has left so many unread is stuck, and takes this process for dead rather than its object for alive.
+    if (::send(fd, &number, sizeof(number), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) ::shutdown(fd, SHUT_RDWR);
+  }
+}
+
+/** The owner of objects says that one is no more, or says nothing any more. */
+void Reactor::hear(Entry entry) {
+  uint64_t number;
+  const ssize_t size = ::recv(entry.connection.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC);
+  const std::shared_ptr<Remote> remote = entry.remote;
+  if (size != sizeof(number)) return remote->died();
+  remote->objectDied(number);
+  status_t status;
+  {
+    const std::lock_guard lock(mutex_);
+    status = add(std::move(entry));
+  }
+  if (status != OK) remote->died();
 }
 
 void Reactor::greet(Entry entry, const Hello& hello) {

@@ -32,6 +32,9 @@ class Reactor {
   /** Has `remote` told when `connection` ends. */
   status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
 
+  /** Tells a process that an object which it held is no more, though its process lives. */
+  void tellOfDeath(const Peer& holder, uint64_t number);
+
   /** Runs code of the application's that the thread itself must not run. */
   void runForeign(const char* name, std::function<void()> work) { foreign_.run(name, std::move(work)); }
 
@@ -58,6 +61,7 @@ class Reactor {
   void run();
   void accept();
   void readable(int fd);
+  void hear(Entry entry);
   void greet(Entry entry, const Hello& hello);
   bool serveOnThread(const WaitingLane& lane);
 

@@ -95,11 +95,14 @@ status_t Remote::proxy(uint64_t number, sp<IBinder>* object) {
       *object = std::move(known);
       return OK;
     }
+    if (deadObjects_.contains(number)) return DEAD_OBJECT;
   }
   if (const status_t status = acquire(number); status != OK) return status;
   sp<BpBinder> result;
   {
     const std::lock_guard lock(mutex_);
+    // It may have died between the answer and now.
+    if (deadObjects_.contains(number)) return DEAD_OBJECT;
     result = knownProxy(number);
     if (result == nullptr) {
       *object = result = new BpBinder(shared_from_this(), number);
@@ -215,6 +218,23 @@ void Remote::release(const BpBinder& proxy) {
     if (entry != proxies_.end() && entry->second.unsafe_get() == &proxy) proxies_.erase(entry);
   }
   sendRelease(proxy.number());
+}
+
+void Remote::objectDied(uint64_t number) {
+  sp<BpBinder> proxy;
+  {
+    const std::lock_guard lock(mutex_);
+    deadObjects_.insert(number);
+    proxy = knownProxy(number);
+    proxies_.erase(number);
+  }
+  if (proxy == nullptr) return;
+  proxy->markDead();
+  auto dead = std::make_shared<sp<BpBinder>>(std::move(proxy));
+  Transport::self().reactor.runForeign("binder:death", [dead] {
+    (*dead)->sendObituaries();
+    dead->clear();
+  });
 }
 
 void Remote::died() {

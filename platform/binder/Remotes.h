@@ -6,6 +6,7 @@
 #include <mutex>
 #include <optional>
 #include <unordered_map>
+#include <unordered_set>
 #include <vector>
 
 #include <binder/IBinder.h>
@@ -41,6 +42,9 @@ class Remote : public std::enable_shared_from_this<Remote> {
   /** A proxy is destroyed. */
   void release(const BpBinder& proxy);
 
+  /** One of its objects is no more, but for this process. */
+  void objectDied(uint64_t number);
+
   /** The watch connection has ended. */
   void died();
 
@@ -63,6 +67,8 @@ class Remote : public std::enable_shared_from_this<Remote> {
   IdleLanes idle_;
   std::mutex mutex_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
+  /** Objects that are no more. Their numbers are not given again. */
+  std::unordered_set<uint64_t> deadObjects_;
   /** Objects to be released that no lane would take at the time. */
   std::vector<uint64_t> unreleased_;
   std::atomic<bool> hasUnreleased_{false};

@@ -1,0 +1,23 @@
+#include <binder/StandIn.h>
+
+#include <memory>
+#include <vector>
+
+#include <binder/Binder.h>
+
+#include "Transport.h"
+
+namespace android::standin {
+
+void killObject(const sp<IBinder>& object) {
+  BBinder* const local = object == nullptr ? nullptr : object->localBinder();
+  if (local == nullptr) return;
+  transport::Transport& transport = transport::Transport::self();
+  std::vector<std::shared_ptr<transport::Peer>> holders;
+  const uint64_t number = transport.exports.retire(local, &holders);
+  for (const std::shared_ptr<transport::Peer>& holder : holders) {
+    transport.reactor.tellOfDeath(*holder, number);
+  }
+}
+
+}  // namespace android::standin
