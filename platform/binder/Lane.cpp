@@ -163,20 +163,16 @@ void Lane::endLookout() {
 status_t Lane::lookOut(bool* found) {
   Mailbox& in = mailboxes_.in();
   const auto end = Clock::now() + std::chrono::nanoseconds(Lookouts::self().patienceNs());
-  for (unsigned looks = 1; in.isOpen(); ++looks) {
+  bool late = false;
+  for (unsigned looks = 1; in.isOpen() && !(late && in.close()); ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
-    // The other side may be waiting for this very processor: who wakes a thread up is expected to go to
-    // sleep.
+    // The other side may be waiting for this very processor: who wakes a thread up is expected to sleep next.
     ::sched_yield();
-    if (Clock::now() < end || !in.close()) continue;
-    endLookout();
-    patience_.failed();
-    *found = false;
-    return OK;
+    late = Clock::now() >= end;
   }
   endLookout();
-  patience_.paid();
+  late ? patience_.failed() : patience_.paid();
   *found = !in.isIdle();
   for (unsigned looks = 1; *found && !in.isFull(); ++looks) {
     pauseProcessor();

@@ -16,9 +16,12 @@ class Patience {
 
   /** Whether to look this time. */
   bool take() {
-    if (toSkip_ == 0) return true;
-    --toSkip_;
-    return false;
+    if (toSkip_ > 0) {
+      --toSkip_;
+      return false;
+    }
+    ++looks_;
+    return true;
   }
   void paid() { penalty_ /= 2; }
   void failed() {
@@ -26,9 +29,13 @@ class Patience {
     toSkip_ = penalty_;
   }
 
+  /** How often it was to look. */
+  uint64_t looks() const { return looks_; }
+
  private:
   uint32_t penalty_ = 0;
   uint32_t toSkip_ = 0;
+  uint64_t looks_ = 0;
 };
 
 /** How many threads of this process look for frames at a time: fewer than it has processors, so that there is
