@@ -1,0 +1,58 @@
+#!/usr/bin/env bash
+# commands.sh PAGE: the commands of a page work as printed. Runs its blocks of "sh", one after the other in one shell, in a tree
+# that looks as after scripts/test, with a home of its own. A block of "text" behind them is what they print: its lines have to
+# come in their order; others may come in between. CMakeLists.txt beside this file sets the variables in capitals.
+set -euo pipefail
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/vesk-docs.XXXXXX")
+commands=
+# timeout makes a process group of what the page starts.
+trap 'kill -KILL -- "-$commands" 2>/dev/null || true; rm -rf "$work"' EXIT
+mkdir -p "$work/home" "$work/runtime" "$work/tree/build"
+for entry in "$SOURCE_DIR"/*; do
+  [ "$(basename "$entry")" = build ] || ln -s "$entry" "$work/tree/"
+done
+ln -s "$BUILD_DIR" "$work/tree/build/release"
+
+block=0
+expected=()
+: >"$work/script"
+while IFS= read -r line; do
+  case $line in
+    '```sh')
+      block=$((block + 1))
+      echo "{ echo '== block $block' >&3" >>"$work/script"
+      while IFS= read -r line && [ "$line" != '```' ]; do printf '%s\n' "$line" >>"$work/script"; done
+      echo "} >$work/out.$block 2>&1" >>"$work/script"
+      ;;
+    '```text')
+      [ "$block" -gt 0 ] || { echo "$1: an output without commands before it"; exit 1; }
+      expected+=("$block")
+      while IFS= read -r line && [ "$line" != '```' ]; do printf '%s\n' "$line"; done >"$work/expected.$block"
+      ;;
+  esac
+done <"$SOURCE_DIR/$1"
+[ "$block" -gt 0 ] && [ ${#expected[@]} -gt 0 ] || { echo "$1: no commands, or nothing that they print"; exit 1; }
+
+cd "$work/tree"
+HOME=$work/home BINDER_RUNTIME_DIR=$work/runtime timeout 300 bash -eu "$work/script" 3>&1 &
+commands=$!
+status=0
+wait "$commands" || status=$?
+if [ "$status" -ne 0 ]; then
+  echo "$1: the commands failed with $status"
+  tail -n +1 "$work"/out.*
+  exit 1
+fi
+
+for block in "${expected[@]}"; do
+  exec {output}<"$work/out.$block"
+  while IFS= read -r wanted; do
+    [ "$wanted" != ... ] || continue
+    while true; do
+      IFS= read -r -u "$output" line || { echo "$1: in vain waited for '$wanted' in:"; cat "$work/out.$block"; exit 1; }
+      [ "$line" != "$wanted" ] || break
+    done
+  done <"$work/expected.$block"
+  exec {output}<&-
+done
