@@ -55,8 +55,7 @@ class Mailbox {
 
   std::atomic<uint32_t> state_;
   uint32_t size_;
-  uint8_t unused_[56];
-  uint8_t bytes_[kFirstPacketSize];
+  alignas(64) uint8_t bytes_[kFirstPacketSize];
 };
 static_assert(sizeof(Mailbox) == 16 * 1024 && std::atomic<uint32_t>::is_always_lock_free);
 
