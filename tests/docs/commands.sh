@@ -32,7 +32,10 @@ while IFS= read -r line; do
       ;;
   esac
 done <"$SOURCE_DIR/$1"
-[ "$block" -gt 0 ] && [ ${#expected[@]} -gt 0 ] || { echo "$1: no commands, or nothing that they print"; exit 1; }
+if [ "$block" -eq 0 ] || [ ${#expected[@]} -eq 0 ]; then
+  echo "$1: no commands, or nothing that they print"
+  exit 1
+fi
 
 cd "$work/tree"
 HOME=$work/home BINDER_RUNTIME_DIR=$work/runtime timeout 300 bash -eu "$work/script" 3>&1 &

@@ -7,7 +7,14 @@ work=$(mktemp -d)
 export BINDER_RUNTIME_DIR="$work" ANDROID_LOG_TAGS='*:S'
 device=
 application=
-trap 'for pid in $device $application; do kill -KILL "$pid" 2>/dev/null || true; done; rm -rf "$work"' EXIT
+end() {
+  local pid
+  for pid in $device $application; do
+    kill -KILL "$pid" 2>/dev/null || true
+  done
+  rm -rf "$work"
+}
+trap end EXIT
 
 start_device() {
   "$bin/vesk-device" </dev/null >"$work/device.log" &
