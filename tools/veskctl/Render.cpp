@@ -103,6 +103,7 @@ std::string briefly(const Parameter&, const android::sp<android::IBinder>& value
 template <class T>
 std::string briefly(const Parameter& parameter, const std::vector<T>& values) {
   std::vector<std::string> items;
+  items.reserve(values.size());
   for (const T& value : values) items.push_back(briefly(parameter, value));
   return join(items);
 }

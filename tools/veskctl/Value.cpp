@@ -86,11 +86,11 @@ std::optional<Value> recordFromFile(const std::string& path, std::string* error)
   const auto close = [](FILE* file) {
     if (file != stdin) std::fclose(file);
   };
+  errno = 0;
   const std::unique_ptr<FILE, decltype(close)> file(path == "-" ? stdin : std::fopen(path.c_str(), "rbe"),
                                                     close);
   std::string bytes;
   char block[65536];
-  errno = 0;
   if (file != nullptr) {
     for (size_t count;
          bytes.size() <= kMaxRecord && (count = std::fread(block, 1, sizeof(block), file.get())) > 0;) {

@@ -49,7 +49,8 @@ _veskctl_argument() {
     if [[ $code == "$3" || ${signature%%(*} == "$3" ]]; then
       signature=${signature#*(}
       IFS=, read -ra parameters <<<"${signature%%)*}"
-      parameter=${parameters[$4]# }
+      parameter=${parameters[$4]-}
+      parameter=${parameter# }
     fi
   done < <("$1" methods "$2" 2>/dev/null)
   case $parameter in
