@@ -64,7 +64,7 @@ bool waitReadable(int socket, int timeoutMs) {
 }
 
 void Lane::share() {
-  if (Lookouts::self().patienceNs() == 0) return;
+  if (Lookouts::self().patience().count() == 0) return;
   UniqueFd shared;
   Mailboxes mailboxes = Mailboxes::make(&shared);
   if (!mailboxes) return;
@@ -162,17 +162,19 @@ void Lane::endLookout() {
 
 status_t Lane::lookOut(bool* found) {
   Mailbox& in = mailboxes_.in();
-  const auto end = Clock::now() + std::chrono::nanoseconds(Lookouts::self().patienceNs());
-  bool late = false;
-  for (unsigned looks = 1; in.isOpen() && !(late && in.close()); ++looks) {
+  const Clock::duration patience = Lookouts::self().patience();
+  const Clock::time_point start = Clock::now();
+  Clock::duration passed{0};
+  for (unsigned looks = 1; in.isOpen() && !(passed >= patience && in.close()); ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
     // The other side may be waiting for this very processor: who wakes a thread up is expected to sleep next.
     ::sched_yield();
-    late = Clock::now() >= end;
+    passed = Clock::now() - start;
   }
+  if (passed >= 2 * patience) Lookouts::self().overslept(passed);
   endLookout();
-  late ? patience_.failed() : patience_.paid();
+  passed >= patience ? patience_.failed() : patience_.paid();
   *found = !in.isIdle();
   for (unsigned looks = 1; *found && !in.isFull(); ++looks) {
     pauseProcessor();

@@ -15,6 +15,9 @@ namespace {
 constexpr int kDefaultPatienceUs = 50;
 constexpr int kMostPatienceUs = 1000;
 
+/** What looks that come to nothing cost in all is one part in so many. */
+constexpr int kRestFactor = 64;
+
 int patienceUs() {
   const char* const text = std::getenv("BINDER_SPIN_US");
   if (text == nullptr) return kDefaultPatienceUs;
@@ -38,8 +41,14 @@ Lookouts& Lookouts::self() {
   return lookouts;
 }
 
+void Lookouts::overslept(std::chrono::nanoseconds time) {
+  const Clock::time_point until = Clock::now() + kRestFactor * time;
+  restsUntil_.store(std::chrono::duration_cast<Clock::duration>(until.time_since_epoch()).count(),
+                    std::memory_order_relaxed);
+}
+
 Lookouts::Lookouts() : limit_(processors() - 1) {
-  if (limit_ > 0) patienceNs_ = int64_t{patienceUs()} * 1000;
+  if (limit_ > 0) patience_ = std::chrono::microseconds(patienceUs());
 }
 
 }  // namespace android::transport

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 
 namespace android::transport {
@@ -44,15 +45,20 @@ class Lookouts {
  public:
   static Lookouts& self();
 
-  /** For how long a thread may look; 0 if this process does not. */
-  int64_t patienceNs() const { return patienceNs_; }
+  /** For how long a thread may look; 0 if none does. */
+  std::chrono::nanoseconds patience() const { return patience_; }
 
   bool enter() {
+    if (rests()) return false;
     if (count_.fetch_add(1, std::memory_order_relaxed) < limit_) return true;
     leave();
     return false;
   }
   void leave() { count_.fetch_sub(1, std::memory_order_relaxed); }
+
+  /** A look took so much longer than it should have, since others had use for the processor: nobody looks for
+   * a time that makes little of that. */
+  void overslept(std::chrono::nanoseconds time);
 
   /** Whether so many threads call at once that each processor has enough to do. */
   bool isCrowded() const { return calls_.load(std::memory_order_relaxed) > limit_ + 1; }
@@ -67,12 +73,19 @@ class Lookouts {
   };
 
  private:
+  using Clock = std::chrono::steady_clock;
+
   Lookouts();
+  bool rests() const {
+    const Clock::rep until = restsUntil_.load(std::memory_order_relaxed);
+    return until != 0 && Clock::now().time_since_epoch().count() < until;
+  }
 
   int limit_ = 0;
-  int64_t patienceNs_ = 0;
+  std::chrono::nanoseconds patience_{0};
   std::atomic<int> count_{0};
   std::atomic<int> calls_{0};
+  std::atomic<Clock::rep> restsUntil_{0};
 };
 
 }  // namespace android::transport
