@@ -4,7 +4,6 @@
  */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
-#include <com/qv/ICallService.h>
 #include <com/qv/IConfigService.h>
 #include <com/qv/IDatabaseService.h>
 #include <vesk/vesk_client.h>
@@ -15,8 +14,8 @@
 #include <vector>
 
 #include "BarePairs.h"
+#include "MakeCall.h"
 #include "Measure.h"
-#include "Scales.h"
 
 using android::sp;
 using android::String16;
@@ -26,8 +25,6 @@ using namespace vesk::bench;
 
 namespace {
 
-constexpr int kLine = 1;
-constexpr const char* kNumber = "2001";
 constexpr size_t kListSize = 100;
 const std::vector<int> kThreadCounts = {1, 2, 4, 16, 64, 256};
 
@@ -36,14 +33,6 @@ CommonParcelable emptyRecord() {
   static constexpr std::array<char, kSize> kBytes{};
   return {kBytes.data(), kSize};
 }
-
-class CallService : public com::qv::DefaultCallService {
- public:
-  Status makeCall(int32_t line, const std::string&, int32_t* result) override {
-    *result = line;
-    return Status::ok();
-  }
-};
 
 class ConfigService : public com::qv::DefaultConfigService {
  public:
@@ -84,9 +73,7 @@ std::vector<Function> functions() {
   CommonParcelable record;
   std::vector<CommonParcelable> list;
   return {
-      {"make_call",
-       weigh<BpCallService, CallService>([&](auto* proxy) { proxy->makeCall(kLine, kNumber, &number); }),
-       makeCall},
+      {"make_call", weighMakeCall(), makeCall},
       {"get_network_status",
        weigh<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getNetworkStatus(&record); }),
        [] {
