@@ -33,9 +33,12 @@ vesk_system_library(utils utils/RefBase.h vesk::log)
 vesk_system_library(binder binder/Parcel.h vesk::utils)
 
 # A platform that was built without type information offers none to derive from.
+set(VESK_PLATFORM_CXX_FLAGS)
 if(NOT VESK_PLATFORM_MISSING)
   file(STRINGS "${VESK_BINDER_LIBRARY}" type_information LIMIT_COUNT 1 REGEX "_ZTIN7android7BBinderE")
   if(NOT type_information)
-    set_property(TARGET vesk::binder PROPERTY INTERFACE_COMPILE_OPTIONS "$<$<COMPILE_LANGUAGE:CXX>:-fno-rtti>")
+    set(VESK_PLATFORM_CXX_FLAGS -fno-rtti)
   endif()
+  set_property(TARGET vesk::binder PROPERTY
+    INTERFACE_COMPILE_OPTIONS "$<$<COMPILE_LANGUAGE:CXX>:${VESK_PLATFORM_CXX_FLAGS}>")
 endif()

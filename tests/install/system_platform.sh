@@ -50,6 +50,8 @@ libraries="$work/prefix/$LIBDIR:$device/$LIBDIR"
 run "$libraries" "$work/consumer/application"
 run "$libraries" "$work/consumer/service"
 
+grep -qx 'Cflags: -fno-rtti' "$work/prefix/$LIBDIR/pkgconfig/vesk_service.pc" || fail "vesk_service.pc asks for type information"
+
 echo "== where the platform's headers are missing, the package is not there, and says why"
 if build "$here/consumer" "$work/headerless" "$prefixes" >"$work/headerless.log" 2>&1; then
   fail "configured without the platform's headers"
