@@ -83,9 +83,9 @@ class Caller {
     connectInBackground();
   }
 
-  void operator()(const CallRefused& refused) { std::printf("no call: %s\n", refused.reason.c_str()); }
+  void operator()(const CallRefused& refused) const { std::printf("no call: %s\n", refused.reason.c_str()); }
 
-  void operator()(const CallChanged& changed) {
+  void operator()(const CallChanged& changed) const {
     if (changed.call.chan == channel_) std::printf("news of the call to %s\n", changed.call.name);
   }
 
@@ -95,7 +95,7 @@ class Caller {
     channel_ = kNone;
   }
 
-  void hangUp() {
+  void hangUp() const {
     if (channel_ >= 0) binder_close_call(channel_);
   }
 
@@ -119,6 +119,7 @@ int endSignals() {
 
 }  // namespace
 
+// NOLINTNEXTLINE(bugprone-exception-escape): without memory or threads there is nothing that it could do.
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::fputs("usage: event_loop NUMBER\n", stderr);

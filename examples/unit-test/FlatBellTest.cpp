@@ -52,7 +52,7 @@ class FakeCallService : public com::qv::DefaultCallService {
 
 /** Takes the place of an earlier one. */
 android::sp<FakeCallService> registerFake() {
-  const android::sp<FakeCallService> fake = new FakeCallService;
+  android::sp<FakeCallService> fake = new FakeCallService;
   EXPECT_EQ(android::defaultServiceManager()->addService(android::String16("com.qv.CallService"), fake),
             android::OK);
   return fake;
