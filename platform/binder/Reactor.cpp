@@ -4,6 +4,7 @@
 #include <sys/epoll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
@@ -24,10 +25,15 @@ namespace {
 /** Until what failed for want of descriptors or threads is tried again. */
 constexpr int kRetryMs = 50;
 
-status_t failed(const char* what) {
-  const int error = errno;
-  __android_log_print(ANDROID_LOG_ERROR, "binder", "%s: %s", what, std::strerror(error));
-  return -error;
+/** Who connects says at once who it is. */
+constexpr std::chrono::seconds kHelloPatience(5);
+/** More than ever connect at a time, and few enough to leave descriptors for those who do say something. */
+constexpr size_t kMaxStrangers = 512;
+
+/** Logs a failure. Never under a lock: the application's logger may use the binder. */
+status_t told(status_t status, const char* what) {
+  if (status != OK) __android_log_print(ANDROID_LOG_ERROR, "binder", "%s: %s", what, std::strerror(-status));
+  return status;
 }
 
 /** The application's signal handlers run on the application's threads; faults must be seen where they happen.
@@ -44,14 +50,13 @@ sigset_t maskOfReactor() {
 status_t Reactor::start() {
   if (epoll_.valid()) return OK;
   UniqueFd epoll(::epoll_create1(EPOLL_CLOEXEC));
-  if (!epoll.valid()) return failed("can't wait for connections");
+  if (!epoll.valid()) return -errno;
   pthread_sigmask(SIG_SETMASK, nullptr, &applicationMask_);
   hasForeignThread_ = hasForeignThread_ || foreign_.start(applicationMask_);
   epoll_ = std::move(epoll);
   if (hasForeignThread_ && startThread("binder:reactor", maskOfReactor(), [this] { run(); })) return OK;
   epoll_ = UniqueFd();
-  errno = EAGAIN;
-  return failed("can't start the threads of the transport");
+  return -EAGAIN;
 }
 
 status_t Reactor::add(Entry entry) {
@@ -61,8 +66,9 @@ status_t Reactor::add(Entry entry) {
   event.data.fd = fd;
   entries_.emplace(fd, std::move(entry));
   if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, fd, &event) == 0) return OK;
+  const int error = errno;
   entries_.erase(fd);
-  return failed("can't wait for a connection");
+  return -error;
 }
 
 Reactor::Entry Reactor::take(int fd) {
@@ -73,34 +79,37 @@ Reactor::Entry Reactor::take(int fd) {
   return std::move(entries_.extract(entry).mapped());
 }
 
-status_t Reactor::listen() {
+bool Reactor::isReachable() {
   const std::lock_guard lock(mutex_);
   // Who cleans up the directory under a running process takes its socket away.
-  if (listening_.valid() && runtime_dir::hasSocket(Transport::self().id)) return OK;
-  if (const status_t status = start(); status != OK) return status;
-  if (const status_t status = runtime_dir::prepare(); status != OK) return status;
-  runtime_dir::removeDeadSockets();
+  return listening_.valid() && runtime_dir::hasSocket(Transport::self().id);
+}
 
-  // Others take a socket on which nobody listens for a dead one, so it gets its name only when it is ready.
-  sockaddr_un address;
-  sockaddr_un unready;
-  if (!runtime_dir::socketAddress(Transport::self().id, &address) ||
-      !runtime_dir::unreadySocketAddress(Transport::self().id, &unready)) {
-    return BAD_VALUE;
-  }
-  UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+status_t Reactor::listen() {
+  if (isReachable()) return OK;
+  if (const status_t status = runtime_dir::prepare(); status != OK) return status;
+  std::string failure;
+  const status_t status = openSocket(&failure);
+  if (status != OK) __android_log_print(ANDROID_LOG_ERROR, "binder", "%s", failure.c_str());
+  return status;
+}
+
+status_t Reactor::openSocket(std::string* failure) {
+  const std::lock_guard opening(opening_);
+  if (isReachable()) return OK;
+  UniqueFd socket;
+  status_t status = runtime_dir::openSocket(Transport::self().id, &socket, failure);
+  if (status != OK) return status;
+
+  const std::lock_guard lock(mutex_);
   epoll_event event = {};
   event.events = EPOLLIN;
   event.data.fd = socket.get();
-  if (!socket.valid() ||
-      ::bind(socket.get(), reinterpret_cast<const sockaddr*>(&unready), sizeof(unready)) < 0) {
-    return failed("can't make a socket in the runtime directory");
-  }
-  if (::listen(socket.get(), SOMAXCONN) < 0 || ::rename(unready.sun_path, address.sun_path) < 0 ||
-      ::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, socket.get(), &event) < 0) {
-    const status_t status = failed("can't listen in the runtime directory");
-    ::unlink(unready.sun_path);
-    ::unlink(address.sun_path);
+  status = start();
+  if (status == OK && ::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, socket.get(), &event) < 0) status = -errno;
+  if (status != OK) {
+    *failure = std::string("can't wait for connections: ") + std::strerror(-status);
+    runtime_dir::removeSocket(Transport::self().id);
     return status;
   }
   const bool isFirst = !listening_.valid();
@@ -114,20 +123,24 @@ status_t Reactor::listen() {
 }
 
 status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remote) {
-  const std::lock_guard lock(mutex_);
-  if (const status_t status = start(); status != OK) return status;
   Entry entry;
   entry.connection = std::move(connection);
   entry.remote = remote;
-  return add(std::move(entry));
+  status_t status;
+  {
+    const std::lock_guard lock(mutex_);
+    status = start();
+    if (status == OK) status = add(std::move(entry));
+  }
+  return told(status, "can't wait for the end of a process");
 }
 
 void Reactor::run() {
   for (;;) {
     epoll_event event;
-    const int timeout = waiting_.empty() ? -1 : kRetryMs;
-    const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeout);
+    const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeoutMs());
     std::erase_if(waiting_, [this](const WaitingLane& lane) { return serveOnThread(lane); });
+    while (!strangers_.empty() && strangers_.front().deadline <= Clock::now()) listenToOldestStranger();
     if (ready != 1) continue;
     const int fd = event.data.fd;
     bool isListening;
@@ -143,19 +156,29 @@ void Reactor::run() {
   }
 }
 
+int Reactor::timeoutMs() const {
+  if (!waiting_.empty()) return kRetryMs;
+  if (strangers_.empty()) return -1;
+  const auto left = std::chrono::ceil<std::chrono::milliseconds>(strangers_.front().deadline - Clock::now());
+  return std::max(0, static_cast<int>(left.count()));
+}
+
+/** If it has said nothing, it is dropped. What it has said may not have been looked at yet. */
+void Reactor::listenToOldestStranger() { readable(strangers_.front().fd); }
+
 void Reactor::accept() {
   Entry entry;
   entry.connection = UniqueFd(::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC));
   if (!entry.connection.valid()) {
-    if (errno == EMFILE || errno == ENFILE || errno == ENOBUFS || errno == ENOMEM) {
-      if (!acceptFails_) failed("can't accept connections");
-      acceptFails_ = true;
+    const int error = errno;
+    if (error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM) {
+      if (acceptFailure_.isNews(error)) told(-error, "can't accept connections");
       // It stays in the queue; without a pause this would be a busy loop.
       std::this_thread::sleep_for(std::chrono::milliseconds(kRetryMs));
     }
     return;
   }
-  acceptFails_ = false;
+  acceptFailure_.isNews(0);
   socklen_t size = sizeof(entry.credentials);
   if (::getsockopt(entry.connection.get(), SOL_SOCKET, SO_PEERCRED, &entry.credentials, &size) < 0 ||
       entry.credentials.uid != ::geteuid()) {
@@ -163,8 +186,24 @@ void Reactor::accept() {
                         entry.credentials.uid);
     return;
   }
-  const std::lock_guard lock(mutex_);
-  add(std::move(entry));
+  if (strangers_.size() >= kMaxStrangers) {
+    if (!tooManyStrangers_) {
+      __android_log_print(ANDROID_LOG_WARN, "binder",
+                          "too many connections that say nothing, drops the oldest");
+    }
+    tooManyStrangers_ = true;
+    listenToOldestStranger();
+  } else if (strangers_.size() < kMaxStrangers / 2) {
+    tooManyStrangers_ = false;
+  }
+  const int fd = entry.connection.get();
+  status_t status;
+  {
+    const std::lock_guard lock(mutex_);
+    status = add(std::move(entry));
+  }
+  if (told(status, "can't wait for a connection") == OK)
+    strangers_.push_back({fd, Clock::now() + kHelloPatience});
 }
 
 void Reactor::readable(int fd) {
@@ -179,6 +218,7 @@ void Reactor::readable(int fd) {
   } else if (entry.remote != nullptr) {
     hear(std::move(entry));
   } else {
+    std::erase_if(strangers_, [fd](const Stranger& stranger) { return stranger.fd == fd; });
     Hello hello;
     const ssize_t size = ::recv(fd, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC);
     if (size == sizeof(hello) && hello.magic == kMagic) greet(std::move(entry), hello);
@@ -219,8 +259,13 @@ void Reactor::greet(Entry entry, const Hello& hello) {
       exports.removePeer(*entry.peer);
       return;
     }
-    const std::lock_guard lock(mutex_);
-    add(std::move(entry));
+    const std::shared_ptr<Peer> peer = entry.peer;
+    status_t status;
+    {
+      const std::lock_guard lock(mutex_);
+      status = add(std::move(entry));
+    }
+    if (told(status, "can't wait for the end of a process") != OK) exports.removePeer(*peer);
   } else if (hello.kind == ConnectionKind::kLane) {
     std::shared_ptr<Peer> peer = exports.peer(hello.process);
     if (peer == nullptr || peer->pid() != entry.credentials.pid) return;

@@ -2,15 +2,19 @@
 
 #include <sys/socket.h>
 
+#include <chrono>
+#include <deque>
 #include <functional>
 #include <memory>
 #include <mutex>
+#include <string>
 #include <unordered_map>
 #include <utility>
 #include <vector>
 
 #include <utils/Errors.h>
 
+#include "Complaint.h"
 #include "ForeignWork.h"
 #include "Frame.h"
 #include "UniqueFd.h"
@@ -55,16 +59,31 @@ class Reactor {
     uid_t uid;
   };
 
+  using Clock = std::chrono::steady_clock;
+
+  /** A connection that has not said yet what it is for. */
+  struct Stranger {
+    int fd;
+    Clock::time_point deadline;
+  };
+
+  bool isReachable();
+  status_t openSocket(std::string* failure);
+  /** These two are called under the lock, and log nothing. */
   status_t start();
   status_t add(Entry entry);
   Entry take(int fd);
   void run();
+  int timeoutMs() const;
+  void listenToOldestStranger();
   void accept();
   void readable(int fd);
   void hear(Entry entry);
   void greet(Entry entry, const Hello& hello);
   bool serveOnThread(const WaitingLane& lane);
 
+  /** Held while the socket is made, for which other processes may have to be waited for. Before mutex_. */
+  std::mutex opening_;
   std::mutex mutex_;
   ForeignWork foreign_;
   bool hasForeignThread_ = false;
@@ -75,7 +94,9 @@ class Reactor {
   std::unordered_map<int, Entry> entries_;
   /** Only the thread uses these. */
   std::vector<WaitingLane> waiting_;
-  bool acceptFails_ = false;
+  std::deque<Stranger> strangers_;
+  bool tooManyStrangers_ = false;
+  Complaint acceptFailure_;
 };
 
 }  // namespace android::transport

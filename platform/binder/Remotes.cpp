@@ -190,6 +190,7 @@ status_t Remote::acquire(uint64_t number) {
   status = lane->send(header);
   if (status == OK && !lane->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
   if (status == OK) status = lane->receive(&header, &none);
+  if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
   if (status != OK) return status;
   returnLane(std::move(lane));
   return header.status;

@@ -20,7 +20,7 @@
 #include <system_error>
 #include <thread>
 
-#include "UniqueFd.h"
+#include "Complaint.h"
 
 namespace android::transport::runtime_dir {
 
@@ -100,28 +100,77 @@ void forEachEntry(F f) {
   }
 }
 
-bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
+bool fillSocketAddress(const std::string& name, sockaddr_un* address) {
   const std::string socket = pathOf(name);
   *address = {};
   address->sun_family = AF_UNIX;
-  if (socket.size() >= sizeof(address->sun_path)) {
-    __android_log_print(ANDROID_LOG_ERROR, kTag, "the path of a socket is too long: %s", socket.c_str());
-    return false;
-  }
+  if (socket.size() >= sizeof(address->sun_path)) return false;
   std::memcpy(address->sun_path, socket.c_str(), socket.size() + 1);
   return true;
+}
+
+bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
+  if (fillSocketAddress(name, address)) return true;
+  __android_log_print(ANDROID_LOG_ERROR, kTag, "the path of a socket is too long: %s", pathOf(name).c_str());
+  return false;
 }
 
 /**
  * Keeps others from changing names between a look and an act: without it, an exiting process might remove its
  * successor's name. Only for a while, since a process that is stopped in the middle must not stop all others.
  */
-UniqueFd lockNames() {
-  UniqueFd lock(::open(pathOf(kLockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600));
-  for (int tries = 100; tries > 0 && lock.valid() && ::flock(lock.get(), LOCK_EX | LOCK_NB) < 0; --tries) {
-    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+class NamesLock {
+ public:
+  NamesLock() : file_(::open(pathOf(kLockName).c_str(), O_RDWR | O_CREAT | O_CLOEXEC | O_NOFOLLOW, 0600)) {
+    for (int tries = 100; tries > 0 && file_.valid() && !held_; --tries) {
+      held_ = ::flock(file_.get(), LOCK_EX | LOCK_NB) == 0;
+      if (!held_) std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    }
   }
-  return lock;
+  bool held() const { return held_; }
+
+ private:
+  UniqueFd file_;
+  bool held_ = false;
+};
+
+/** What is wrong with the directory as an error number, and in words; 0 if nothing is. */
+int faultOfDirectory(std::string* fault) {
+  struct stat info;
+  int error = 0;
+  const char* what = nullptr;
+  if (::lstat(path().c_str(), &info) < 0) {
+    error = errno;
+    *fault = "can't use the runtime directory " + path() + ": " + std::strerror(error);
+    return error;
+  }
+  if (!S_ISDIR(info.st_mode)) {
+    error = ENOTDIR;
+    what = "is not a directory";
+  } else if (info.st_uid != ::geteuid()) {
+    error = EPERM;
+    what = "belongs to another user";
+  } else if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
+    error = EACCES;
+    what = "can be written by others";
+  }
+  if (error != 0) *fault = "the runtime directory " + path() + " " + what;
+  return error;
+}
+
+/**
+ * Removes what processes have left that were killed. A socket on which nobody listens is a dead process's;
+ * one that isn't ready yet, and a link that isn't a name yet, is so if nobody else has the lock.
+ */
+void sweep(const NamesLock& lock) {
+  forEachEntry([&](const std::string& name) {
+    sockaddr_un address;
+    const bool isDead = name.starts_with(kSocketPrefix) && fillSocketAddress(name, &address) &&
+                        probe(address) == ECONNREFUSED;
+    const bool isUnfinished =
+        lock.held() && (name.starts_with(kUnreadySocketPrefix) || name.starts_with(kNewLinkPrefix));
+    if (isDead || isUnfinished) ::unlink(pathOf(name).c_str());
+  });
 }
 
 }  // namespace
@@ -131,63 +180,73 @@ status_t prepare() {
   if (::mkdir(directory.c_str(), 0700) < 0 && errno != EEXIST) {
     return fail("can't make the runtime directory", directory);
   }
-  struct stat info;
-  if (::lstat(directory.c_str(), &info) < 0) return fail("can't use the runtime directory", directory);
-  const char* fault = nullptr;
-  if (!S_ISDIR(info.st_mode)) {
-    fault = "is not a directory";
-  } else if (info.st_uid != ::geteuid()) {
-    fault = "belongs to another user";
-  } else if ((info.st_mode & (S_IWGRP | S_IWOTH)) != 0) {
-    fault = "can be written by others";
-  }
-  if (fault == nullptr) return OK;
-  __android_log_print(ANDROID_LOG_ERROR, kTag, "the runtime directory %s %s", directory.c_str(), fault);
-  return PERMISSION_DENIED;
+  std::string fault;
+  const int error = faultOfDirectory(&fault);
+  if (error == 0) return OK;
+  __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
+  return error == ENOENT ? -error : PERMISSION_DENIED;
 }
 
 bool socketAddress(uint64_t process, sockaddr_un* address) {
   return makeSocketAddress(kSocketPrefix + hex(process), address);
 }
 
-bool unreadySocketAddress(uint64_t process, sockaddr_un* address) {
-  return makeSocketAddress(kUnreadySocketPrefix + hex(process), address);
+status_t openSocket(uint64_t process, UniqueFd* socket, std::string* failure) {
+  const NamesLock lock;
+  sweep(lock);
+  // Others take a socket on which nobody listens for a dead one, so it gets its name only when it is ready.
+  const std::string unready = kUnreadySocketPrefix + hex(process);
+  sockaddr_un address;
+  UniqueFd opened(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
+  const bool fits = fillSocketAddress(unready, &address);
+  if (!fits) errno = ENAMETOOLONG;
+  if (opened.valid() && fits &&
+      ::bind(opened.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) {
+    if (::listen(opened.get(), SOMAXCONN) == 0 &&
+        ::rename(address.sun_path, pathOf(kSocketPrefix + hex(process)).c_str()) == 0) {
+      *socket = std::move(opened);
+      return OK;
+    }
+    const int error = errno;
+    ::unlink(address.sun_path);
+    errno = error;
+  }
+  const int error = errno;
+  *failure = "can't make the socket " + pathOf(unready) + ": " + std::strerror(error);
+  return fits ? -error : BAD_VALUE;
 }
 
-void removeDeadSockets() {
-  forEachEntry([](const std::string& name) {
-    uint64_t process;
-    sockaddr_un address;
-    if (name.starts_with(kSocketPrefix) &&
-        parseHex(std::string_view(name).substr(std::strlen(kSocketPrefix)), &process) &&
-        socketAddress(process, &address) && probe(address) == ECONNREFUSED) {
-      ::unlink(address.sun_path);
-    }
-  });
-}
+void removeSocket(uint64_t process) { ::unlink(pathOf(kSocketPrefix + hex(process)).c_str()); }
 
 bool hasSocket(uint64_t process) { return ::access(pathOf(kSocketPrefix + hex(process)).c_str(), F_OK) == 0; }
 
 bool isListening(uint64_t process) {
   sockaddr_un address;
   if (!socketAddress(process, &address)) return false;
+  static Complaint complaint;
   const int error = probe(address);
-  return error == 0 || error == EAGAIN;
+  const bool isLiving = error == 0 || error == EAGAIN;
+  const bool isDead = error == ECONNREFUSED || error == ENOENT;
+  if (complaint.isNews(isLiving || isDead ? 0 : error)) {
+    __android_log_print(ANDROID_LOG_ERROR, kTag, "can't look for a process at %s: %s", address.sun_path,
+                        std::strerror(error));
+  }
+  return isLiving;
 }
 
 void removeAllOf(uint64_t process) {
-  const UniqueFd lock = lockNames();
+  const NamesLock lock;
   for (const std::string& name : names()) {
     if (const auto address = lookUp(name); address && address->process == process) {
       ::unlink(pathOf(name).c_str());
     }
   }
-  ::unlink(pathOf(kSocketPrefix + hex(process)).c_str());
+  removeSocket(process);
 }
 
 status_t publish(const std::string& name, const Address& address) {
   if (const status_t status = prepare(); status != OK) return status;
-  const UniqueFd lock = lockNames();
+  const NamesLock lock;
   // The lock makes the name of the new link this thread's own.
   const std::string link = pathOf(kNewLinkPrefix + hex(address.process));
   ::unlink(link.c_str());
@@ -201,6 +260,13 @@ status_t publish(const std::string& name, const Address& address) {
 }
 
 std::optional<Address> lookUp(const std::string& name) {
+  // Whoever can write there can give any process for a service.
+  static Complaint complaint;
+  std::string fault;
+  const int error = faultOfDirectory(&fault);
+  if (complaint.isNews(error)) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
+  if (error != 0) return std::nullopt;
+
   char text[64];
   const ssize_t size = ::readlink(pathOf(name).c_str(), text, sizeof(text));
   if (size <= 0) return std::nullopt;

@@ -9,6 +9,8 @@
 
 #include <utils/Errors.h>
 
+#include "UniqueFd.h"
+
 namespace android::transport {
 
 /** An object that can be reached from every process: the process it lives in, and its number there. */
@@ -33,16 +35,18 @@ status_t prepare();
 
 /** Where the process of that number listens. False if the path is too long for a socket. */
 bool socketAddress(uint64_t process, sockaddr_un* address);
-/** Where its socket stands until it listens. */
-bool unreadySocketAddress(uint64_t process, sockaddr_un* address);
+
+/**
+ * Makes the socket on which the process of that number listens, and removes what others have left that were
+ * killed. Waits up to a second for those who do the same. Logs nothing: `failure` says what has failed.
+ */
+status_t openSocket(uint64_t process, UniqueFd* socket, std::string* failure);
+void removeSocket(uint64_t process);
 
 /** Whether the socket of that process is still in the directory. */
 bool hasSocket(uint64_t process);
 /** Whether the process of that number lives and can be reached. Doesn't wait for it. */
 bool isListening(uint64_t process);
-
-/** Removes the sockets of processes that are no more. */
-void removeDeadSockets();
 
 /** Removes the socket and the names of this process, which is about to exit. */
 void removeAllOf(uint64_t process);
@@ -50,6 +54,7 @@ void removeAllOf(uint64_t process);
 /** Puts a name into the directory, in place of an earlier one of the same name. */
 status_t publish(const std::string& name, const Address& address);
 
+/** The address under a name; none if there is no such name, or the directory isn't to be trusted. */
 std::optional<Address> lookUp(const std::string& name);
 
 /** All names, sorted, whether their processes live or not. */
