@@ -1,0 +1,282 @@
+#include <sys/stat.h>
+#include <unistd.h>
+
+#include <cstdio>
+#include <cstring>
+#include <filesystem>
+#include <functional>
+#include <list>
+
+#include "Frame.h"
+#include "LogCapture.h"
+#include "ParcelAccess.h"
+#include "RawPeer.h"
+#include "TestService.h"
+
+/* A registered process that answers with nonsense, and a directory that isn't what it should be: whoever
+ * calls gets an error, and reaches all others. */
+
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::String16;
+using namespace android::transport;
+using vesk::test::kStranger;
+using vesk::test::RawPeer;
+
+namespace {
+
+/** The hostile process; another for each row, since its predecessor's end may not have been told yet. */
+uint64_t hostileProcess = 0x1000;
+
+/** What a service's process sends instead of what it should. */
+struct Answers {
+  const char* what;
+  std::string toWatch;
+  std::string toAcquire;
+  std::string toRequest;
+};
+
+template <class... Parts>
+std::string bytes(const Parts&... parts) {
+  std::string result;
+  (result.append(reinterpret_cast<const char*>(&parts), sizeof(parts)), ...);
+  return result;
+}
+
+FrameHeader reply(uint32_t dataSize = 0, uint32_t objectCount = 0) {
+  return {.kind = FrameKind::kReply, .dataSize = dataSize, .objectCount = objectCount};
+}
+
+std::filesystem::path directory() { return std::getenv("BINDER_RUNTIME_DIR"); }
+
+/** Stands in the directory as a process of its own, with a service named "hostile". */
+class HostileService {
+ public:
+  explicit HostileService(const Answers& answers)
+      : answers_(answers), listening_(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    std::snprintf(address.sun_path, sizeof(address.sun_path), "%s/.process-%016x", directory().c_str(),
+                  static_cast<unsigned>(hostileProcess));
+    socket_ = address.sun_path;
+    EXPECT_EQ(::bind(listening_.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
+    EXPECT_EQ(::listen(listening_.get(), 10), 0);
+    char text[32];
+    std::snprintf(text, sizeof(text), "%x:1", static_cast<unsigned>(hostileProcess));
+    std::filesystem::create_symlink(text, directory() / "hostile");
+    thread_ = std::thread([this] { run(); });
+  }
+  ~HostileService() {
+    ::shutdown(listening_.get(), SHUT_RDWR);
+    thread_.join();
+    std::filesystem::remove(socket_);
+    std::filesystem::remove(directory() / "hostile");
+  }
+
+ private:
+  void run() {
+    std::list<UniqueFd> connections;
+    std::list<std::thread> threads;
+    for (;;) {
+      UniqueFd connection(::accept(listening_.get(), nullptr, nullptr));
+      if (!connection.valid()) break;
+      threads.emplace_back([this, fd = connection.get()] {
+        serve(fd);
+        ::shutdown(fd, SHUT_RDWR);
+      });
+      connections.push_back(std::move(connection));
+    }
+    for (const UniqueFd& connection : connections) ::shutdown(connection.get(), SHUT_RDWR);
+    for (std::thread& thread : threads) thread.join();
+  }
+
+  void serve(int connection) const {
+    Hello hello{};
+    if (::recv(connection, &hello, sizeof(hello), 0) != sizeof(hello)) return;
+    if (hello.kind == ConnectionKind::kWatch && !send(connection, answers_.toWatch)) return;
+    for (FrameHeader frame{}; ::recv(connection, &frame, sizeof(frame), 0) > 0;) {
+      const bool isAcquire = frame.kind == FrameKind::kAcquire;
+      if (!isAcquire && frame.kind != FrameKind::kRequest) continue;
+      if (!send(connection, isAcquire ? answers_.toAcquire : answers_.toRequest)) return;
+    }
+  }
+
+  /** Nothing to be sent is the end of the connection. */
+  static bool send(int connection, const std::string& answer) {
+    return !answer.empty() && ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL) ==
+                                  static_cast<ssize_t>(answer.size());
+  }
+
+  const Answers answers_;
+  std::string socket_;
+  UniqueFd listening_;
+  std::thread thread_;
+};
+
+class HostileServiceTest : public testing::Test {
+ protected:
+  HostileServiceTest() : honest("test.service"), service(honest.get()) {}
+  ~HostileServiceTest() override { EXPECT_EQ(increment(service, 1), 2) << "others are reached"; }
+
+  static sp<IBinder> lookUp(const char* name) {
+    return android::defaultServiceManager()->checkService(String16(name));
+  }
+
+  ServiceProcess honest;
+  const sp<IBinder> service;
+};
+
+TEST_F(HostileServiceTest, AnswersThatAreNone) {
+  // The process is filled in for each row.
+  const std::string watch = bytes(Hello{.kind = ConnectionKind::kWatch, .process = 0});
+  const std::string acquired = bytes(reply());
+  FrameHeader otherVersion = reply();
+  otherVersion.magic += 1;
+  const std::string anothers = bytes(Hello{.kind = ConnectionKind::kWatch, .process = 5});
+  const FlatBinder binder{.present = 1};
+  const ObjectEntry nobodys{.owner = 77, .number = 88, .offset = 4};
+  const auto isRefused = [&](Answers answers) {
+    ++hostileProcess;
+    if (answers.toWatch.size() >= sizeof(Hello) && answers.toWatch != anothers) {
+      std::memcpy(answers.toWatch.data() + offsetof(Hello, process), &hostileProcess, sizeof(hostileProcess));
+    }
+    const HostileService hostile(answers);
+    sp<IBinder> object = lookUp("hostile");
+    if (answers.toRequest.empty()) {
+      EXPECT_EQ(object, nullptr) << answers.what;
+      return;
+    }
+    ASSERT_NE(object, nullptr) << answers.what;
+    Parcel data;
+    Parcel result;
+    EXPECT_NE(object->transact(IBinder::FIRST_CALL_TRANSACTION, data, &result), OK) << answers.what;
+    EXPECT_EQ(result.dataSize(), 0U) << answers.what;
+  };
+  const Answers rows[] = {
+      {"nothing", "", "", ""},
+      {"a hello of another version",
+       bytes(Hello{.magic = kMagic + 1, .kind = ConnectionKind::kWatch, .process = 0}), "", ""},
+      {"another process's hello", anothers, "", ""},
+      {"half a hello", watch.substr(0, 8), "", ""},
+      {"more than a hello", watch + "more", "", ""},
+      {"nothing to an acquire", watch, "", ""},
+      {"an acquire that claims", watch, bytes(FrameHeader{.kind = FrameKind::kClaimed}), ""},
+      {"half a frame", watch, acquired.substr(0, 20), ""},
+      {"a frame of another version", watch, bytes(otherVersion), ""},
+      {"a request for a reply", watch, acquired, bytes(FrameHeader{.kind = FrameKind::kRequest})},
+      {"a reply of another version", watch, acquired, bytes(otherVersion)},
+      {"less than it states", watch, acquired, bytes(reply(8), uint32_t{0})},
+      {"more than it states", watch, acquired, bytes(reply(4), uint64_t{0})},
+      {"above the limit", watch, acquired, bytes(reply(kMaxDataSize + 1))},
+      {"more objects than fit", watch, acquired, bytes(reply(4, 1), uint32_t{0}, nobodys)},
+      {"an object beside its place", watch, acquired, bytes(reply(sizeof(binder), 1), binder, nobodys)},
+      {"half a header and no more", watch, acquired, acquired.substr(0, 20)},
+  };
+  for (const Answers& row : rows) isRefused(row);
+}
+
+TEST_F(HostileServiceTest, AFloodOfSilentConnections) {
+  const std::string path = vesk::test::socketOf("test.service");
+  std::list<RawPeer> silent;
+  for (int i = 0; i < 600; ++i) silent.emplace_back(path);
+  EXPECT_EQ(increment(service, 1), 2) << "while they are silent";
+  silent.front().expectClosed("the oldest gives way to others");
+  silent.back().expectClosed("who says nothing for seconds is dropped");
+}
+
+TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
+  const auto alive = [&] {
+    Parcel data;
+    Parcel result;
+    return service->transact(TestObject::kCountAlive, data, &result) == OK ? result.readInt32() : -1;
+  };
+  const std::string path = vesk::test::socketOf("test.service");
+  const uint64_t number = vesk::test::numberOf("test.service");
+  {
+    RawPeer watch(path);
+    watch.greet(ConnectionKind::kWatch);
+    watch.receive();
+    RawPeer lane(path);
+    lane.greet(ConnectionKind::kLane);
+    lane.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+    ASSERT_EQ(lane.statusOfReply(), OK);
+    lane.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = TestObject::kMakeObject});
+    EXPECT_GT(lane.receive().size(), sizeof(FrameHeader));
+    EXPECT_EQ(alive(), 2);
+  }
+  waitUntil("the object to go", [&] { return alive() == 1; });
+}
+
+TEST_F(HostileServiceTest, NamesThatAreNoAddresses) {
+  const struct {
+    const char* what;
+    const char* text;
+  } rows[] = {{"a file of somebody's", "/etc/passwd"},
+              {"a path", "../../1:1"},
+              {"no number", "zz:1"},
+              {"too much", "1:1:1"},
+              {"nobody's process", "99:1"},
+              {"very long", "11111111111111111111111111111111111111111111111111111111111111111111:1"}};
+  for (const auto& row : rows) {
+    std::filesystem::create_symlink(row.text, directory() / "tricky");
+    EXPECT_EQ(lookUp("tricky"), nullptr) << row.what;
+    std::filesystem::remove(directory() / "tricky");
+  }
+  std::filesystem::create_directory(directory() / "tricky");
+  EXPECT_EQ(lookUp("tricky"), nullptr) << "a directory";
+  EXPECT_NE(android::defaultServiceManager()->addService(String16("tricky"), new TestObject), OK);
+  std::filesystem::remove(directory() / "tricky");
+}
+
+TEST_F(HostileServiceTest, ADirectoryThatIsNotToBeTrusted) {
+  vesk::test::LogCapture log;
+  const struct {
+    const char* fault;
+    std::function<void()> make;
+    std::function<void()> mend;
+  } rows[] = {
+      {"can be written by others", [] { ::chmod(directory().c_str(), 0777); },
+       [] { ::chmod(directory().c_str(), 0700); }},
+      {"belongs to another user", [] { ::chown(directory().c_str(), 65534, 65534); },
+       [] { ::chown(directory().c_str(), 0, 0); }},
+      {"is not a directory",
+       [] {
+         std::filesystem::rename(directory(), directory().string() + ".real");
+         std::filesystem::create_symlink(directory().string() + ".real", directory());
+       },
+       [] {
+         std::filesystem::remove(directory());
+         std::filesystem::rename(directory().string() + ".real", directory());
+       }},
+      {"No such file or directory",
+       [] { std::filesystem::rename(directory(), directory().string() + ".away"); },
+       [] { std::filesystem::rename(directory().string() + ".away", directory()); }},
+  };
+  for (const auto& row : rows) {
+    if (std::string(row.fault) == "belongs to another user" && ::geteuid() != 0) continue;
+    row.make();
+    for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp("test.service"), nullptr) << row.fault;
+    const auto lines = log.take();
+    EXPECT_EQ(lines.size(), 1U) << row.fault << ": said once, not for each attempt";
+    if (!lines.empty()) {
+      EXPECT_NE(lines[0].text.find(row.fault), std::string::npos) << lines[0];
+    }
+    row.mend();
+    EXPECT_NE(lookUp("test.service"), nullptr) << row.fault << ", and put right";
+  }
+}
+
+TEST_F(HostileServiceTest, WhatKilledProcessesLeftIsSweptByTheNext) {
+  const auto leave = [](const char* name) { std::filesystem::create_symlink("gone", directory() / name); };
+  leave(".unready-0000000000000001");
+  leave(".new-0000000000000001");
+  ServiceProcess next("next.service");
+  for (const auto& entry : std::filesystem::directory_iterator(directory())) {
+    const std::string name = entry.path().filename();
+    EXPECT_FALSE(name.starts_with(".unready-") || name.starts_with(".new-")) << name;
+  }
+}
+
+}  // namespace
