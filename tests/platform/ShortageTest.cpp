@@ -1,10 +1,12 @@
 #include <binder/ProcessState.h>
+#include <sys/resource.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
 #include <csignal>
 #include <cstdlib>
 
+#include "LogCapture.h"
 #include "TestService.h"
 
 /* What is short or stuck for a while costs the calls of that while, and nothing later. */
@@ -60,6 +62,22 @@ TEST_F(ShortageTest, AnObjectThatCantBeHeldNowIsRefusedAndNotTakenForDead) {
   data.writeInt32(1);
   ASSERT_EQ(service->transact(TestObject::kCallKept, data, &reply), OK);
   EXPECT_EQ(reply.readInt32(), OK);
+}
+
+TEST_F(ShortageTest, WantOfDescriptorsIsSaidOnceAndNotForEachAttempt) {
+  const auto lookUp = [] { return android::defaultServiceManager()->checkService(String16("test.service")); };
+  ASSERT_NE(lookUp(), nullptr);
+  vesk::test::LogCapture log;
+  rlimit before;
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  for (int i = 0; i < 5; ++i) EXPECT_EQ(lookUp(), nullptr);
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  const auto lines = log.take();
+  ASSERT_EQ(lines.size(), 1U);
+  EXPECT_NE(lines[0].text.find("Too many open files"), std::string::npos) << lines[0];
+  EXPECT_NE(lookUp(), nullptr);
 }
 
 TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
