@@ -2,31 +2,24 @@
 
 #include <string>
 #include <string_view>
-#include <vector>
 
-#include "Device.h"
+#include "Commands.h"
 
 namespace sim {
 
-/** The commands that a person or a script gives the device. */
+/** The commands that a person or a program gives the device, line by line. */
 class Console {
  public:
-  explicit Console(Device& device) : device_(device) {}
+  explicit Console(Runner& runner) : runner_(runner) {}
 
   /** Takes bytes as they come in, and carries out each line that is complete. */
   void feed(std::string_view bytes);
-
-  bool hasQuit() const { return quit_; }
+  /** Carries out a line. */
+  void run(const std::string& line);
 
  private:
-  void run(const std::string& line);
-  /** False if it is none of these. */
-  bool runMisc(const std::vector<std::string>& words);
-  void showStatus();
-
-  Device& device_;
+  Runner& runner_;
   std::string pending_;
-  bool quit_ = false;
 };
 
 }  // namespace sim

@@ -1,9 +1,9 @@
 #include "Device.h"
 
-#include <binder/IServiceManager.h>
-
 #include <cstdio>
+#include <iterator>
 
+#include "Output.h"
 #include "database/CallLog.h"
 
 namespace sim {
@@ -11,14 +11,12 @@ namespace sim {
 namespace {
 
 void printEvent(Time time, const Event& event) {
-  std::printf("%9.3f  %s\n", static_cast<double>(time.count()) / 1000, toString(event).c_str());
-  std::fflush(stdout);
+  char seconds[32];
+  std::snprintf(seconds, sizeof(seconds), "%9.3f  ", static_cast<double>(time.count()) / 1000);
+  Output::self().say(seconds + toString(event) + "\n");
 }
 
-void printMiscEvent(const std::string& event) {
-  std::printf("           %s\n", event.c_str());
-  std::fflush(stdout);
-}
+void printMiscEvent(const std::string& event) { Output::self().say("           " + event + "\n"); }
 
 /** Feeds the call log, and prints if it is to. */
 Phone::Sink observer(const android::sp<DatabaseService>& database, bool verbose) {
@@ -30,7 +28,39 @@ Phone::Sink observer(const android::sp<DatabaseService>& database, bool verbose)
   };
 }
 
+#define METHOD(code, name, ...) {code, #name, #__VA_ARGS__},
+constexpr MethodRow kCallMethods[] = {
+#include <com/qv/CallService.def>
+};
+constexpr MethodRow kConfigMethods[] = {
+#include <com/qv/ConfigService.def>
+};
+constexpr MethodRow kDatabaseMethods[] = {
+#include <com/qv/DatabaseService.def>
+};
+constexpr MethodRow kMiscMethods[] = {
+#include <com/qv/MiscService.def>
+};
+constexpr MethodRow kRelayMethods[] = {
+#include <com/qv/RelayService.def>
+};
+constexpr MethodRow kExternalKeyMethods[] = {
+#include <com/qv/ExternalKeyService.def>
+};
+#undef METHOD
+
+constexpr ServiceRow kServiceRows[] = {
+    {"call", "com.qv.CallService", kCallMethods},
+    {"config", "com.qv.ConfigService", kConfigMethods},
+    {"database", "com.qv.DatabaseService", kDatabaseMethods},
+    {"misc", "com.qv.MiscService", kMiscMethods},
+    {"relay", "com.qv.RelayService", kRelayMethods},
+    {"externalkey", "com.qv.ExternalKeyService", kExternalKeyMethods},
+};
+
 }  // namespace
+
+const std::span<const ServiceRow> kServices = kServiceRows;
 
 Device::Device(const Options& options, const std::shared_ptr<Store>& store)
     : settings_(std::make_shared<Settings>(store)),
@@ -40,7 +70,16 @@ Device::Device(const Options& options, const std::shared_ptr<Store>& store)
       miscService_(new MiscService(
           options.speed, options.verbose ? printMiscEvent : [](const std::string&) {})),
       relayService_(new RelayService(options.speed, store)),
-      externalKeyService_(new ExternalKeyService(store)) {}
+      externalKeyService_(new ExternalKeyService(store)),
+      services_([this] {
+        const android::sp<android::BBinder> served[] = {callService_, configService_, databaseService_,
+                                                        miscService_, relayService_,  externalKeyService_};
+        std::vector<android::sp<FaultyService>> services;
+        for (size_t i = 0; i < std::size(served); ++i) {
+          services.push_back(new FaultyService(kServiceRows[i].name, served[i], kServiceRows[i].methods));
+        }
+        return services;
+      }()) {}
 
 std::unique_ptr<Device> Device::start(const Options& options, std::string* error) {
   const std::shared_ptr<Store> store = Store::open(options.stateDirectory, error);
@@ -56,23 +95,20 @@ bool Device::load(std::string* error) {
 }
 
 bool Device::registerServices(std::string* error) const {
-  const struct {
-    const char* name;
-    android::sp<android::IBinder> service;
-  } services[] = {
-      {"com.qv.CallService", callService_},         {"com.qv.ConfigService", configService_},
-      {"com.qv.DatabaseService", databaseService_}, {"com.qv.MiscService", miscService_},
-      {"com.qv.RelayService", relayService_},       {"com.qv.ExternalKeyService", externalKeyService_},
-  };
-  for (const auto& [name, service] : services) {
-    const android::status_t added =
-        android::defaultServiceManager()->addService(android::String16(name), service);
-    if (added != android::OK) {
-      *error = std::string("can't register ") + name + ": " + android::statusToString(added);
+  for (const android::sp<FaultyService>& service : services_) {
+    if (const android::status_t added = service->revive(); added != android::OK) {
+      *error = std::string("can't register ") + service->name() + ": " + android::statusToString(added);
       return false;
     }
   }
   return true;
+}
+
+void Device::kill(FaultyService& service) {
+  service.die();
+  constexpr std::chrono::milliseconds kAtOnce{0};
+  if (service.name() == std::string_view("com.qv.CallService")) callService_->stopEvents(kAtOnce);
+  if (service.name() == std::string_view("com.qv.MiscService")) miscService_->stopEvents(kAtOnce);
 }
 
 void Device::stopEvents(std::chrono::milliseconds patience) {

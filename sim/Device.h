@@ -3,7 +3,10 @@
 #include <chrono>
 #include <memory>
 #include <string>
+#include <string_view>
+#include <vector>
 
+#include "FaultyService.h"
 #include "Options.h"
 #include "call/CallService.h"
 #include "config/ConfigService.h"
@@ -15,6 +18,15 @@
 
 namespace sim {
 
+/** The methods of a service, by its short name: call, config, database, misc, relay or externalkey. Empty if
+ * there is none. */
+struct ServiceRow {
+  const char* shortName;
+  const char* name;
+  std::span<const MethodRow> methods;
+};
+extern const std::span<const ServiceRow> kServices;
+
 /** All services of the device, and what they keep. */
 class Device {
  public:
@@ -23,6 +35,13 @@ class Device {
 
   LivePhone& phone() { return callService_->phone(); }
   Live<MiscDevice>& misc() { return miscService_->device(); }
+
+  DatabaseService& database() { return *databaseService_; }
+  Live<Relays>& relays() { return relayService_->relays(); }
+
+  const std::vector<android::sp<FaultyService>>& services() const { return services_; }
+  /** Has a service die for its callers; its listeners hear no more of it. */
+  void kill(FaultyService& service);
 
   /** No more events; waits until no listener is being called, or the time is over. */
   void stopEvents(std::chrono::milliseconds patience);
@@ -40,6 +59,7 @@ class Device {
   const android::sp<MiscService> miscService_;
   const android::sp<RelayService> relayService_;
   const android::sp<ExternalKeyService> externalKeyService_;
+  const std::vector<android::sp<FaultyService>> services_;
 };
 
 }  // namespace sim

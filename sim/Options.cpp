@@ -1,12 +1,12 @@
 #include "Options.h"
 
-#include <getopt.h>
+#include <CLI/CLI.hpp>
 
 #include <cstdio>
 #include <cstdlib>
 #include <string_view>
 
-#include "ParseNumber.h"
+#include "ParseTime.h"
 #include "phone/Phone.h"
 
 namespace sim {
@@ -14,48 +14,23 @@ namespace sim {
 namespace {
 
 constexpr int kUsageError = 2;
-constexpr const char* kTryHelp = "Try 'vesk-device --help'.\n";
 
-constexpr const char* kHelp =
-    R"(Usage: vesk-device [OPTION]...
+constexpr const char* kAbout =
+    "A simulated device: the six services of a desk telephone and door intercom, in one process. Prints "
+    "\"ready\"\n"
+    "once applications can connect; ends on SIGINT and SIGTERM.";
 
-A simulated device: the six services of a desk telephone and door intercom, in one process. Prints "ready"
-once applications can connect; ends on SIGINT and SIGTERM.
+constexpr const char* kFooter =
+    "Commands are read from the standard input while it is open; \"help\" lists them.\n\n"
+    "Environment:\n"
+    "  BINDER_RUNTIME_DIR  where services and applications meet; devices with different directories don't\n"
+    "                      know of each other\n"
+    "  XDG_STATE_HOME      where vesk-device/history keeps what was typed at the prompt (~/.local/state)\n\n"
+    "Exit codes: 0 told to end, 1 can't serve or use its state, 2 command line or script not understood.";
 
-  -i, --incoming=WHEN:NUMBER[:LINE]  NUMBER calls (LINE) after WHEN, for example 3s:200 or 500ms:201:2;
-                                     may be given several times
-  -s, --speed=FACTOR                 let time pass FACTOR times as fast, from 0.01 to 1000
-      --state=DIRECTORY              keep what is saved in DIRECTORY, which is made if need be; without it,
-                                     nothing outlives the device
-  -v, --verbose                      print each event
-  -h, --help                         print this and exit
-      --version                      print the version and exit
-
-Commands are read from the standard input while it is open; "help" lists them.
-
-Environment:
-  BINDER_RUNTIME_DIR  where services and applications meet; devices with different directories don't
-                      know of each other
-)";
-
-std::optional<Time> parseTime(std::string_view text) {
-  constexpr double kLimitMs = 1e9;
-  double unit = 0;
-  if (text.ends_with("ms")) {
-    unit = 1;
-    text.remove_suffix(2);
-  } else if (text.ends_with("s")) {
-    unit = 1000;
-    text.remove_suffix(1);
-  }
-  const std::optional<double> number = parseNumber<double>(text);
-  if (unit == 0 || !number || !(*number >= 0 && *number * unit <= kLimitMs)) return std::nullopt;
-  return Time(static_cast<Time::rep>(*number * unit));
-}
-
-[[noreturn]] void usageError(const std::string& message) {
-  std::fprintf(stderr, "vesk-device: %s\n%s", message.c_str(), kTryHelp);
-  std::exit(kUsageError);
+std::optional<double> parseSpeed(std::string_view text) {
+  const std::optional<double> speed = parseNumber<double>(text);
+  return speed && *speed >= 0.01 && *speed <= 1000 ? speed : std::nullopt;
 }
 
 }  // namespace
@@ -75,56 +50,48 @@ std::optional<IncomingCall> parseIncomingCall(const std::string& text) {
 }
 
 Options parseCommandLine(int argc, char** argv) {
-  constexpr int kVersion = 256;
-  constexpr int kState = 257;
-  constexpr option kOptions[] = {
-      {"incoming", required_argument, nullptr, 'i'},
-      {"speed", required_argument, nullptr, 's'},
-      {"verbose", no_argument, nullptr, 'v'},
-      {"help", no_argument, nullptr, 'h'},
-      {"version", no_argument, nullptr, kVersion},
-      {"state", required_argument, nullptr, kState},
-      {nullptr, 0, nullptr, 0},
-  };
   Options options;
-  int letter;
-  while ((letter = getopt_long(argc, argv, "i:s:vh", kOptions, nullptr)) != -1) {
-    switch (letter) {
-      case 'i': {
-        const std::optional<IncomingCall> call = parseIncomingCall(optarg);
-        if (!call)
-          usageError("--incoming: '" + std::string(optarg) + "' is not WHEN:NUMBER[:LINE], as in 3s:200:1");
-        options.incoming.push_back(*call);
-        break;
-      }
-      case 's': {
-        const std::optional<double> speed = parseNumber<double>(optarg);
-        if (!speed || !(*speed >= 0.01 && *speed <= 1000)) {
-          usageError("--speed: '" + std::string(optarg) + "' is not a number from 0.01 to 1000");
-        }
-        options.speed = *speed;
-        break;
-      }
-      case kState:
-        if (*optarg == '\0') usageError("--state: needs a directory");
-        options.stateDirectory = optarg;
-        break;
-      case 'v':
-        options.verbose = true;
-        break;
-      case 'h':
-        std::fputs(kHelp, stdout);
-        std::exit(EXIT_SUCCESS);
-      case kVersion:
-        std::puts("vesk-device " VESK_VERSION);
-        std::exit(EXIT_SUCCESS);
-      default:
-        // getopt_long has said what is wrong.
-        std::fputs(kTryHelp, stderr);
-        std::exit(kUsageError);
-    }
+  CLI::App app(kAbout, "vesk-device");
+  app.footer(kFooter);
+  app.get_formatter()->column_width(36);
+  app.set_help_flag("-h,--help", "Print this and exit");
+  app.set_version_flag("--version", "vesk-device " VESK_VERSION)->description("Print the version and exit");
+  app.add_option("-i,--incoming")
+      ->type_name("WHEN:NUMBER[:LINE]")
+      ->expected(1)
+      ->multi_option_policy(CLI::MultiOptionPolicy::TakeAll)
+      ->description("NUMBER calls (LINE) after WHEN, as in 3s:200 or 500ms:201:2; may be given several times")
+      ->each([&options](const std::string& text) {
+        if (const auto call = parseIncomingCall(text)) options.incoming.push_back(*call);
+      })
+      ->check([](const std::string& text) {
+        return parseIncomingCall(text) ? "" : "'" + text + "' is not WHEN:NUMBER[:LINE], as in 3s:200:1";
+      });
+  app.add_option("-s,--speed")
+      ->type_name("FACTOR")
+      ->description("Let time pass FACTOR times as fast, from 0.01 to 1000")
+      ->expected(1)
+      ->each([&options](const std::string& text) { options.speed = parseSpeed(text).value_or(1); })
+      ->check([](const std::string& text) {
+        return parseSpeed(text) ? "" : "'" + text + "' is not a number from 0.01 to 1000";
+      });
+  const auto notEmpty = [](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); };
+  app.add_option(
+         "--state", options.stateDirectory,
+         "Keep what is saved in DIRECTORY, which is made if need be; without it nothing outlives the device")
+      ->type_name("DIRECTORY")
+      ->check(notEmpty);
+  app.add_option("--script", options.script, "Carry out the commands in FILE once applications can connect")
+      ->type_name("FILE")
+      ->check(notEmpty);
+  app.add_flag("-v,--verbose", options.verbose, "Print each event");
+  try {
+    app.parse(argc, argv);
+  } catch (const CLI::ParseError& error) {
+    if (error.get_exit_code() == static_cast<int>(CLI::ExitCodes::Success)) std::exit(app.exit(error));
+    std::fprintf(stderr, "vesk-device: %s\nTry 'vesk-device --help'.\n", error.what());
+    std::exit(kUsageError);
   }
-  if (optind < argc) usageError("unexpected argument '" + std::string(argv[optind]) + "'");
   return options;
 }
 

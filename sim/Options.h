@@ -24,6 +24,8 @@ struct Options {
   /** Where the device keeps its state; none if it keeps nothing. */
   std::string stateDirectory;
   std::vector<IncomingCall> incoming;
+  /** A file of commands; none if it is empty. */
+  std::string script;
 };
 
 /** Reads WHEN:NUMBER[:LINE], WHEN being a number with the unit s or ms; nothing if the phone can't be called

@@ -6,14 +6,23 @@
 #include <csignal>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <memory>
+#include <optional>
 #include <string>
+#include <utility>
+#include <vector>
 
+#include "Commands.h"
 #include "Console.h"
 #include "Device.h"
 #include "Options.h"
+#include "Output.h"
+#include "Prompt.h"
 
 namespace {
+
+constexpr int kUsageError = 2;
 
 /** How long the end waits for listeners that are being called. */
 constexpr std::chrono::milliseconds kPatienceAtEnd{500};
@@ -31,15 +40,27 @@ int holdSignals() {
 }
 
 /** Reads commands until one of them, or a signal, ends the device. */
-void runUntilEnd(sim::Console& console, int signalFd) {
-  pollfd fds[] = {{signalFd, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}};
-  while (!console.hasQuit()) {
-    if (poll(fds, std::size(fds), -1) < 0) continue;
+void runUntilEnd(sim::Runner& runner, int signalFd) {
+  sim::Console console(runner);
+  std::optional<sim::Prompt> prompt;
+  if (isatty(STDIN_FILENO) != 0 && isatty(STDOUT_FILENO) != 0) prompt.emplace(console);
+  pollfd fds[] = {
+      {signalFd, POLLIN, 0}, {STDIN_FILENO, POLLIN, 0}, {prompt ? prompt->printedFd() : -1, POLLIN, 0}};
+  for (;;) {
+    runner.runTimers();
+    if (runner.hasQuit()) return;
+    if (poll(fds, std::size(fds), runner.untilNext()) < 0) continue;
     if (fds[0].revents != 0) return;
-    if (fds[1].revents != 0) {
+    if (fds[2].revents != 0) prompt->redraw();
+    if (fds[1].revents == 0) continue;
+    // Without an input the device goes on.
+    if ((fds[1].revents & POLLIN) == 0) {
+      fds[1].fd = -1;
+    } else if (prompt) {
+      if (!prompt->read()) fds[1].fd = -1;
+    } else {
       char bytes[512];
       const ssize_t count = read(STDIN_FILENO, bytes, sizeof(bytes));
-      // Without an input the device goes on.
       if (count <= 0) fds[1].fd = -1;
       if (count > 0) console.feed({bytes, static_cast<size_t>(count)});
     }
@@ -50,25 +71,32 @@ void runUntilEnd(sim::Console& console, int signalFd) {
 
 int main(int argc, char** argv) {
   const sim::Options options = sim::parseCommandLine(argc, argv);
+  std::string error;
+  std::optional<std::vector<sim::Command>> script(std::in_place);
+  if (!options.script.empty()) script = sim::parseScript(options.script, &error);
+  if (!script) {
+    std::fprintf(stderr, "%s\n", error.c_str());
+    return kUsageError;
+  }
   const int signalFd = holdSignals();
 
-  std::string error;
   const std::unique_ptr<sim::Device> device = sim::Device::start(options, &error);
   if (device == nullptr) {
     std::fprintf(stderr, "vesk-device: %s\n", error.c_str());
     return EXIT_FAILURE;
   }
   android::ProcessState::self()->startThreadPool();
-  std::puts("ready");
-  std::fflush(stdout);
+  sim::Output::self().say("ready\n");
 
   device->phone().use([&](sim::Phone& phone) {
     for (const sim::IncomingCall& call : options.incoming) {
       phone.scheduleIncomingCall(call.after, call.line, call.number);
     }
   });
-  sim::Console console(*device);
-  runUntilEnd(console, signalFd);
+  sim::Runner runner(*device, options.speed);
+  sim::runScript(runner, std::move(*script));
+  runUntilEnd(runner, signalFd);
   device->stopEvents(kPatienceAtEnd);
+  sim::Output::self().flush(kPatienceAtEnd);
   return EXIT_SUCCESS;
 }

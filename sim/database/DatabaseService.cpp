@@ -138,6 +138,24 @@ DatabaseService::Status DatabaseService::getVoiceSmsCount(int32_t line, CommonPa
   });
 }
 
+bool DatabaseService::receiveSms(int32_t line, const std::string& number, const std::string& text) {
+  return perform([&](Transaction& transaction) {
+           const bool accepted = Phone::isRegistered(line) && number.size() <= kMaxNumberLength && fits(text);
+           return accepted ? tables_.messages.add(transaction, message(SmsBox::kInbox, line, number, text))
+                           : kRefused;
+         }) != kRefused;
+}
+
+bool DatabaseService::setVoiceMail(int32_t line, int32_t unheard, int32_t heard) {
+  if (line < 1 || line > Phone::kLines || unheard < 0 || heard < 0) return false;
+  const VoiceMailRecord record{.unheard = static_cast<uint32_t>(unheard),
+                               .heard = static_cast<uint32_t>(heard)};
+  return perform([&](Transaction& transaction) {
+           tables_.voiceMail.put(transaction, line, bytesOf(record));
+           return 0;
+         }) != kRefused;
+}
+
 /* Blacklist and whitelist */
 
 DatabaseService::Status DatabaseService::phonebookContactAddBlacklist(const CommonParcelable& entry,

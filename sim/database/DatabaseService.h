@@ -34,6 +34,12 @@ class DatabaseService : public com::qv::BnDatabaseService {
    * reason in `error`, if the store fails. */
   bool prepare(std::string* error);
 
+  /** A short message comes in. False if the number or the text is too long, or the store fails. */
+  bool receiveSms(int32_t line, const std::string& number, const std::string& text);
+  /** How many messages wait in the voice mail of a line. False if there is no such line, or the store fails.
+   */
+  bool setVoiceMail(int32_t line, int32_t unheard, int32_t heard);
+
   /** Puts a call that has ended into the call log. */
   void logCall(const CallLogRecord& call);
 

@@ -57,6 +57,7 @@ class Phone {
   /** How long it rings, here or at the far end, before it is given up. */
   static constexpr Time kRingLimit{30'000};
   static constexpr Time kDoorLedTime{3000};
+  static constexpr Time kEngagedTime{8000};
 
   static bool isRegistered(int32_t line) { return line >= 1 && line <= kRegisteredLines; }
 
@@ -84,6 +85,15 @@ class Phone {
   /** Somebody calls. */
   Refusal incomingCall(int32_t line, const std::string& number);
   void scheduleIncomingCall(Time delay, int32_t line, const std::string& number);
+
+  /* What the far end of a call does that was made here, or, for hanging up, of any call. */
+  Refusal farEndAnswer(int32_t chan);
+  Refusal farEndHangUp(int32_t chan);
+  /** It stays engaged for kEngagedTime. */
+  Refusal farEndEngage(int32_t chan);
+
+  /** Somebody presses a key, or lets it go. */
+  void key(int32_t code, bool pressed) { emit(EventType::keycodeEvent, KeyInfo{code, pressed}); }
 
   /* Dialling. */
   Refusal createNewCall(int32_t line);
@@ -163,6 +173,7 @@ class Phone {
   };
 
   static constexpr const char* kNoChannel = "All channels are in use";
+  static constexpr const char* kNotWaiting = "There is no call that waits for its far end";
   static constexpr const char* kBadNumber = "The number is empty or too long";
 
   void emit(EventType type, EventPayload payload = {}) { sink_(now(), {type, std::move(payload)}); }
@@ -194,6 +205,9 @@ class Phone {
   int32_t dial(Call& call);
   bool isEngaged(const Contact& contact);
   void reachFarEnd(Call& call);
+  void farEndIsEngaged(Call& call);
+  /** Null unless it is a call that was made here, and has not been answered. */
+  Call* findUnanswered(int32_t chan);
   void farEndAnswers(Call& call);
   void farEndDoesNotAnswer(Call& call);
 

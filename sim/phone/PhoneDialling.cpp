@@ -104,12 +104,7 @@ bool Phone::isEngaged(const Contact& contact) {
 
 void Phone::reachFarEnd(Call& call) {
   if (call.contact == nullptr) return fail(call, "Number not in service", Tone::kCongestion);
-  if (isEngaged(*call.contact)) {
-    lastEngaged_ = Destination{call.info.line, call.info.number};
-    fail(call, "Engaged", Tone::kBusy);
-    if (!autoRedial_) offerCompletion(*lastEngaged_);
-    return;
-  }
+  if (isEngaged(*call.contact)) return farEndIsEngaged(call);
   setState(call, CallState::kRinging);
   setTone(Tone::kRingback);
   if (call.contact->answersAfter == kNever) {
@@ -131,6 +126,43 @@ void Phone::farEndAnswers(Call& call) {
 }
 
 void Phone::farEndDoesNotAnswer(Call& call) { fail(call, "No answer", Tone::kNone); }
+
+void Phone::farEndIsEngaged(Call& call) {
+  lastEngaged_ = Destination{call.info.line, call.info.number};
+  fail(call, "Engaged", Tone::kBusy);
+  if (!autoRedial_) offerCompletion(*lastEngaged_);
+}
+
+Phone::Call* Phone::findUnanswered(int32_t chan) {
+  Call* call = find(chan);
+  return call != nullptr && call->ongoing && !call->info.incoming && !call->answered ? call : nullptr;
+}
+
+Phone::Refusal Phone::farEndAnswer(int32_t chan) {
+  Call* call = findUnanswered(chan);
+  if (call == nullptr) return kNotWaiting;
+  farEndAnswers(*call);
+  return {};
+}
+
+Phone::Refusal Phone::farEndEngage(int32_t chan) {
+  Call* call = findUnanswered(chan);
+  if (call == nullptr) return kNotWaiting;
+  engagedUntil_.try_emplace(call->info.number, now() + kEngagedTime);
+  farEndIsEngaged(*call);
+  return {};
+}
+
+Phone::Refusal Phone::farEndHangUp(int32_t chan) {
+  Call* call = find(chan);
+  if (call == nullptr || !call->ongoing) return "There is no call that can be ended";
+  if (call->answered || call->info.incoming) {
+    end(*call);
+  } else {
+    fail(*call, "Declined", Tone::kBusy);
+  }
+  return {};
+}
 
 void Phone::fail(Call& call, const std::string& why, Tone tone) {
   const bool redialling = autoRedial_ && autoRedial_->chan == call.info.chan;

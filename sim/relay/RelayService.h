@@ -20,6 +20,8 @@ class RelayService : public com::qv::BnRelayService {
 
   RelayService(double speed, std::shared_ptr<Store> store) : relays_(speed, std::move(store)) {}
 
+  Live<Relays>& relays() { return relays_; }
+
   /** As Relays::load(). */
   bool load(std::string* error);
 

@@ -1,0 +1,81 @@
+#include "Output.h"
+
+#include <unistd.h>
+
+#include <cerrno>
+#include <cstdint>
+#include <string_view>
+#include <thread>
+#include <utility>
+
+namespace sim {
+
+namespace {
+
+void writeAll(std::string_view text) {
+  while (!text.empty()) {
+    const ssize_t written = write(STDOUT_FILENO, text.data(), text.size());
+    if (written < 0 && errno != EINTR) return;
+    if (written > 0) text.remove_prefix(static_cast<size_t>(written));
+  }
+}
+
+}  // namespace
+
+Output& Output::self() {
+  static Output& output = *new Output;
+  return output;
+}
+
+Output::Output() {
+  std::thread([this] { run(); }).detach();
+}
+
+void Output::say(std::string lines) {
+  if (lines.empty()) return;
+  {
+    const std::lock_guard lock(mutex_);
+    if (lines_.size() == kMaxLines) {
+      ++dropped_;
+      return;
+    }
+    lines_.push_back(std::move(lines));
+  }
+  changed_.notify_all();
+}
+
+void Output::flush(std::chrono::milliseconds patience) {
+  std::unique_lock lock(mutex_);
+  changed_.wait_for(lock, patience, [this] { return lines_.empty() && !writing_; });
+}
+
+void Output::aroundPrompt(int fd) {
+  const std::lock_guard lock(mutex_);
+  promptFd_ = fd;
+}
+
+void Output::run() {
+  std::unique_lock lock(mutex_);
+  for (;;) {
+    changed_.wait(lock, [this] { return !lines_.empty(); });
+    std::string text = std::move(lines_.front());
+    lines_.pop_front();
+    if (lines_.empty() && dropped_ > 0) {
+      text += "... and " + std::to_string(std::exchange(dropped_, 0)) + " more that nobody has read\n";
+    }
+    writing_ = true;
+    const int promptFd = promptFd_;
+    lock.unlock();
+    if (promptFd >= 0) text = "\r\033[K" + text;
+    writeAll(text);
+    const uint64_t one = 1;
+    if (promptFd >= 0 && write(promptFd, &one, sizeof(one)) < 0) {
+      // The counter is full: the prompt is due anyway.
+    }
+    lock.lock();
+    writing_ = false;
+    changed_.notify_all();
+  }
+}
+
+}  // namespace sim

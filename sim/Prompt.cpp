@@ -1,0 +1,119 @@
+#include "Prompt.h"
+
+// It takes its types from <stdio.h>.
+#include <cstdio>
+
+#include <editline/readline.h>
+#include <sys/eventfd.h>
+#include <unistd.h>
+
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
+#include <sstream>
+#include <string>
+#include <vector>
+
+#include "Output.h"
+
+namespace sim {
+
+namespace {
+
+constexpr const char* kPrompt = "vesk> ";
+constexpr int kHistoryLines = 1000;
+
+/** Empty if there is no place for it. */
+std::string historyFile() {
+  const char* const state = std::getenv("XDG_STATE_HOME");
+  const char* const home = std::getenv("HOME");
+  std::filesystem::path directory;
+  if (state != nullptr && *state == '/') {
+    directory = state;
+  } else if (home != nullptr && *home == '/') {
+    directory = std::filesystem::path(home) / ".local/state";
+  } else {
+    return {};
+  }
+  directory /= "vesk-device";
+  std::error_code error;
+  std::filesystem::create_directories(directory, error);
+  return error ? std::string() : (directory / "history").string();
+}
+
+char* nextCompletion(const char* /*text*/, int state) {
+  static std::vector<std::string> found;
+  static size_t next = 0;
+  if (state == 0) {
+    std::istringstream stream(std::string(rl_line_buffer, static_cast<size_t>(rl_point)));
+    std::vector<std::string> words;
+    for (std::string word; stream >> word;) words.push_back(word);
+    if (words.empty() || rl_line_buffer[rl_point - 1] == ' ') words.emplace_back();
+    found = completions(words);
+    next = 0;
+  }
+  return next < found.size() ? strdup(found[next++].c_str()) : nullptr;
+}
+
+char** complete(const char* text, int /*start*/, int /*end*/) {
+  rl_attempted_completion_over = 1;
+  return rl_completion_matches(text, nextCompletion);
+}
+
+/** libedit's callback knows nothing of whom it is for. */
+Prompt* current = nullptr;
+
+}  // namespace
+
+Prompt::Prompt(Console& console) : console_(console), printedFd_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
+  current = this;
+  rl_readline_name = "vesk-device";
+  rl_attempted_completion_function = complete;
+  using_history();
+  stifle_history(kHistoryLines);
+  if (const std::string file = historyFile(); !file.empty()) read_history(file.c_str());
+  rl_callback_handler_install(kPrompt, [](char* line) {
+    current->take(line);
+    std::free(line);
+  });
+  Output::self().aroundPrompt(printedFd_);
+}
+
+Prompt::~Prompt() {
+  Output::self().aroundPrompt(-1);
+  if (open_) rl_callback_handler_remove();
+  std::fputs("\n", stdout);
+  std::fflush(stdout);
+  close(printedFd_);
+  current = nullptr;
+}
+
+void Prompt::redraw() {
+  uint64_t count;
+  if (::read(printedFd_, &count, sizeof(count)) < 0 || !open_) return;
+  rl_forced_update_display();
+  std::fflush(stdout);
+}
+
+bool Prompt::read() {
+  rl_callback_read_char();
+  std::fflush(stdout);
+  return open_;
+}
+
+void Prompt::take(const char* line) {
+  if (line == nullptr) {
+    // The device goes on without commands.
+    open_ = false;
+    rl_callback_handler_remove();
+    Output::self().aroundPrompt(-1);
+    return;
+  }
+  if (*line != '\0') {
+    add_history(line);
+    if (const std::string file = historyFile(); !file.empty()) write_history(file.c_str());
+  }
+  console_.run(line);
+}
+
+}  // namespace sim
