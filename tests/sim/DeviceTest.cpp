@@ -262,6 +262,48 @@ TEST_F(Device, HasOneListenerForEachProcess) {
   EXPECT_EQ(diary.readTo("selection 2"), "selection 1\nselection 2\n");
 }
 
+TEST_F(Device, FailsAndDiesAsItIsTold) {
+  ASSERT_TRUE(connect_config_service(nullptr));
+  // An event tells that the commands before it were carried out.
+  const auto told = [&](const std::string& line) {
+    command(line);
+    command("key 1 up");
+    diary.readTo("key 1 0");
+  };
+  told("fail call getFirstValidLine times 2 DEAD_OBJECT");
+  EXPECT_EQ(binder_get_snapshot_nums(1), 0) << "another method";
+  EXPECT_NE(binder_get_first_valid_line(), 1);
+  EXPECT_NE(binder_get_first_valid_line(), 1);
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+
+  for (const char* bytes : {"-1", "3"}) {
+    told("short config screeninfoGetConfig " + std::string(bytes));
+    std::string record(VESK_SCREENINFO_CONFIG_SIZE + 8, '-');
+    const std::string before = record;
+    binder_screeninfo_get_config(record.data());
+    EXPECT_EQ(record, before) << bytes;
+    EXPECT_EQ(binder_screeninfo_get_config(record.data()), 0);
+    EXPECT_NE(record, before);
+  }
+
+  told("delay call getFirstValidLine 300ms");
+  const auto start = std::chrono::steady_clock::now();
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+  EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
+
+  command("die call for 200ms");
+  diary.readTo("died");
+  char value[64];
+  EXPECT_EQ(binder_get_config("section", "key", "", value, sizeof(value)), 0) << "the others live";
+  ASSERT_TRUE(connectWithDiary());
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+  binder_make_call(1, "210");
+  command("answer");
+  diary.readTo("info 1/1 'Empty Office' 210 4");
+  command("hangup");
+  diary.readTo("gone 1");
+}
+
 vesk::test::Channel* toTest = nullptr;
 
 /** Tells the test of each selection; with an argument it never returns from the first. */
@@ -327,7 +369,11 @@ TEST(CommandLine, AnswersAndRefuses) {
       {"--incoming 3s:200:3", 2, "--incoming: '3s:200:3' is not"},
       {"--incoming 3s:200:", 2, "--incoming: '3s:200:' is not"},
       {"--bogus", 2, "--bogus"},
+      {"--script /nonexistent", 2, "/nonexistent: can't be read"},
+      {"--script /proc/version", 2, "/proc/version:1: no command: Linux"},
       {"again", 2, "again"},
+      {"--script /nonexistent", 2, "/nonexistent: can't be read"},
+      {"--script /proc/version", 2, "/proc/version:1: no command: Linux"},
   };
   for (const auto& row : rows) {
     const std::string command = "'" VESK_DEVICE "' " + std::string(row.arguments) + " 2>&1 </dev/null";
