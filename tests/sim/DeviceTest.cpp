@@ -369,8 +369,6 @@ TEST(CommandLine, AnswersAndRefuses) {
       {"--incoming 3s:200:3", 2, "--incoming: '3s:200:3' is not"},
       {"--incoming 3s:200:", 2, "--incoming: '3s:200:' is not"},
       {"--bogus", 2, "--bogus"},
-      {"--script /nonexistent", 2, "/nonexistent: can't be read"},
-      {"--script /proc/version", 2, "/proc/version:1: no command: Linux"},
       {"again", 2, "again"},
       {"--script /nonexistent", 2, "/nonexistent: can't be read"},
       {"--script /proc/version", 2, "/proc/version:1: no command: Linux"},
