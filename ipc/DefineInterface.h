@@ -85,13 +85,6 @@ android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& da
 COM_QV_DEFAULT::COM_QV_DEFAULT() = default;
 COM_QV_DEFAULT::~COM_QV_DEFAULT() = default;
 
-#define METHOD(code, name, ...)                                                                           \
-  android::binder::Status COM_QV_DEFAULT::name(COM_QV_TYPES(__VA_ARGS__)) {                               \
-    return android::binder::Status::fromExceptionCode(android::binder::Status::EX_UNSUPPORTED_OPERATION); \
-  }
-#include COM_QV_METHODS
-#undef METHOD
-
 }  // namespace com::qv
 
 #undef COM_QV_I

@@ -50,7 +50,10 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
   explicit COM_QV_BP(const android::sp<android::IBinder>& remote);
   ~COM_QV_BP() override;
 
-#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+// Reached through the virtual table only: a name in the library's symbol table would cost more than the
+// method.
+#define METHOD(code, name, ...) \
+  COM_QV_HIDDEN android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include COM_QV_METHODS
 #undef METHOD
 };
@@ -73,7 +76,10 @@ class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
   COM_QV_DEFAULT();
   ~COM_QV_DEFAULT() override;
 
-#define METHOD(code, name, ...) android::binder::Status name(COM_QV_TYPES(__VA_ARGS__)) override;
+#define METHOD(code, name, ...)                                                                           \
+  android::binder::Status name(COM_QV_TYPES(__VA_ARGS__)) override {                                      \
+    return android::binder::Status::fromExceptionCode(android::binder::Status::EX_UNSUPPORTED_OPERATION); \
+  }
 #include COM_QV_METHODS
 #undef METHOD
 };
