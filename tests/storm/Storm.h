@@ -39,6 +39,13 @@ struct Holdings {
   }
 };
 
+/** Before the transport is used. The thread sanitizer starts a thread of its own with the first that is
+ * started. */
+inline Holdings atStart() {
+  std::thread([] {}).join();
+  return Holdings::now();
+}
+
 /** The reactor and its spare thread, its epoll and its listening socket: once made, they stay. */
 inline Holdings withTransport(const Holdings& before) { return {before.files + 2, before.threads + 2}; }
 

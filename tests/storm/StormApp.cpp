@@ -243,7 +243,7 @@ size_t memory() {
 
 /** Told what to do by messages, which it answers: "run", "settle" once all services are dead, "stop". */
 CHILD_ROLE(app) {
-  const storm::Holdings limit = storm::withTransport(storm::Holdings::now());
+  const storm::Holdings limit = storm::withTransport(storm::atStart());
   // The deaths of thousands are no news here.
   ::setenv("ANDROID_LOG_TAGS", "*:W", 1);
   const int callers = std::stoi(args.at(1));

@@ -124,7 +124,7 @@ constexpr struct {
 
 /** Answers a message with what is left over, for when everybody else has left. */
 CHILD_ROLE(service) {
-  const storm::Holdings before = storm::Holdings::now();
+  const storm::Holdings before = storm::atStart();
   const auto& service = kServices[std::stoul(args.at(0))];
   android::ProcessState::self()->startThreadPool();
   if (android::defaultServiceManager()->addService(String16(service.name), service.make()) != android::OK) {
