@@ -91,16 +91,16 @@ int listServices(const Settings& settings) {
   for (const Examined& each : examineAll(allServices(), settings.timeoutSeconds)) {
     const Interface& service = *each.service;
     const std::string name = service.serviceName();
-    const std::optional<pid_t> pid = each.condition ? each.condition->pid : std::nullopt;
+    const pid_t pid = each.condition ? each.condition->pid.value_or(0) : 0;
     if (settings.json) {
       Json entry = {{"name", service.name}, {"service", name},      {"state", each.state()},
                     {"pid", nullptr},       {"interface", nullptr}, {"methods", service.methods.size()}};
-      if (pid) entry["pid"] = *pid;
+      if (pid != 0) entry["pid"] = pid;
       if (each.isAlive()) entry["interface"] = each.condition->descriptor;
       list.push_back(std::move(entry));
     } else {
       print(format("%-11s  %-25s  %s  %7s  %7zu  %s\n", service.name, name.c_str(),
-                   stateOf(each, settings).c_str(), pid ? std::to_string(*pid).c_str() : "-",
+                   stateOf(each, settings).c_str(), pid != 0 ? std::to_string(pid).c_str() : "-",
                    service.methods.size(), each.isAlive() ? each.condition->descriptor.c_str() : "-"));
     }
   }
