@@ -106,6 +106,7 @@ int callMethod(const std::vector<std::string>& words, const std::string& at, con
   std::string error;
   Call call{};
   if (words.empty()) return fail(kUsageError, "call: which service, and which of its methods?");
+  if (words[0].starts_with('-')) return fail(kUsageError, "call: there is no option '" + words[0] + "'");
   call.interface = findInterface(interfaces(), words[0], &error);
   if (call.interface == nullptr) return fail(kUsageError, error);
   if (words.size() < 2)

@@ -259,7 +259,7 @@ std::string toText(const Status& status) {
   }
   text += code == Status::EX_SERVICE_SPECIFIC ? format(" %d", status.serviceSpecificErrorCode())
                                               : format(" (%d)", code);
-  const std::string_view message = status.exceptionMessage();
+  const std::string message = status.exceptionMessage().c_str();
   return message.empty() ? text : text + ": " + quote(message);
 }
 

@@ -69,6 +69,10 @@ bool wantsColour(const std::string& when) {
          std::string(terminal) != "dumb";
 }
 
+int failWithHint(const std::string& message) {
+  return veskctl::fail(veskctl::kUsageError, message + "\nTry 'veskctl --help'.");
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -86,7 +90,9 @@ int main(int argc, char** argv) {
   app.footer(kExitCodes);
   app.get_option("--help")->description("Print this and exit");
   app.set_version_flag("--version", "veskctl " VESK_VERSION, "Print the version and exit");
-  app.require_subcommand(1);
+  app.require_subcommand(0, 1);
+  // To be told of below, more clearly than the parser would.
+  app.allow_extras();
 
   CLI::App* list = app.add_subcommand("list", "List the services: whether they are alive, their processes");
   CLI::App* methods =
@@ -100,6 +106,7 @@ int main(int argc, char** argv) {
   watch->add_option("TOPIC", names, "call, misc or test; all if none is named");
   CLI::App* ping = app.add_subcommand("ping", "See whether services answer, and how fast");
   ping->add_option("SERVICE", names, "All if none is named");
+  for (CLI::App* each : {list, methods, call, watch, ping}) each->allow_extras(false);
   for (CLI::App* each : {&app, list, methods, call, watch, ping}) addSettings(*each, settings, colour);
 
   try {
@@ -109,8 +116,14 @@ int main(int argc, char** argv) {
     veskctl::flush();
     return veskctl::kOk;
   } catch (const CLI::ParseError& error) {
-    return veskctl::fail(veskctl::kUsageError, std::string(error.what()) + "\nTry 'veskctl --help'.");
+    return failWithHint(error.what());
   }
+
+  if (const std::vector<std::string> strangers = app.remaining(); !strangers.empty()) {
+    return failWithHint((strangers[0].starts_with('-') ? "there is no option '" : "there is no command '") +
+                        strangers[0] + "'");
+  }
+  if (app.get_subcommands().empty()) return failWithHint("which command?");
 
   settings.colour = wantsColour(colour);
   int exitCode = veskctl::kOk;
