@@ -12,8 +12,11 @@ if(CMAKE_CXX_COMPILER_ID STREQUAL "GNU" AND CMAKE_CXX_COMPILER_VERSION VERSION_L
   target_compile_options(vesk_compile INTERFACE -Wno-restrict)
 endif()
 target_compile_definitions(vesk_compile INTERFACE $<$<CONFIG:Debug>:_GLIBCXX_ASSERTIONS>)
-target_link_options(vesk_compile INTERFACE
-  $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,defs>)
+# With Clang the sanitizers are in the program alone, and a library finds them there when it is loaded.
+if(NOT VESK_SANITIZE OR CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
+  target_link_options(vesk_compile INTERFACE
+    $<$<STREQUAL:$<TARGET_PROPERTY:TYPE>,SHARED_LIBRARY>:-Wl,-z,defs>)
+endif()
 
 if(VESK_SANITIZE AND CMAKE_CXX_COMPILER_ID STREQUAL "GNU")
   # GCC loses sight of what is initialised behind the sanitizers' checks, even in the standard library.

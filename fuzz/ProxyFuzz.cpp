@@ -1,0 +1,45 @@
+/* Answers of any kind to the proxies of all interfaces. What Values.h checks: a failed call leaves the
+ * caller's values alone. */
+#include "Binders.h"
+#include "Interfaces.h"
+#include "Transaction.h"
+
+namespace {
+
+using android::IBinder;
+using android::Parcel;
+using android::sp;
+using namespace vesk::fuzz;
+
+class Answerer : public android::BBinder {
+ public:
+  Transaction transaction;
+  int asked = 0;
+
+ protected:
+  android::status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) override {
+    FUZZ_CHECK(code == transaction.code && flags == 0);
+    FUZZ_CHECK(data.enforceInterface(interfaces()[transaction.interface].descriptor));
+    ++asked;
+    const sp<IBinder> self = this;
+    fill(reply, transaction.data, {&self, 1});
+    return transaction.isRaw ? static_cast<android::status_t>(transaction.flags) : android::OK;
+  }
+};
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  setUp();
+  const sp<Answerer> answerer = new Answerer;
+  const sp<IBinder> listener = new android::BBinder;
+  forEachTransaction({data, size}, [&](const Transaction& transaction) {
+    answerer->transaction = transaction;
+    answerer->asked = 0;
+    Input arguments(transaction.answers);
+    const android::binder::Status status =
+        interfaces()[transaction.interface].call(transaction.code, answerer, &arguments, listener);
+    FUZZ_CHECK(answerer->asked == 1 || (answerer->asked == 0 && !status.isOk()));
+  });
+  return 0;
+}

@@ -1,0 +1,115 @@
+/* What a process reads from those that call it: frames of any kind over a lane. */
+#include <sys/socket.h>
+#include <unistd.h>
+
+#include <cerrno>
+#include <memory>
+
+#include "Binders.h"
+#include "Packets.h"
+#include "Transport.h"
+
+namespace {
+
+using android::BBinder;
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using namespace android::transport;
+using vesk::fuzz::Known;
+
+class Target : public BBinder {
+ public:
+  enum Code : uint32_t { kEcho = 1, kPass, kMake, kTooMuch, kFail };
+
+ protected:
+  android::status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) override {
+    vesk::fuzz::touch(vesk::fuzz::bytesOf(data));
+    switch (code) {
+      case kEcho:
+        return reply->write(data.data(), data.dataSize());
+      case kPass: {
+        sp<IBinder> binder;
+        const android::status_t status = data.readStrongBinder(&binder);
+        if (binder != nullptr) binder->isBinderAlive();
+        return status == OK ? reply->writeStrongBinder(binder) : status;
+      }
+      case kMake:
+        return reply->writeStrongBinder(new BBinder);
+      case kTooMuch:
+        return reply->setDataSize(kMaxDataSize + 1);
+      case kFail:
+        return data.readInt32();
+      default:
+        return BBinder::onTransact(code, data, reply, flags);
+    }
+  }
+};
+
+struct Process {
+  sp<Target> held = new Target;
+  sp<Target> notHeld = new Target;
+  Known known;
+
+  Process() {
+    vesk::fuzz::setUp();
+    Transport& transport = Transport::self();
+    transport.poolStarted = true;
+    Address address{};
+    for (const sp<Target>& object : {held, notHeld}) {
+      FUZZ_CHECK(transport.addressOf(object.get(), &address) == OK);
+      known.objects.push_back(address.number);
+    }
+    known.processes = {transport.id, 77};
+  }
+};
+
+/** Everything that comes back has to be whole frames, and replies. */
+void expectReplies(const UniqueFd& socket) {
+  std::vector<uint8_t> packet(64 * 1024);
+  uint64_t missing = 0;
+  for (;;) {
+    const ssize_t received = ::recv(socket.get(), packet.data(), packet.size(), MSG_TRUNC);
+    // That the other side left some packets unread is told before what it sent.
+    if (received < 0 && errno == ECONNRESET) continue;
+    if (received <= 0) break;
+    const auto size = static_cast<size_t>(received);
+    FUZZ_CHECK(size <= packet.size());
+    if (missing == 0) {
+      FrameHeader header{};
+      FUZZ_CHECK(size >= sizeof(header));
+      std::memcpy(&header, packet.data(), sizeof(header));
+      FUZZ_CHECK(header.magic == kMagic && header.kind == FrameKind::kReply);
+      FUZZ_CHECK(header.status == OK || header.dataSize == 0);
+      missing = sizeof(header) + header.dataSize + uint64_t{header.objectCount} * sizeof(ObjectEntry);
+    }
+    FUZZ_CHECK(size <= missing);
+    missing -= size;
+  }
+  FUZZ_CHECK(missing == 0);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static Process& process = *new Process;
+  int sockets[2];
+  FUZZ_CHECK(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0);
+  UniqueFd caller(sockets[0]);
+  UniqueFd served(sockets[1]);
+  // Nobody reads while the requests are served: all answers have to fit.
+  const int room = 1 << 20;
+  ::setsockopt(served.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof(room));
+  vesk::fuzz::sendPackets(caller.get(), vesk::fuzz::packetsOf({data, size}, process.known));
+  ::shutdown(caller.get(), SHUT_WR);
+
+  const auto peer = std::make_shared<Peer>(77, ::getpid());
+  FUZZ_CHECK(peer->hold(process.known.objects[0], process.held));
+  serve(std::move(served), peer, ::getuid());
+  expectReplies(caller);
+  peer->dropAll();
+  FUZZ_CHECK(process.held->getStrongCount() == 1);
+  FUZZ_CHECK(process.notHeld->getStrongCount() == 1);
+  return 0;
+}
