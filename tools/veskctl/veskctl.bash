@@ -1,7 +1,8 @@
 # shellcheck shell=bash
 # Completion of veskctl(1) for bash. Commands, options, services and methods are what the program itself says.
 
-# The words up to the cursor, in `words`. Bash has cut them at each of : = @, too.
+# The words up to the cursor, in `words`. Bash has cut them at each of : = @, too, but puts a candidate in place of all
+# that stands behind an @, that included.
 _veskctl_words() {
   local rest=$COMP_LINE piece i
   words=()
@@ -22,14 +23,12 @@ _veskctl_interfaces() {
   "$1" methods 2>/dev/null | sed -n 's/^\([a-z-]\{1,\}\) .*/\1/p'
 }
 
-# _veskctl_offer CURRENT CANDIDATE...: bash puts them in place of what stands behind the last @ only, if that is one of
-# the characters at which it cuts.
+# _veskctl_offer CURRENT CANDIDATE...
 _veskctl_offer() {
-  local current=$1 cut='' candidate
+  local current=$1 candidate
   shift
-  [[ $current == @* && $COMP_WORDBREAKS == *@* ]] && cut=@
   for candidate; do
-    [[ $candidate == "$current"* ]] && COMPREPLY+=("${candidate#"$cut"}")
+    [[ $candidate == "$current"* ]] && COMPREPLY+=("$candidate")
   done
 }
 
@@ -59,7 +58,6 @@ _veskctl_argument() {
     'record '*)
       compopt -o nospace 2>/dev/null
       if [[ $5 == @* ]]; then
-        compopt -o filenames 2>/dev/null
         mapfile -t files < <(compgen -f -- "${5#@}")
         _veskctl_offer "$5" "${files[@]/#/@}"
       else
