@@ -24,6 +24,7 @@ struct Examined {
 /** All at once, so that several that hang take no longer than one. */
 std::vector<Examined> examineAll(const std::vector<const Interface*>& services, double timeoutSeconds) {
   std::vector<Background<Condition>> pending;
+  pending.reserve(services.size());
   for (const Interface* service : services) {
     pending.emplace_back([name = service->serviceName()] { return examine(name); });
   }

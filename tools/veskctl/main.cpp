@@ -4,6 +4,7 @@
 #include <cmath>
 #include <csignal>
 #include <cstdlib>
+#include <exception>
 #include <memory>
 #include <string>
 #include <vector>
@@ -31,7 +32,7 @@ class Formatter : public CLI::Formatter {
  public:
   std::string make_usage(const CLI::App* app, std::string name) const override {
     std::string usage = "Usage: " + name + " [OPTION]...";
-    const std::string command = app->get_name();
+    const std::string& command = app->get_name();
     if (command.empty() || app->get_parent() == nullptr) usage += " COMMAND";
     if (command == "methods") usage += " [INTERFACE]";
     if (command == "ping") usage += " [SERVICE]...";
@@ -73,12 +74,7 @@ int failWithHint(const std::string& message) {
   return veskctl::fail(veskctl::kUsageError, message + "\nTry 'veskctl --help'.");
 }
 
-}  // namespace
-
-int main(int argc, char** argv) {
-  // A reader of the output that goes away is no reason to die; print() sees to it.
-  std::signal(SIGPIPE, SIG_IGN);
-
+int run(int argc, char** argv) {
   Settings settings;
   std::string colour = "auto";
   std::string interface;
@@ -134,4 +130,17 @@ int main(int argc, char** argv) {
   if (ping->parsed()) exitCode = veskctl::pingServices(names, settings);
   veskctl::flush();
   return exitCode;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+  // A reader of the output that goes away is no reason to die; print() sees to it.
+  std::signal(SIGPIPE, SIG_IGN);
+  try {
+    return run(argc, argv);
+  } catch (const std::exception& failure) {
+    // No memory, or no thread.
+    return veskctl::fail(veskctl::kOtherFailure, failure.what());
+  }
 }
