@@ -195,6 +195,12 @@ class Frames {
     return *this;
   }
 
+  /** As Packets.h says. */
+  Frames& addDescriptors(uint16_t which) {
+    output_.number(which);
+    return *this;
+  }
+
   void save(const char* fuzzer, const std::string& name) { output_.save(fuzzer, name); }
 
  private:
@@ -221,6 +227,13 @@ void makeFrames() {
       frames.add(request, &binder, entries).add({.kind = FrameKind::kClaimed});
     frames.add({.kind = FrameKind::kRelease}).add({.kind = FrameKind::kRelease}).add(request);
     frames.save("RequestFuzz", std::to_string(code));
+  }
+  // Some packets come with descriptors.
+  for (const uint16_t descriptors : {uint16_t{0xc001}, uint16_t{0xc002}, uint16_t{0xc005}}) {
+    frames.addDescriptors(descriptors).add({.kind = FrameKind::kShare});
+    const FrameHeader request{.kind = FrameKind::kRequest, .code = 1, .hints = kHintBackToBack};
+    for (int i = 0; i < 3; ++i) frames.add(request, &small);
+    frames.save("RequestFuzz", "descriptors-" + std::to_string(descriptors));
   }
   const FrameHeader reply{.kind = FrameKind::kReply};
   frames.add(reply, &small).save("ReplyFuzz", "small");

@@ -2,12 +2,18 @@
 
 #include <sys/socket.h>
 
+#include <utility>
+
+#include "Mailboxes.h"
+
 namespace vesk::fuzz {
 
 namespace {
 
 using android::transport::FrameHeader;
+using android::transport::Mailboxes;
 using android::transport::ObjectEntry;
+using android::transport::UniqueFd;
 
 constexpr size_t kMostBytes = 100 * 1024;
 constexpr size_t kMostPackets = 64;
@@ -33,31 +39,58 @@ void replaceNumbers(std::vector<uint8_t>* packet, const Known& known) {
 
 }  // namespace
 
-std::vector<std::vector<uint8_t>> packetsOf(Bytes bytes, const Known& known) {
-  std::vector<std::vector<uint8_t>> packets;
+std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
+  constexpr uint16_t kZeros = 0x8000;
+  constexpr uint16_t kDescriptors = 0xc000;
+  std::vector<Packet> packets;
   Input input(bytes);
   size_t total = 0;
+  Packet next;
   while (!input.empty() && packets.size() < kMostPackets) {
     const auto size = input.number<uint16_t>();
-    constexpr uint16_t kZeros = 0x8000;
-    std::vector<uint8_t> packet;
+    if ((size & kDescriptors) == kDescriptors) {
+      next.descriptors = size % 4;
+      next.mailboxes = size % 8 < 4;
+      continue;
+    }
     if ((size & kZeros) != 0) {
-      packet.resize(size_t{16} * (size & ~kZeros & 0xfff));
+      next.bytes.resize(size_t{16} * (size & 0xfff));
     } else {
       const Bytes taken = input.take(size);
-      packet.assign(taken.begin(), taken.end());
-      replaceNumbers(&packet, known);
+      next.bytes.assign(taken.begin(), taken.end());
+      replaceNumbers(&next.bytes, known);
     }
-    total += packet.size();
+    total += next.bytes.size();
     if (total > kMostBytes) break;
-    packets.push_back(std::move(packet));
+    packets.push_back(std::exchange(next, {}));
   }
   return packets;
 }
 
-void sendPackets(int socket, const std::vector<std::vector<uint8_t>>& packets) {
-  for (const std::vector<uint8_t>& packet : packets) {
-    if (::send(socket, packet.data(), packet.size(), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;
+void sendPackets(int socket, const std::vector<Packet>& packets) {
+  static const UniqueFd& mailboxes = *[] {
+    auto* shared = new UniqueFd;
+    // The mapping goes at once; it is the other side's that counts.
+    FUZZ_CHECK(Mailboxes::make(shared));
+    return shared;
+  }();
+  for (const Packet& packet : packets) {
+    iovec piece{const_cast<uint8_t*>(packet.bytes.data()), packet.bytes.size()};
+    msghdr message = {};
+    message.msg_iov = &piece;
+    message.msg_iovlen = 1;
+    alignas(cmsghdr) char control[CMSG_SPACE(4 * sizeof(int))] = {};
+    if (packet.descriptors > 0) {
+      message.msg_control = control;
+      message.msg_controllen = CMSG_SPACE(packet.descriptors * sizeof(int));
+      cmsghdr* const rights = CMSG_FIRSTHDR(&message);
+      rights->cmsg_level = SOL_SOCKET;
+      rights->cmsg_type = SCM_RIGHTS;
+      rights->cmsg_len = CMSG_LEN(packet.descriptors * sizeof(int));
+      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? mailboxes.get() : socket);
+      std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size() * sizeof(int));
+    }
+    if (::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;
   }
 }
 

@@ -15,14 +15,22 @@ struct Known {
   std::vector<uint64_t> objects;
 };
 
+struct Packet {
+  std::vector<uint8_t> bytes;
+  /** What goes with it. The descriptors are all the same. */
+  size_t descriptors = 0;
+  bool mailboxes = false;
+};
+
 /**
  * What comes over a connection: packets, each after its size. A size with the highest bit set stands for so
- * many times 16 bytes of zeros that are not in the input. The packets hold about 100 kB at most, which goes
- * into a socket's buffer at once.
+ * many times 16 bytes of zeros that are not in the input; with the two highest, for descriptors that go with
+ * the next packet, mailboxes or something else. The packets hold about 100 kB at most, which goes into a
+ * socket's buffer at once.
  */
-std::vector<std::vector<uint8_t>> packetsOf(Bytes bytes, const Known& known);
+std::vector<Packet> packetsOf(Bytes bytes, const Known& known);
 
 /** Sends what the socket takes. */
-void sendPackets(int socket, const std::vector<std::vector<uint8_t>>& packets);
+void sendPackets(int socket, const std::vector<Packet>& packets);
 
 }  // namespace vesk::fuzz

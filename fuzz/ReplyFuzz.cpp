@@ -33,7 +33,7 @@ class HostileProcess {
     std::thread([this] { run(); }).detach();
   }
 
-  void answer(std::vector<std::vector<uint8_t>> packets) {
+  void answer(std::vector<vesk::fuzz::Packet> packets) {
     const std::lock_guard lock(mutex_);
     packets_ = std::move(packets);
   }
@@ -59,7 +59,7 @@ class HostileProcess {
 
   const UniqueFd listening_;
   std::mutex mutex_;
-  std::vector<std::vector<uint8_t>> packets_;
+  std::vector<vesk::fuzz::Packet> packets_;
   std::vector<UniqueFd> watches_;
 };
 

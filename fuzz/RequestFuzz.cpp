@@ -2,6 +2,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <memory>
 
@@ -90,10 +91,15 @@ void expectReplies(const UniqueFd& socket) {
   FUZZ_CHECK(missing == 0);
 }
 
-}  // namespace
+/** The next descriptors that this process would get. */
+std::array<int, 4> nextDescriptors() {
+  std::array<int, 4> next{};
+  for (int& descriptor : next) FUZZ_CHECK((descriptor = ::dup(STDERR_FILENO)) >= 0);
+  for (const int descriptor : next) ::close(descriptor);
+  return next;
+}
 
-extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
-  static Process& process = *new Process;
+void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets) {
   int sockets[2];
   FUZZ_CHECK(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0);
   UniqueFd caller(sockets[0]);
@@ -101,7 +107,7 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   // Nobody reads while the requests are served: all answers have to fit.
   const int room = 1 << 20;
   ::setsockopt(served.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof(room));
-  vesk::fuzz::sendPackets(caller.get(), vesk::fuzz::packetsOf({data, size}, process.known));
+  vesk::fuzz::sendPackets(caller.get(), packets);
   ::shutdown(caller.get(), SHUT_WR);
 
   const auto peer = std::make_shared<Peer>(77, ::getpid());
@@ -111,5 +117,19 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   peer->dropAll();
   FUZZ_CHECK(process.held->getStrongCount() == 1);
   FUZZ_CHECK(process.notHeld->getStrongCount() == 1);
+}
+
+}  // namespace
+
+extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
+  static const Process& process = *new Process;
+  // Once for what is opened on first need.
+  static const bool ready = (run(process, {}), true);
+  FUZZ_CHECK(ready);
+  const auto packets = vesk::fuzz::packetsOf({data, size}, process.known);
+  vesk::fuzz::sendPackets(-1, {});
+  const std::array<int, 4> before = nextDescriptors();
+  run(process, packets);
+  FUZZ_CHECK(nextDescriptors() == before);
   return 0;
 }
