@@ -7,11 +7,12 @@
 /*
  * What goes over a connection between two processes, in the byte order of the machine that both run on.
  *
- * A connection opens with one Hello. A watch connection is answered by a Hello and then stays silent: its end
- * is the death of the other side. On a lane, frames follow: a FrameHeader, the parcel's data, and an
- * ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the serving
- * side answers all but the release with a reply. A reply that holds binders is held by its sender until the
- * caller has answered it with a claimed frame.
+ * A connection opens with one Hello. A watch connection is answered by a Hello, and its end is the death of
+ * the other side. Before that, who was called may send an ObjectDeath over it, as often as there is one to
+ * tell of; who has called says nothing more. On a lane, frames follow: a FrameHeader, the parcel's data, and
+ * an ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the
+ * serving side answers all but the release with a reply. A reply that holds binders is held by its sender
+ * until the caller has answered it with a claimed frame.
  *
  * The calling side may open a lane with a share frame, which brings the Mailboxes of the lane as a file
  * descriptor. Any later frame may then come by mailbox, if its receiver looks there, or else by the socket.
@@ -28,6 +29,9 @@ struct Hello {
   /** The process that sends this. */
   uint64_t process;
 };
+
+/** On a watch connection: the object of this number is dead for the other side, though its process lives. */
+using ObjectDeath = uint64_t;
 
 enum class FrameKind : uint32_t {
   /** A transaction: `object`, `code`, `flags`, the data. */

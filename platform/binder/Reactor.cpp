@@ -225,7 +225,7 @@ void Reactor::readable(int fd) {
   }
 }
 
-void Reactor::tellOfDeath(const Peer& holder, uint64_t number) {
+void Reactor::tellOfDeath(const Peer& holder, ObjectDeath number) {
   const std::lock_guard lock(mutex_);
   for (const auto& [fd, entry] : entries_) {
     if (entry.peer.get() != &holder) continue;
@@ -236,7 +236,7 @@ void Reactor::tellOfDeath(const Peer& holder, uint64_t number) {
 
 /** The owner of objects says that one is no more, or says nothing any more. */
 void Reactor::hear(Entry entry) {
-  uint64_t number;
+  ObjectDeath number;
   const ssize_t size = ::recv(entry.connection.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC);
   const std::shared_ptr<Remote> remote = entry.remote;
   if (size != sizeof(number)) return remote->died();

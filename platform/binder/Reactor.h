@@ -37,7 +37,7 @@ class Reactor {
   status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
 
   /** Tells a process that an object which it held is no more, though its process lives. */
-  void tellOfDeath(const Peer& holder, uint64_t number);
+  void tellOfDeath(const Peer& holder, ObjectDeath number);
 
   /** Runs code of the application's that the thread itself must not run. */
   void runForeign(const char* name, std::function<void()> work) { foreign_.run(name, std::move(work)); }

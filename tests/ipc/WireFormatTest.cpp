@@ -1,5 +1,6 @@
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
+#include <binder/StandIn.h>
 #include <com/qv/ICallService.h>
 #include <com/qv/IDatabaseService.h>
 #include <gtest/gtest.h>
@@ -223,13 +224,17 @@ TEST(WireFormatTest, ConnectionsAreAsDocumented) {
   say(watch, "connection watch");
   hear(watch, "connection watch answered");
   say(lane, "connection lane");
-  say(lane, "connection acquire");
+  const std::string acquire = say(lane, "connection acquire");
   hear(lane, "connection acquired");
   const std::string frame = say(lane, "connection request", request);
   hear(lane, "connection reply", replyOf(service, 14, request));
   say(lane, "connection release");
   lane.send(frame.data(), frame.size());
   hear(lane, "connection failed");
+  lane.send(acquire.data(), acquire.size());
+  EXPECT_EQ(lane.statusOfReply(), android::OK);
+  android::standin::killObject(service);
+  EXPECT_EQ(hexOf(watch.receive()), hexOf(documentation.take("connection object's death").with(number)));
 }
 
 }  // namespace
