@@ -62,14 +62,6 @@ size_t utf8Length(char32_t c) { return c < 0x80 ? 1 : c < 0x800 ? 2 : c < kFirst
 
 }  // namespace
 
-size_t strlen16(const char16_t* s) { return strnlen16(s, std::numeric_limits<size_t>::max()); }
-
-size_t strnlen16(const char16_t* s, size_t limit) {
-  size_t length = 0;
-  while (length < limit && s[length] != 0) ++length;
-  return length;
-}
-
 int strzcmp16(const char16_t* a, size_t aLength, const char16_t* b, size_t bLength) {
   const size_t common = std::min(aLength, bLength);
   for (size_t i = 0; i < common; ++i) {

@@ -61,6 +61,14 @@ TEST(Status, CrossesInItsBytes) {
   }
 }
 
+TEST(Status, IsSetAfterwards) {
+  Status status;
+  status.setException(Status::EX_ILLEGAL_ARGUMENT, String8("line 9"));
+  EXPECT_EQ(status.toString8(), "Status(-3, EX_ILLEGAL_ARGUMENT): 'line 9'");
+  status.setServiceSpecificError(9, String8("no"));
+  EXPECT_EQ(Outcome(status), Outcome(Status::fromServiceSpecificError(9, "no")));
+}
+
 TEST(Status, CutShortIsATransportError) {
   for (const Row& row : kRows) {
     const std::string bytes = unhex(row.hex);

@@ -246,6 +246,26 @@ TEST(Strings, ConvertIntoOneAnother) {
   EXPECT_LT(String16("a"), String16(u"a\0", 2));
 }
 
+template <typename String>
+void expectAssigned(const String& first, const String& second, const String& both) {
+  String text(both);
+  EXPECT_EQ(text.setTo(first), android::OK);
+  EXPECT_EQ(text.append(second), android::OK);
+  EXPECT_EQ(text, both);
+  EXPECT_EQ(text.append(nullptr, 3), android::OK);
+  EXPECT_EQ(text, both);
+  // No machine has so much.
+  const size_t tooLong = PTRDIFF_MAX;
+  EXPECT_EQ(text.setTo(first.c_str(), tooLong), android::NO_MEMORY);
+  EXPECT_EQ(text.append(first.c_str(), tooLong), android::NO_MEMORY);
+  EXPECT_EQ(text, both);
+}
+
+TEST(Strings, TakeWhatIsAssignedOrStayAsTheyAre) {
+  expectAssigned<String8>(String8("ab"), String8("c"), String8("abc"));
+  expectAssigned<String16>(String16(u"ab"), String16(u"c"), String16(u"abc"));
+}
+
 TEST(Errors, HaveTheirPlatformValuesAndNames) {
   const std::pair<android::status_t, const char*> kRows[] = {
       {0, "OK"},

@@ -1,4 +1,4 @@
-// Conversion between UTF-8 and UTF-16, and the few string functions that C has for char only.
+// Conversion between UTF-8 and UTF-16, and the comparison that C has for char only.
 #pragma once
 
 #include <stddef.h>
@@ -6,10 +6,6 @@
 #include <sys/types.h>
 
 extern "C" {
-
-size_t strlen16(const char16_t* s);
-// At most `limit` units are looked at.
-size_t strnlen16(const char16_t* s, size_t limit);
 
 // Compares by UTF-16 unit: below 0, 0 or above 0.
 int strzcmp16(const char16_t* a, size_t aLength, const char16_t* b, size_t bLength);
