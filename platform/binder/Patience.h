@@ -17,20 +17,21 @@ class Patience {
 
   /** Whether to look this time. */
   bool take() {
-    if (toSkip_ > 0) {
-      --toSkip_;
-      return false;
-    }
-    ++looks_;
-    return true;
+    if (toSkip_ == 0) return true;
+    --toSkip_;
+    return false;
   }
-  void paid() { penalty_ /= 2; }
+  void paid() {
+    ++looks_;
+    penalty_ /= 2;
+  }
   void failed() {
+    ++looks_;
     penalty_ = std::min(2 * penalty_ + 1, kMostSkipped);
     toSkip_ = penalty_;
   }
 
-  /** How often it was to look. */
+  /** How many looks there were. */
   uint64_t looks() const { return looks_; }
 
  private:
