@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
 # commands.sh PAGE: the commands of a page work as printed. Runs its blocks of "sh", one after the other in one shell, in a tree
 # that looks as after scripts/test, with a home of its own. A block of "text" behind them is what they print: its lines have to
-# come in their order; others may come in between. CMakeLists.txt beside this file sets the variables in capitals.
+# come in their order, and "…" once in a line stands for anything; others may come in between. CMakeLists.txt beside this file
+# sets the variables in capitals.
 set -euo pipefail
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/vesk-docs.XXXXXX")
@@ -48,13 +49,18 @@ if [ "$status" -ne 0 ]; then
   exit 1
 fi
 
+# matches LINE WANTED
+matches() {
+  [[ $1 == "$2" || ($2 == *…* && $1 == "${2%%…*}"*"${2##*…}") ]]
+}
+
 for block in "${expected[@]}"; do
   exec {output}<"$work/out.$block"
   while IFS= read -r wanted; do
     [ "$wanted" != ... ] || continue
     while true; do
       IFS= read -r -u "$output" line || { echo "$1: in vain waited for '$wanted' in:"; cat "$work/out.$block"; exit 1; }
-      [ "$line" != "$wanted" ] || break
+      ! matches "$line" "$wanted" || break
     done
   done <"$work/expected.$block"
   exec {output}<&-
