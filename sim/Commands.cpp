@@ -385,7 +385,8 @@ std::optional<std::vector<Command>> parseScript(const std::string& path, std::st
     if (std::optional<Command> command = parseCommand(text, &why)) {
       script.push_back(std::move(*command));
     } else if (!why.empty()) {
-      *error += (error->empty() ? "" : "\n") + path + ":" + std::to_string(at) + ": " + why;
+      if (!error->empty()) *error += '\n';
+      error->append(path).append(":").append(std::to_string(at)).append(": ").append(why);
     }
   }
   if (file.bad() || !file.eof()) *error = path + ": can't be read";

@@ -26,7 +26,7 @@ std::vector<std::string_view> outTypes(const MethodRow& method) {
     if (type.ends_with('*')) types.push_back(type.substr(0, type.size() - 1));
     rest.remove_prefix(rest.find(')', open) + 1);
   }
-  if (!types.empty()) std::ranges::rotate(types, types.end() - 1);
+  if (!types.empty()) std::rotate(types.begin(), types.end() - 1, types.end());
   return types;
 }
 
@@ -74,8 +74,9 @@ bool resizeRecords(const MethodRow& method, int32_t bytes, Parcel* reply) {
 }  // namespace
 
 bool hasRecord(const MethodRow& method) {
-  return std::ranges::any_of(
-      outTypes(method), [](std::string_view type) { return type.find("CommonParcelable") != type.npos; });
+  return std::ranges::any_of(outTypes(method), [](std::string_view type) {
+    return type.find("CommonParcelable") != std::string_view::npos;
+  });
 }
 
 status_t FaultyService::revive() {

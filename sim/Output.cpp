@@ -66,7 +66,7 @@ void Output::run() {
     writing_ = true;
     const int promptFd = promptFd_;
     lock.unlock();
-    if (promptFd >= 0) text = "\r\033[K" + text;
+    if (promptFd >= 0) text.insert(0, "\r\033[K");
     writeAll(text);
     const uint64_t one = 1;
     if (promptFd >= 0 && write(promptFd, &one, sizeof(one)) < 0) {
