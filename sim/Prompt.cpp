@@ -4,11 +4,14 @@
 #include <cstdio>
 
 #include <editline/readline.h>
+#include <poll.h>
 #include <sys/eventfd.h>
 #include <unistd.h>
 
+#include <clocale>
 #include <cstdlib>
 #include <cstring>
+#include <cwchar>
 #include <filesystem>
 #include <sstream>
 #include <string>
@@ -21,6 +24,7 @@ namespace sim {
 namespace {
 
 constexpr const char* kPrompt = "vesk> ";
+constexpr const char* kClearLine = "\r\033[K";
 constexpr int kHistoryLines = 1000;
 
 /** Empty if there is no place for it. */
@@ -60,6 +64,22 @@ char** complete(const char* text, int /*start*/, int /*end*/) {
   return rl_completion_matches(text, nextCompletion);
 }
 
+/** A character, for which nobody waits long: the Escape key alone is one that others could follow. */
+int readCharacter(FILE* /*terminal*/) {
+  constexpr int kPatienceMs = 200;
+  std::mbstate_t state{};
+  for (;;) {
+    pollfd fd{STDIN_FILENO, POLLIN, 0};
+    char byte;
+    if (poll(&fd, 1, kPatienceMs) <= 0 || ::read(STDIN_FILENO, &byte, 1) <= 0) return EOF;
+    wchar_t character;
+    const size_t length = std::mbrtowc(&character, &byte, 1, &state);
+    if (length <= 1) return static_cast<int>(character);
+    // What is no text is left out.
+    if (length == static_cast<size_t>(-1)) state = {};
+  }
+}
+
 /** libedit's callback knows nothing of whom it is for. */
 Prompt* current = nullptr;
 
@@ -67,15 +87,14 @@ Prompt* current = nullptr;
 
 Prompt::Prompt(Console& console) : console_(console), printedFd_(eventfd(0, EFD_CLOEXEC | EFD_NONBLOCK)) {
   current = this;
+  std::setlocale(LC_CTYPE, "");
   rl_readline_name = "vesk-device";
   rl_attempted_completion_function = complete;
   using_history();
   stifle_history(kHistoryLines);
   if (const std::string file = historyFile(); !file.empty()) read_history(file.c_str());
-  rl_callback_handler_install(kPrompt, [](char* line) {
-    current->take(line);
-    std::free(line);
-  });
+  rl_getc_function = readCharacter;
+  begin();
   Output::self().aroundPrompt(printedFd_);
 }
 
@@ -88,13 +107,24 @@ Prompt::~Prompt() {
   current = nullptr;
 }
 
+void Prompt::begin() {
+  rl_callback_handler_install(kPrompt, [](char* line) {
+    current->take(line);
+    std::free(line);
+  });
+}
+
+// What these two change is libedit's, not the object's, but it is the prompt all the same.
+// NOLINTNEXTLINE(readability-make-member-function-const)
 void Prompt::redraw() {
   uint64_t count;
   if (::read(printedFd_, &count, sizeof(count)) < 0 || !open_) return;
+  std::fputs(kClearLine, stdout);
   rl_forced_update_display();
   std::fflush(stdout);
 }
 
+// NOLINTNEXTLINE(readability-make-member-function-const)
 bool Prompt::read() {
   rl_callback_read_char();
   std::fflush(stdout);
@@ -103,7 +133,6 @@ bool Prompt::read() {
 
 void Prompt::take(const char* line) {
   if (line == nullptr) {
-    // The device goes on without commands.
     open_ = false;
     rl_callback_handler_remove();
     Output::self().aroundPrompt(-1);
@@ -114,6 +143,9 @@ void Prompt::take(const char* line) {
     if (const std::string file = historyFile(); !file.empty()) write_history(file.c_str());
   }
   console_.run(line);
+  // Otherwise libedit would read the next line to its end, with nothing else going on meanwhile, and redraw
+  // this one.
+  begin();
 }
 
 }  // namespace sim

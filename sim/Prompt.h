@@ -20,10 +20,11 @@ class Prompt {
   int printedFd() const { return printedFd_; }
   void redraw();
 
-  /** The terminal has something to read. False once it has no more. */
+  /** The terminal has something to read. False at its end, or when Ctrl-D has been typed. */
   bool read();
 
  private:
+  void begin();
   void take(const char* line);
 
   Console& console_;

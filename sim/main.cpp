@@ -57,7 +57,7 @@ void runUntilEnd(sim::Runner& runner, int signalFd) {
     if ((fds[1].revents & POLLIN) == 0) {
       fds[1].fd = -1;
     } else if (prompt) {
-      if (!prompt->read()) fds[1].fd = -1;
+      if (!prompt->read()) return;
     } else {
       char bytes[512];
       const ssize_t count = read(STDIN_FILENO, bytes, sizeof(bytes));
