@@ -1,0 +1,143 @@
+#include <fcntl.h>
+#include <gtest/gtest.h>
+#include <poll.h>
+#include <pty.h>
+#include <sys/wait.h>
+#include <termios.h>
+#include <unistd.h>
+#include <utmp.h>
+
+#include <chrono>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <string>
+#include <utility>
+
+#include "ChildProcess.h"
+#include "TemporaryDirectory.h"
+#include "WaitUntil.h"
+
+/* vesk-device at a terminal. */
+
+namespace {
+
+using Clock = std::chrono::steady_clock;
+
+/** The device, and the terminal that it has its prompt on. */
+class Terminal : public testing::Test {
+ protected:
+  void SetUp() override {
+    ASSERT_EQ(openpty(&user_, &device_, nullptr, nullptr, nullptr), 0);
+    fcntl(user_, F_SETFD, FD_CLOEXEC);
+    ASSERT_EQ(tcgetattr(device_, &before_), 0);
+    pid_ = fork();
+    if (pid_ == 0) {
+      login_tty(device_);
+      setenv("TERM", "xterm", 1);
+      setenv("LC_ALL", "C.UTF-8", 1);
+      setenv("XDG_STATE_HOME", state_.path().c_str(), 1);
+      execl(VESK_DEVICE, VESK_DEVICE, "--verbose", "--speed", "30", nullptr);
+      _exit(127);
+    }
+    readTo("vesk> ");
+  }
+
+  void TearDown() override {
+    if (pid_ > 0) {
+      kill(pid_, SIGKILL);
+      waitpid(pid_, nullptr, 0);
+    }
+    close(user_);
+    close(device_);
+  }
+
+  void type(const std::string& keys) {
+    ASSERT_EQ(write(user_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
+  }
+
+  /** Everything up to the text, which is waited for. */
+  std::string readTo(const std::string& last) {
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
+    size_t found;
+    while ((found = shown_.find(last)) == std::string::npos) {
+      pollfd fd{user_, POLLIN, 0};
+      char bytes[512];
+      const ssize_t count = poll(&fd, 1, 100) > 0 ? read(user_, bytes, sizeof(bytes)) : 0;
+      if (count > 0) shown_.append(bytes, static_cast<size_t>(count));
+      if (count < 0 || Clock::now() > end) {
+        ADD_FAILURE() << "'" << last << "' did not come, but\n" << shown_;
+        return std::exchange(shown_, {});
+      }
+    }
+    const std::string text = shown_.substr(0, found + last.size());
+    shown_.erase(0, text.size());
+    return text;
+  }
+
+  void endBySignal(int signal) { kill(pid_, signal); }
+
+  /** The device ends by itself, and the terminal is as it was. */
+  void expectCleanEnd() {
+    int status = -1;
+    const pid_t pid = std::exchange(pid_, -1);
+    vesk::test::waitUntil("vesk-device ends", [&] { return waitpid(pid, &status, WNOHANG) == pid; });
+    EXPECT_EQ(status, 0);
+    termios after{};
+    ASSERT_EQ(tcgetattr(device_, &after), 0);
+    EXPECT_EQ(std::memcmp(&after, &before_, sizeof(after)), 0);
+  }
+
+ private:
+  const vesk::test::TemporaryDirectory state_;
+  termios before_{};
+  int user_ = -1;
+  int device_ = -1;
+  pid_t pid_ = -1;
+  std::string shown_;
+};
+
+TEST_F(Terminal, RecallsAndCompletesLines) {
+  type("key 7\r");
+  readTo("keycodeEvent 7 released");
+  type("key 8\r");
+  readTo("keycodeEvent 8 released");
+  type("\033[A\033[A\r");
+  readTo("keycodeEvent 7 released");
+  type("ke\t9\r");
+  readTo("keycodeEvent 9 released");
+  // Neither a character of several bytes nor a lone Escape holds anything up.
+  type("sms 200 Grüße");
+  readTo("ße");
+  type("\033");
+  endBySignal(SIGTERM);
+  expectCleanEnd();
+}
+
+TEST_F(Terminal, ShowsWhatIsTypedAgainBehindTheOutput) {
+  type("ring 1\r");
+  readTo("wkRingHdl");
+  readTo("vesk> ");
+  // The call is given up while the next line is being typed.
+  type("incoming 200\r");
+  readTo("newOngoingCallEvent");
+  readTo("vesk> ");
+  type("key 5");
+  std::string shown = readTo("deleteOngoingCallEvent");
+  shown += readTo("vesk> key 5");
+  EXPECT_EQ(shown.find("vesk> incoming"), std::string::npos) << shown;
+  type("5\r");
+  readTo("keycodeEvent 55 pressed");
+  type("\x04");
+  expectCleanEnd();
+}
+
+TEST_F(Terminal, EndsAtAnInterruptWhileALineIsTyped) {
+  type("key 1\r");
+  readTo("keycodeEvent 1 released");
+  readTo("vesk> ");
+  type("hang\x03");
+  expectCleanEnd();
+}
+
+}  // namespace
