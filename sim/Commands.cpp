@@ -190,10 +190,18 @@ std::optional<Command> addFault(const Words& words, std::string* error) {
     const auto& methods = kServices[*service].methods;
     const auto method = std::ranges::find_if(methods, [&](const MethodRow& row) { return row.name == word; });
     const auto reason = std::ranges::find_if(kReasons, [&](const Reason& each) { return each.name == word; });
+    const auto& events = kServices[*service].events;
+    const auto event = std::ranges::find_if(events, [&](const MethodRow& row) { return row.name == word; });
     if (method != methods.end()) {
       fault.code = method->code;
-      if (Kind == Fault::kShort && !hasRecord(*method)) {
+      if (Kind == Fault::kShort && !answersWithRecord(*method)) {
         *error = word + " answers with no record";
+        return std::nullopt;
+      }
+    } else if (Kind == Fault::kShort && event != events.end()) {
+      fault.code = event->code + Fault::kEvent;
+      if (!bringsRecord(*event)) {
+        *error = word + " brings no record";
         return std::nullopt;
       }
     } else if (word == "always") {
@@ -313,8 +321,8 @@ constexpr CommandRow kRows[] = {
      addFault<Fault::kFail>},
     {"delay", "SERVICE [METHOD] [times N|always] TIME", "the next calls are served later", 2, 5,
      addFault<Fault::kDelay>},
-    {"short", "SERVICE [METHOD] [times N|always] [BYTES]", "the next records have BYTES (-1) more", 1, 5,
-     addFault<Fault::kShort>},
+    {"short", "SERVICE [METHOD|EVENT] [times N|always] [BYTES]", "the next records have BYTES (-1) more", 1,
+     5, addFault<Fault::kShort>},
     {"heal", "[SERVICE]", "no more faults", 0, 1, heal},
     {"wait", "TIME", "a script goes on after TIME, which --speed divides", 1, 1, waitFor},
     {"status", "", "show the calls, the faults and what else there is to see", 0, 0, status},
@@ -329,7 +337,7 @@ std::string usage(const CommandRow& row) {
 
 std::optional<Command> help(const Words&, std::string*) {
   return Command{[](Runner&) {
-    constexpr size_t kColumn = 48;
+    constexpr size_t kColumn = 54;
     std::string text;
     for (const CommandRow& row : kRows) {
       std::string left = usage(row);
@@ -406,6 +414,9 @@ std::vector<std::string> completions(const std::vector<std::string>& words) {
       for (const ServiceRow& each : kServices) candidates.emplace_back(each.shortName);
     } else if (service && std::string_view(row->arguments).find("METHOD") != std::string::npos) {
       for (const MethodRow& method : kServices[*service].methods) candidates.emplace_back(method.name);
+      for (const MethodRow& event : kServices[*service].events) {
+        if (row->parse == addFault<Fault::kShort> && bringsRecord(event)) candidates.emplace_back(event.name);
+      }
     }
   }
   std::erase_if(candidates,

@@ -47,15 +47,18 @@ constexpr MethodRow kRelayMethods[] = {
 constexpr MethodRow kExternalKeyMethods[] = {
 #include <com/qv/ExternalKeyService.def>
 };
+constexpr MethodRow kCallEvents[] = {
+#include <com/qv/CallEventListener.def>
+};
 #undef METHOD
 
 constexpr ServiceRow kServiceRows[] = {
-    {"call", "com.qv.CallService", kCallMethods},
-    {"config", "com.qv.ConfigService", kConfigMethods},
-    {"database", "com.qv.DatabaseService", kDatabaseMethods},
-    {"misc", "com.qv.MiscService", kMiscMethods},
-    {"relay", "com.qv.RelayService", kRelayMethods},
-    {"externalkey", "com.qv.ExternalKeyService", kExternalKeyMethods},
+    {"call", "com.qv.CallService", kCallMethods, kCallEvents},
+    {"config", "com.qv.ConfigService", kConfigMethods, {}},
+    {"database", "com.qv.DatabaseService", kDatabaseMethods, {}},
+    {"misc", "com.qv.MiscService", kMiscMethods, {}},
+    {"relay", "com.qv.RelayService", kRelayMethods, {}},
+    {"externalkey", "com.qv.ExternalKeyService", kExternalKeyMethods, {}},
 };
 
 }  // namespace
@@ -76,10 +79,16 @@ Device::Device(const Options& options, const std::shared_ptr<Store>& store)
                                                         miscService_, relayService_,  externalKeyService_};
         std::vector<android::sp<FaultyService>> services;
         for (size_t i = 0; i < std::size(served); ++i) {
-          services.push_back(new FaultyService(kServiceRows[i].name, served[i], kServiceRows[i].methods));
+          services.push_back(new FaultyService(kServiceRows[i].name, served[i], kServiceRows[i].methods,
+                                               kServiceRows[i].events));
         }
         return services;
-      }()) {}
+      }()) {
+  callService_->distortEvents([weak = android::wp<FaultyService>(services_[0])](EventType event) {
+    const android::sp<FaultyService> service = weak.promote();
+    return service == nullptr ? 0 : service->moreBytesOfEvent(static_cast<uint32_t>(event));
+  });
+}
 
 std::unique_ptr<Device> Device::start(const Options& options, std::string* error) {
   const std::shared_ptr<Store> store = Store::open(options.stateDirectory, error);

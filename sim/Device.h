@@ -24,6 +24,8 @@ struct ServiceRow {
   const char* shortName;
   const char* name;
   std::span<const MethodRow> methods;
+  /** What its listeners are told, as far as records come with it. */
+  std::span<const MethodRow> events;
 };
 extern const std::span<const ServiceRow> kServices;
 

@@ -73,7 +73,11 @@ bool resizeRecords(const MethodRow& method, int32_t bytes, Parcel* reply) {
 
 }  // namespace
 
-bool hasRecord(const MethodRow& method) {
+bool bringsRecord(const MethodRow& event) {
+  return std::string_view(event.parameters).find("CommonParcelable") != std::string_view::npos;
+}
+
+bool answersWithRecord(const MethodRow& method) {
   return std::ranges::any_of(outTypes(method), [](std::string_view type) {
     return type.find("CommonParcelable") != std::string_view::npos;
   });
@@ -101,6 +105,11 @@ void FaultyService::add(const Fault& fault) {
   faults_.push_back(fault);
 }
 
+int32_t FaultyService::moreBytesOfEvent(uint32_t code) {
+  Fault fault{};
+  return take(Fault::kShort, code + Fault::kEvent, &fault) ? fault.bytes : 0;
+}
+
 void FaultyService::heal() {
   {
     const std::lock_guard lock(mutex_);
@@ -124,14 +133,15 @@ std::string FaultyService::describe() const {
 }
 
 const MethodRow* FaultyService::find(uint32_t code) const {
-  const auto found = std::ranges::find(methods_, code, &MethodRow::code);
-  return found == methods_.end() ? nullptr : &*found;
+  const std::span<const MethodRow> rows = code < Fault::kEvent ? methods_ : events_;
+  const auto found = std::ranges::find(rows, code % Fault::kEvent, &MethodRow::code);
+  return found == rows.end() ? nullptr : &*found;
 }
 
 bool FaultyService::take(Fault::Kind kind, uint32_t code, Fault* taken) {
   const std::lock_guard lock(mutex_);
   const auto found = std::ranges::find_if(faults_, [&](const Fault& fault) {
-    return fault.kind == kind && (fault.code == 0 || fault.code == code);
+    return fault.kind == kind && (fault.code == code || (fault.code == 0 && code < Fault::kEvent));
   });
   if (found == faults_.end()) return false;
   *taken = *found;
@@ -156,7 +166,7 @@ status_t FaultyService::onTransact(uint32_t code, const Parcel& data, Parcel* re
     return Status::fromExceptionCode(fault.exception, "As commanded").writeToParcel(reply);
   }
   const status_t status = service_->transact(code, data, reply, flags);
-  if (status == android::OK && hasRecord(*method) && take(Fault::kShort, code, &fault)) {
+  if (status == android::OK && answersWithRecord(*method) && take(Fault::kShort, code, &fault)) {
     resizeRecords(*method, fault.bytes, reply);
     reply->setDataPosition(0);
   }

@@ -22,13 +22,14 @@ struct MethodRow {
   const char* parameters;
 };
 
-/** What goes wrong with calls of a service. */
+/** What goes wrong with calls of a service, or with an event that it sends. */
 struct Fault {
   enum Kind { kFail, kDelay, kShort };
   static constexpr int32_t kAlways = -1;
+  static constexpr uint32_t kEvent = 1U << 24;
 
   Kind kind;
-  /** The method, or 0 for every one. */
+  /** The method, or the event with kEvent added, or 0 for every method. */
   uint32_t code = 0;
   /** How many calls. */
   int32_t times = 1;
@@ -37,7 +38,7 @@ struct Fault {
   android::status_t status = android::OK;
   /** kDelay: until the service is called. */
   std::chrono::milliseconds delay{0};
-  /** kShort: how many bytes each record of the answer has more. */
+  /** kShort: how many bytes each record of the answer, or of the event, has more. */
   int32_t bytes = -1;
 };
 
@@ -47,8 +48,9 @@ struct Fault {
  */
 class FaultyService : public android::BBinder {
  public:
-  FaultyService(const char* name, android::sp<android::BBinder> service, std::span<const MethodRow> methods)
-      : name_(name), service_(std::move(service)), methods_(methods) {}
+  FaultyService(const char* name, android::sp<android::BBinder> service, std::span<const MethodRow> methods,
+                std::span<const MethodRow> events)
+      : name_(name), service_(std::move(service)), methods_(methods), events_(events) {}
 
   const char* name() const { return name_; }
 
@@ -58,6 +60,8 @@ class FaultyService : public android::BBinder {
   void die();
 
   void add(const Fault& fault);
+  /** How many bytes the record of this event is to have more. */
+  int32_t moreBytesOfEvent(uint32_t code);
   /** Takes away all faults; calls that are being delayed go on. */
   void heal();
   /** One line for each fault; empty if there is none. */
@@ -72,6 +76,7 @@ class FaultyService : public android::BBinder {
                                uint32_t flags) override;
 
  private:
+  /** A method or an event. */
   const MethodRow* find(uint32_t code) const;
   /** Counts the first fault of the kind that is for the method; false if there is none. */
   bool take(Fault::Kind kind, uint32_t code, Fault* taken);
@@ -79,6 +84,7 @@ class FaultyService : public android::BBinder {
   const char* const name_;
   const android::sp<android::BBinder> service_;
   const std::span<const MethodRow> methods_;
+  const std::span<const MethodRow> events_;
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
@@ -89,6 +95,8 @@ class FaultyService : public android::BBinder {
 };
 
 /** Whether the method answers with a record. */
-bool hasRecord(const MethodRow& method);
+bool answersWithRecord(const MethodRow& method);
+/** Whether the event brings one. */
+bool bringsRecord(const MethodRow& event);
 
 }  // namespace sim

@@ -24,6 +24,11 @@ class CallService : public com::qv::BnCallService {
 
   LivePhone& phone() { return phone_; }
 
+  /** As EventDispatcher::distort(). */
+  void distortEvents(std::function<int32_t(EventType)> moreBytes) {
+    dispatcher_.distort(std::move(moreBytes));
+  }
+
   /** No more events; waits until no listener is being called, or the time is over. */
   void stopEvents(std::chrono::milliseconds patience) { dispatcher_.stop(patience); }
 

@@ -8,6 +8,7 @@
 #include <condition_variable>
 #include <cstdarg>
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <mutex>
 #include <string>
@@ -15,6 +16,7 @@
 
 #include "ChildProcess.h"
 #include "RunProgram.h"
+#include "TemporaryDirectory.h"
 
 /* vesk-device as a process, seen through the C API. */
 
@@ -24,6 +26,7 @@ using vesk::test::become;
 using vesk::test::ChildProcess;
 
 CHILD_ROLE(device) {
+  if (!args.empty()) setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
   parent.ready();
   return become({VESK_DEVICE, "--speed", "50"});
 }
@@ -286,6 +289,14 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
     EXPECT_NE(record, before);
   }
 
+  // The two that are short are dropped; what else there is to tell of the call comes.
+  command("short call newOngoingCallEvent times 2");
+  for (const char* number : {"200", "201", "202"}) command("incoming " + std::string(number));
+  EXPECT_EQ(diary.readTo("new 1/3 'Zoë Lindqvist' 202 3 incoming"),
+            "current 1\nnew 1/3 'Zoë Lindqvist' 202 3 incoming\n");
+  for (const char* chan : {"1", "2", "3"}) command("hangup " + std::string(chan));
+  diary.readTo("current 0");
+
   told("delay call getFirstValidLine 300ms");
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(binder_get_first_valid_line(), 1);
@@ -338,6 +349,28 @@ TEST_F(Device, KeepsServingWhenListenersDieAndHang) {
     ASSERT_EQ(diary.readTo(expected), expected + "\n");
   }
   quit();
+}
+
+/** Makes a call on the device of another directory, and tells its channel. */
+CHILD_ROLE(neighbour) {
+  setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
+  if (!connectWithDiary()) return 1;
+  parent.ready();
+  parent.channel().send(std::to_string(binder_make_call(1, "210")));
+  parent.waitForEnd();
+  return 0;
+}
+
+TEST_F(Device, KnowsNothingOfTheDeviceNextToIt) {
+  const vesk::test::TemporaryDirectory directory;
+  ChildProcess other("device", {directory.path()});
+  ChildProcess neighbour("neighbour", {directory.path()});
+  EXPECT_EQ(neighbour.channel().receive(), "1");
+  EXPECT_EQ(binder_make_call(1, "200"), 1) << "the only call of this device";
+  other.kill();
+  const std::string events = diary.readTo("info 1/1 'Alice Meyer' 200 4");
+  EXPECT_EQ(events.find("Empty Office"), std::string::npos) << events;
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
 }
 
 TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {
