@@ -38,7 +38,8 @@ build() {
   "$CMAKE" --build "$2"
 }
 
-# run LIBRARY_PATH PROGRAM: with the libraries that the program's own RUNPATH doesn't lead to.
+# run LIBRARY_PATH PROGRAM: with the libraries that the program's own RUNPATH doesn't lead to. One that hangs is ended, also if this
+# test isn't there any more to do it.
 run() {
-  env ${1:+"LD_LIBRARY_PATH=$1"} "${emulator[@]}" "$2"
+  timeout --kill-after=5 120 env ${1:+"LD_LIBRARY_PATH=$1"} "${emulator[@]}" "$2"
 }
