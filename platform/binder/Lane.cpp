@@ -192,11 +192,12 @@ ssize_t Lane::receivePacket() {
   alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
   msghdr message = messageOf({&packet, 1});
   message.msg_control = control;
-  message.msg_controllen = sizeof(control);
+  // No room for a second descriptor, which nobody would close.
+  message.msg_controllen = CMSG_LEN(sizeof(int));
   const ssize_t size =
       retryOnInterrupt([&] { return ::recvmsg(socket_.get(), &message, MSG_TRUNC | MSG_CMSG_CLOEXEC); });
   UniqueFd shared;
-  const cmsghdr* const rights = size > 0 ? CMSG_FIRSTHDR(&message) : nullptr;
+  const cmsghdr* const rights = size >= 0 ? CMSG_FIRSTHDR(&message) : nullptr;
   if (rights != nullptr && rights->cmsg_level == SOL_SOCKET && rights->cmsg_type == SCM_RIGHTS &&
       rights->cmsg_len == CMSG_LEN(sizeof(int))) {
     int fd;
