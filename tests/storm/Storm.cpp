@@ -79,14 +79,17 @@ class Storm {
 
   void run() {
     // The first part shows what memory the others may take.
-    blow(options_.seconds * 1000ms / 4);
-    blow(options_.seconds * 1000ms / 2);
-    leaveFirst();
-    EXPECT_GT(kills_, 0);
-    for (const auto& app : apps_) app->stop();
-    apps_.clear();
-    expectTidyDirectory();
+    if (blow(options_.seconds * 1000ms / 4) && blow(options_.seconds * 1000ms / 2) && leaveFirst()) {
+      EXPECT_GT(kills_, 0);
+      expectTidyDirectory();
+    }
     std::printf("storm: %d services killed\n", kills_);
+    // After a failure they may be anywhere, and what they say of that is no news.
+    for (auto* const processes : {&apps_, &services_}) {
+      for (const auto& process : *processes) {
+        if (process != nullptr) process->kill();
+      }
+    }
   }
 
  private:
@@ -100,22 +103,27 @@ class Storm {
     ++kills_;
   }
 
-  void order(const char* what, bool shows = false) {
+  /** False if the storm is over, because an application has failed or hangs. */
+  bool order(const char* what, bool shows = false) {
     for (const auto& app : apps_) app->channel().send(what);
-    for (const auto& app : apps_) {
+    for (auto& app : apps_) {
       const std::string report = app->channel().receive(kPatienceMs);
       if (shows) std::printf("storm: %d %s: %s\n", app->pid(), what, report.c_str());
-      // A process that hangs leaves a trace of where.
-      if (report.empty()) ::kill(app->pid(), SIGABRT);
-      ASSERT_TRUE(report.starts_with("ok")) << what << ": " << report;
+      if (!report.starts_with("ok")) ADD_FAILURE() << app->pid() << " at " << what << ": " << report;
+      if (report.empty()) {
+        // A process that hangs leaves a trace of where; one that has ended says how.
+        app->kill(SIGABRT);
+        app = nullptr;
+      }
+      if (testing::Test::HasFailure()) return false;
     }
+    return true;
   }
 
   /** Kills services at random, and at last all of them. */
-  void blow(std::chrono::milliseconds time) {
-    order("run");
+  bool blow(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
-    while (std::chrono::steady_clock::now() < end && !testing::Test::HasFailure()) {
+    for (bool goes = order("run"); goes && std::chrono::steady_clock::now() < end; goes = order("check")) {
       const unsigned service = static_cast<unsigned>(random_() % options_.services);
       if (services_[service] == nullptr) {
         start(service);
@@ -125,18 +133,18 @@ class Storm {
       // Some live for so short a time that nobody connects, others for long enough for thousands of calls.
       std::this_thread::sleep_for(
           std::chrono::milliseconds(random_() % 3 == 0 ? random_() % 400 : random_() % 20));
-      order("check");
     }
+    if (testing::Test::HasFailure()) return false;
     for (unsigned i = 0; i < options_.services; ++i) kill(i);
-    order("settle", true);
+    return order("settle", true);
   }
 
   /** The applications go while the services stay, which then have to be as if nobody had been there. */
-  void leaveFirst() {
+  bool leaveFirst() {
     for (unsigned i = 0; i < options_.services; ++i) start(i);
-    order("run");
+    if (!order("run")) return false;
     std::this_thread::sleep_for(1s);
-    order("stop", true);
+    if (!order("stop", true)) return false;
     for (const auto& app : apps_) app->stop();
     apps_.clear();
     for (auto& service : services_) {
@@ -146,6 +154,7 @@ class Storm {
       service->stop();
       service = nullptr;
     }
+    return !testing::Test::HasFailure();
   }
 
   /** One more process has swept up after those that were killed, and has left. */

@@ -10,6 +10,7 @@
 #include <cstdio>
 #include <cstdlib>
 #include <memory>
+#include <mutex>
 #include <random>
 #include <sstream>
 #include <thread>
@@ -27,15 +28,28 @@ namespace {
 /** Longer than any call may take whose service is killed sooner or later. */
 constexpr auto kHang = 30s;
 
-std::atomic<bool> failed = false;
+/** What has gone wrong, for the next report. */
+class Failure {
+ public:
+  template <class... Arguments>
+  void say(const Arguments&... arguments) {
+    std::ostringstream text;
+    (text << ... << arguments);
+    const std::lock_guard lock(mutex_);
+    if (first_.empty()) first_ = text.str();
+  }
+  std::string first() {
+    const std::lock_guard lock(mutex_);
+    return first_;
+  }
 
-template <class... Arguments>
-void fail(const Arguments&... arguments) {
-  std::ostringstream text;
-  (text << ... << arguments);
-  std::fprintf(stderr, "storm app: %s\n", text.str().c_str());
-  failed = true;
-}
+ private:
+  std::mutex mutex_;
+  std::string first_;
+};
+
+/** Callbacks may say something while the process exits. */
+Failure& failure = *new Failure;
 
 /** The counts of one service's connections; a connection is one that knows of its death. */
 struct Counts {
@@ -57,12 +71,12 @@ void onDied() {
 void onCallState(void* record) {
   const auto& info = *static_cast<const vesk_call_info*>(record);
   const std::string name(sizeof(info.name) - 1, storm::filling(info.line));
-  if (info.chan != storm::answerTo(info.line) || name != info.name) fail("a mangled call event");
+  if (info.chan != storm::answerTo(info.line) || name != info.name) failure.say("a mangled call event");
   ++counts[0].events;
 }
 
 void onRing(int value) {
-  if ((value & 1) == 0) fail("a mangled ring event");
+  if ((value & 1) == 0) failure.say("a mangled ring event");
   ++counts[1].events;
 }
 
@@ -89,12 +103,12 @@ int callConfig(int value) {
   char info[VESK_LINE_INFO_SIZE] = {};
   if (binder_get_line_info(value, info) != 0) {
     for (const char byte : info) {
-      if (byte != 0) fail("a record that a failed call has touched");
+      if (byte != 0) failure.say("a record that a failed call has touched");
     }
     return -1;
   }
   for (const char byte : info) {
-    if (byte != storm::filling(value)) fail("a mangled record");
+    if (byte != storm::filling(value)) failure.say("a mangled record");
   }
   return storm::answerTo(value);
 }
@@ -202,7 +216,7 @@ class App {
         ++counts[service].failures;
         std::this_thread::sleep_for(1ms);
       } else {
-        fail("service ", service, " answered ", result, " to ", value);
+        failure.say("service ", service, " answered ", result, " to ", value);
       }
     }
   }
@@ -225,11 +239,11 @@ void checkAfterDeaths(bool impatient, const storm::Holdings& limit) {
     const auto end = std::chrono::steady_clock::now() + kHang;
     while (count.deaths < least && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
     if (count.deaths < least || count.deaths > count.connects) {
-      fail("service ", service, ": ", count.deaths, " deaths of ", count.connects, " connections");
+      failure.say("service ", service, ": ", count.deaths, " deaths of ", count.connects, " connections");
     }
-    if (kApi[service].call(1) != -1) fail("a call of a dead service has not failed");
+    if (kApi[service].call(1) != -1) failure.say("a call of a dead service has not failed");
   }
-  if (const std::string left = storm::leftOver(limit); !left.empty()) fail(left);
+  if (const std::string left = storm::leftOver(limit); !left.empty()) failure.say(left);
 }
 
 /** Bytes that the allocator has handed out. */
@@ -253,7 +267,7 @@ CHILD_ROLE(app) {
   parent.ready();
   for (;;) {
     const std::string order = parent.channel().receive(-1);
-    if (order.empty()) return failed ? 1 : 0;
+    if (order.empty()) return 0;
     if (order == "run") app.start(callers, impatient);
     if (order == "connected") app.stopConnecting();
     if (order == "check") app.check();
@@ -262,7 +276,7 @@ CHILD_ROLE(app) {
       checkAfterDeaths(impatient, limit);
       const size_t now = memory();
       if (memoryBefore != 0 && now > memoryBefore + 128 * 1024) {
-        fail("memory has grown from ", memoryBefore, " to ", now, " bytes");
+        failure.say("memory has grown from ", memoryBefore, " to ", now, " bytes");
       }
       memoryBefore = now;
     }
@@ -271,7 +285,8 @@ CHILD_ROLE(app) {
       report << ' ' << count.connects << ' ' << count.deaths << ' ' << count.values << ' ' << count.failures
              << ' ' << count.events;
     }
-    parent.channel().send((failed ? "failed" : "ok") + report.str());
+    const std::string failed = failure.first();
+    parent.channel().send((failed.empty() ? "ok" : "failed: " + failed + ";") + report.str());
   }
 }
 
