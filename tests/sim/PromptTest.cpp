@@ -56,6 +56,13 @@ class Terminal : public testing::Test {
     ASSERT_EQ(write(user_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
 
+  /** A line, its last event, and the prompt again: until then the terminal takes Ctrl-D for itself. */
+  void enter(const std::string& keys, const std::string& event) {
+    type(keys + "\r");
+    readTo(event);
+    readTo("vesk> ");
+  }
+
   /** Everything up to the text, which is waited for. */
   std::string readTo(const std::string& last) {
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
@@ -98,14 +105,10 @@ class Terminal : public testing::Test {
 };
 
 TEST_F(Terminal, RecallsAndCompletesLines) {
-  type("key 7\r");
-  readTo("keycodeEvent 7 released");
-  type("key 8\r");
-  readTo("keycodeEvent 8 released");
-  type("\033[A\033[A\r");
-  readTo("keycodeEvent 7 released");
-  type("ke\t9\r");
-  readTo("keycodeEvent 9 released");
+  enter("key 7", "keycodeEvent 7 released");
+  enter("key 8", "keycodeEvent 8 released");
+  enter("\033[A\033[A", "keycodeEvent 7 released");
+  enter("ke\t9", "keycodeEvent 9 released");
   // Neither a character of several bytes nor a lone Escape holds anything up.
   type("sms 200 Grüße");
   readTo("ße");
@@ -115,27 +118,20 @@ TEST_F(Terminal, RecallsAndCompletesLines) {
 }
 
 TEST_F(Terminal, ShowsWhatIsTypedAgainBehindTheOutput) {
-  type("ring 1\r");
-  readTo("wkRingHdl");
-  readTo("vesk> ");
+  enter("ring 1", "wkRingHdl");
   // The call is given up while the next line is being typed.
-  type("incoming 200\r");
-  readTo("newOngoingCallEvent");
-  readTo("vesk> ");
+  enter("incoming 200", "newOngoingCallEvent");
   type("key 5");
   std::string shown = readTo("deleteOngoingCallEvent");
   shown += readTo("vesk> key 5");
   EXPECT_EQ(shown.find("vesk> incoming"), std::string::npos) << shown;
-  type("5\r");
-  readTo("keycodeEvent 55 pressed");
+  enter("5", "keycodeEvent 55 released");
   type("\x04");
   expectCleanEnd();
 }
 
 TEST_F(Terminal, EndsAtAnInterruptWhileALineIsTyped) {
-  type("key 1\r");
-  readTo("keycodeEvent 1 released");
-  readTo("vesk> ");
+  enter("key 1", "keycodeEvent 1 released");
   type("hang\x03");
   expectCleanEnd();
 }
