@@ -41,9 +41,12 @@ class ConfigService : public com::qv::DefaultConfigService {
     return Status::ok();
   }
   Status getRtpStatus(std::vector<CommonParcelable>* status) override {
-    status->assign(kListSize, emptyRecord<VESK_RTP_STATUS_SIZE>());
+    *status = rtpStatus_;
     return Status::ok();
   }
+
+ private:
+  const std::vector<CommonParcelable> rtpStatus_{kListSize, emptyRecord<VESK_RTP_STATUS_SIZE>()};
 };
 
 class DatabaseService : public com::qv::DefaultDatabaseService {
