@@ -56,7 +56,7 @@ COM_QV_BP::~COM_QV_BP() = default;
 
 #define METHOD(code, name, ...)                                                                  \
   android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                          \
-    return callMethod<COM_QV_TYPES(__VA_ARGS__)>(remote(), getInterfaceDescriptor(),             \
+    return callMethod<COM_QV_TYPES(__VA_ARGS__)>(remote(), descriptor,                           \
                                                  code __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__)); \
   }
 #include COM_QV_METHODS

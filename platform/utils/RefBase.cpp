@@ -5,6 +5,28 @@ namespace android {
 // Decrements are acquire-release, so that whoever deletes has seen all that the other holders did. No
 // stand-alone fences: the thread sanitizer does not follow them.
 
+// These run for each copy of a strong pointer; inline, so that it needs no calls through the linker's table.
+
+// Completes the taking of a strong reference, given the word before it was counted.
+inline void RefBase::weakref_type::onStrongTaken(uint32_t before) {
+  if ((before & kCountMask) == 0) weak_.fetch_add(1, std::memory_order_relaxed);
+  if ((before & kNeverHeld) == 0) return;
+  // Two threads may both have found it set; the one that clears it was first.
+  if ((strong_.fetch_and(~kNeverHeld, std::memory_order_relaxed) & kNeverHeld) != 0) base_->onFirstRef();
+}
+
+inline void RefBase::weakref_type::incStrong() {
+  onStrongTaken(strong_.fetch_add(1, std::memory_order_relaxed));
+}
+
+inline void RefBase::weakref_type::decStrong(const void* id) {
+  const uint32_t before = strong_.fetch_sub(1, std::memory_order_acq_rel);
+  if ((before & kCountMask) != 1) return;
+  base_->onLastStrongRef(id);
+  if ((before & kLivesWeakly) == 0) delete base_;
+  decWeak(id);
+}
+
 RefBase::RefBase() : refs_(new weakref_type(this)) {}
 
 RefBase::~RefBase() {
@@ -55,16 +77,6 @@ void RefBase::weakref_type::decWeak(const void* id) {
   }
 }
 
-void RefBase::weakref_type::incStrong() { onStrongTaken(strong_.fetch_add(1, std::memory_order_relaxed)); }
-
-void RefBase::weakref_type::decStrong(const void* id) {
-  const uint32_t before = strong_.fetch_sub(1, std::memory_order_acq_rel);
-  if ((before & kCountMask) != 1) return;
-  base_->onLastStrongRef(id);
-  if ((before & kLivesWeakly) == 0) delete base_;
-  decWeak(id);
-}
-
 bool RefBase::weakref_type::attemptIncStrong(const void* id) {
   bool asked = false;
   uint32_t before = strong_.load(std::memory_order_relaxed);
@@ -81,14 +93,6 @@ bool RefBase::weakref_type::attemptIncStrong(const void* id) {
   if (asked && (before & kCountMask) != 0) base_->onLastStrongRef(id);
   onStrongTaken(before);
   return true;
-}
-
-// Completes the taking of a strong reference, given the word before it was counted.
-void RefBase::weakref_type::onStrongTaken(uint32_t before) {
-  if ((before & kCountMask) == 0) weak_.fetch_add(1, std::memory_order_relaxed);
-  if ((before & kNeverHeld) == 0) return;
-  // Two threads may both have found it set; the one that clears it was first.
-  if ((strong_.fetch_and(~kNeverHeld, std::memory_order_relaxed) & kNeverHeld) != 0) base_->onFirstRef();
 }
 
 }  // namespace android
