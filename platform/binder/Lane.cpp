@@ -22,6 +22,8 @@ constexpr std::chrono::microseconds kBackToBack(10);
 /** A system call costs much more than a look. */
 constexpr unsigned kLooksPerYield = 16;
 constexpr unsigned kLooksPerPoll = 4096;
+/** Up to this size, to send one piece and copy it together before costs less than to send several. */
+constexpr size_t kCopiedSize = 2048;
 
 void pauseProcessor() {
 #if defined(__x86_64__) || defined(__i386__)
@@ -49,6 +51,11 @@ msghdr messageOf(std::span<iovec> packet) {
   message.msg_iov = packet.data();
   message.msg_iovlen = packet.size();
   return message;
+}
+
+ssize_t sendPacket(int socket, std::span<iovec> packet) {
+  const msghdr message = messageOf(packet);
+  return retryOnInterrupt([&] { return ::sendmsg(socket, &message, MSG_NOSIGNAL); });
 }
 
 bool isValid(const FrameHeader& header) {
@@ -128,17 +135,17 @@ bool Lane::expectsFrameSoon(const FrameHeader& sent, bool byMailbox, size_t obje
 
 status_t Lane::sendPackets(Pieces* pieces) {
   const size_t first = std::min(pieces->size(), kFirstPacketSize);
-  // One piece costs the kernel less than several do.
-  pieces->copyTo(buffer_.data(), first);
-  const auto send = [&] { return ::send(socket_.get(), buffer_.data(), first, MSG_NOSIGNAL); };
-  if (retryOnInterrupt(send) < 0) return statusOfErrno();
-  while (pieces->size() > 0) {
-    const msghdr message = messageOf(pieces->next(std::min(pieces->size(), kPacketSize)));
-    if (retryOnInterrupt([&] { return ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL); }) < 0) {
-      return statusOfErrno();
-    }
+  ssize_t sent;
+  if (first <= kCopiedSize) {
+    pieces->copyTo(buffer_.data(), first);
+    sent = retryOnInterrupt([&] { return ::send(socket_.get(), buffer_.data(), first, MSG_NOSIGNAL); });
+  } else {
+    sent = sendPacket(socket_.get(), pieces->next(first));
   }
-  return OK;
+  while (sent >= 0 && pieces->size() > 0) {
+    sent = sendPacket(socket_.get(), pieces->next(std::min(pieces->size(), kPacketSize)));
+  }
+  return sent < 0 ? statusOfErrno() : OK;
 }
 
 status_t Lane::trySend(const FrameHeader& header) {

@@ -24,6 +24,9 @@ static_assert(std::endian::native == std::endian::little, "the wire is little-en
 // Positions and offsets fit in an int32 and can be added without overflow.
 constexpr size_t kMaxSize = std::numeric_limits<int32_t>::max();
 
+// What is too much for the inline buffer is mostly a list, which goes on growing.
+constexpr size_t kFirstHeapCapacity = 4096;
+
 // The least that a String16 takes: its length and the terminating zero, padded.
 constexpr size_t kMinString16Size = 8;
 
@@ -158,7 +161,9 @@ uint8_t* Parcel::claim(size_t len) {
   const size_t start = padded(position_);
   if (start > kMaxSize || len > kMaxSize - start) return nullptr;
   const size_t end = start + padded(len);
-  if (end > capacity_ && !reserve(std::max(end, std::min(2 * capacity_, kMaxSize)))) return nullptr;
+  if (end > capacity_ && !reserve(std::max({end, kFirstHeapCapacity, std::min(2 * capacity_, kMaxSize)}))) {
+    return nullptr;
+  }
   if (start < size_) {
     dropObjects(start, end);
   } else {
