@@ -90,10 +90,11 @@ Prompt::Prompt(Console& console) : console_(console), printedFd_(eventfd(0, EFD_
   std::setlocale(LC_CTYPE, "");
   rl_readline_name = "vesk-device";
   rl_attempted_completion_function = complete;
+  // Counts only before libedit begins, which it does with the history.
+  rl_getc_function = readCharacter;
   using_history();
   stifle_history(kHistoryLines);
   if (const std::string file = historyFile(); !file.empty()) read_history(file.c_str());
-  rl_getc_function = readCharacter;
   begin();
   Output::self().aroundPrompt(printedFd_);
 }

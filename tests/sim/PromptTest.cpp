@@ -12,6 +12,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <string>
+#include <thread>
 #include <utility>
 
 #include "ChildProcess.h"
@@ -113,6 +114,8 @@ TEST_F(Terminal, RecallsAndCompletesLines) {
   type("sms 200 Grüße");
   readTo("ße");
   type("\033");
+  // The signal is not to come before the Escape is read.
+  std::this_thread::sleep_for(std::chrono::milliseconds(100));
   endBySignal(SIGTERM);
   expectCleanEnd();
 }
