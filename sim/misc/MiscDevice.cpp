@@ -176,7 +176,7 @@ bool MiscDevice::resume() {
 std::string MiscDevice::describe() const {
   static constexpr const char* kPlaying[] = {"stopped", "playing", "paused"};
   return "page " + std::to_string(page_) + ", backlight " + std::to_string(backlightLevel()) +
-         (backlightKept_ ? " (kept on)" : "") + ", " + (hasUdisk_ ? "USB disk " : "no USB disk, ") +
+         (backlightKept_ ? " (kept on)" : "") + ", USB disk " + (hasUdisk_ ? "in" : "out") + ", recording " +
          kPlaying[static_cast<int32_t>(playState_)] + ", test " + (info_.running ? "running" : "off") +
          ", multicast " + multicast_.value_or("none");
 }
