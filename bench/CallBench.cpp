@@ -124,6 +124,7 @@ int main(int argc, char** argv) {
   const PrivateRuntimeDir runtimeDir;
   std::vector<Function> all = functions();
   std::vector<BarePairs> single;
+  single.reserve(all.size());
   for (const Function& function : all) single.emplace_back(1, function.exchange);
   const BarePairs many(static_cast<size_t>(kThreadCounts.back()), all.front().exchange);
 

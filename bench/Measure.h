@@ -57,7 +57,7 @@ inline void registerCalls(const std::string& name, const std::string& way, const
                                  }
                                })
       ->UseManualTime()
-      ->Iterations(50);
+      ->Iterations(100);
 }
 
 /** Registers a call that many threads make at once; `call` gets the thread's number. */
@@ -65,7 +65,9 @@ inline void registerThreads(const std::string& name, const std::string& way,
                             const std::vector<int>& threadCounts, const std::function<void(size_t)>& call) {
   for (const int threads : threadCounts) {
     auto latencies = std::make_shared<std::vector<std::vector<double>>>(static_cast<size_t>(threads));
-    benchmark::RegisterBenchmark((name + "/" + std::to_string(threads) + "/" + way).c_str(),
+    std::string title = name;
+    title.append("/").append(std::to_string(threads)).append("/").append(way);
+    benchmark::RegisterBenchmark(title.c_str(),
                                  [=](benchmark::State& state) {
                                    const auto thread = static_cast<size_t>(state.thread_index());
                                    std::vector<double>& own = (*latencies)[thread];

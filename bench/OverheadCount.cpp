@@ -1,5 +1,5 @@
 /*
- * OverheadCount: lists the cases of OverheadBench.
+ * OverheadCount: lists the cases of OverheadBench, and how often each has the library ask for memory.
  * OverheadCount CASE library|by_hand CALLS: makes that many calls of one case within countedCalls(), for
  * callgrind to count their instructions.
  */
@@ -23,7 +23,7 @@ int main(int argc, char** argv) {
     return 2;
   }
   if (argc == 1) {
-    for (const OverheadCase& one : overheadCases()) std::puts(one.name);
+    for (const OverheadCase& one : overheadCases()) std::printf("%s %zu\n", one.name, one.allocations);
     return 0;
   }
   const PrivateRuntimeDir runtimeDir;

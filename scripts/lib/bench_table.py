@@ -1,14 +1,21 @@
 #!/usr/bin/env python3
-"""bench_table.py DIRECTORY: prints the results of scripts/bench there as a table and draws performance.svg."""
+"""bench_table.py [--docs PAGE] DIRECTORY: prints the results of scripts/bench there as a table and draws performance.svg.
 
+With --docs it also puts tables between the marks <!-- results: NAME --> and <!-- end --> of a Markdown page, and the
+plot next to the page.
+"""
+
+import argparse
 import json
 import math
 import pathlib
+import re
+import shutil
 import statistics
-import sys
 from xml.sax.saxutils import escape
 
 BASELINE = "stream"
+BY_HAND = "by_hand"
 MICROSECONDS = {"ns": 1e-3, "us": 1, "ms": 1e3, "s": 1e6}
 PERCENTILES = ("p50_us", "p99_us", "p99.9_us")
 # What the benchmark library puts behind a name.
@@ -62,15 +69,110 @@ def draw(rows, path):
     path.write_text("\n".join([*lines, "</svg>", ""]))
 
 
+def markdown(head, rows):
+    lines = [head, ["---"] * len(head), *rows]
+    return "\n".join("| " + " | ".join(line) + " |" for line in lines)
+
+
+def against(figures, base, name="us", digits=2):
+    """A ratio, and the figure itself."""
+    return f"{figures[name] / base[name]:.{digits}f} ({figures[name]:.{1 if figures[name] < 100 else 0}f})"
+
+
+def single_calls(results, runs, ways):
+    """One row for each case and way, one column for each of the runs, which come as (run, kind of call)."""
+    cases = {}
+    for column, (run, kind) in enumerate(runs):
+        for case, measured in results[run].items():
+            if not case.startswith(kind + "/") or BASELINE not in measured:
+                continue
+            for way in ways:
+                cells = cases.setdefault((case.removeprefix(kind + "/"), way), [""] * len(runs))
+                if way in measured:
+                    cells[column] = against(measured[way], measured[BASELINE])
+    return cases
+
+
+PLACES = ("back to back, one CPU", "back to back, placed", "seldom, one CPU", "seldom, placed")
+
+
+def calls_table(results):
+    rows = []
+    for name in ("calls", "events"):
+        runs = [
+            (f"{name}-{kind}{place}", kind) for kind in ("back_to_back", "seldom") for place in ("-one-cpu", "")
+        ]
+        for (case, _), cells in single_calls(results, runs, ["library"]).items():
+            rows.append([f"`{case}`", *cells])
+    return markdown(["", *PLACES], sorted(rows, reverse=True))
+
+
+def sd_bus_table(results):
+    runs = [(f"sd-bus{place}", kind) for kind in ("back_to_back", "seldom") for place in ("-one-cpu", "")]
+    cases = single_calls(results, runs, ["direct", "through_a_daemon"])
+    rows = [[way.replace("_", " "), *cells] for (_, way), cells in cases.items()]
+    return markdown(["sd-bus", *PLACES], rows)
+
+
+def scale_table(results):
+    rows = []
+    for run, what in (("threads", "{} threads"), ("broadcast", "broadcast to 64 processes")):
+        cases = sorted(results[run].items(), key=lambda item: int(item[0].split("/")[-1]))
+        for case, ways in cases:
+            base, figures = ways[BASELINE], ways["library"]
+            throughput = f"{base['us'] / figures['us']:.2f}"
+            tails = [against(figures, base, name) for name in PERCENTILES]
+            rows.append([what.format(case.split("/")[-1]), throughput, *tails])
+    return markdown(["", "calls a second, ratio", "p50", "p99", "p99.9"], rows)
+
+
+def overhead_table(results, directory):
+    rows = []
+    for line in (directory / "instructions.txt").read_text().splitlines():
+        case, allocations, by_hand, library = line.split()
+        ways = results["overhead"][case]
+        times = [f"{ways[way]['us'] * 1000:.0f}" for way in ("by_hand", "library")]
+        ratio = f"{int(library) / int(by_hand):.2f}"
+        rows.append([f"`{case}`", by_hand, library, ratio, *times, allocations])
+    return markdown(
+        ["", "instructions by hand", "library", "ratio", "ns by hand", "library", "allocations, library"], rows
+    )
+
+
+def fill_in(page, results, directory):
+    tables = {
+        "calls": calls_table(results),
+        "scale": scale_table(results),
+        "sd-bus": sd_bus_table(results),
+        "overhead": overhead_table(results, directory),
+    }
+    text = page.read_text()
+    for name, table in tables.items():
+        mark = f"<!-- results: {name} -->"
+        text, count = re.subn(
+            re.escape(mark) + r".*?<!-- end -->", lambda _: f"{mark}\n\n{table}\n\n<!-- end -->", text, flags=re.DOTALL
+        )
+        if count != 1:
+            raise SystemExit(f"{page}: has {count} places for {mark}")
+    page.write_text(text)
+    shutil.copy(directory / "performance.svg", page.parent / "performance.svg")
+
+
 def main():
-    directory = pathlib.Path(sys.argv[1])
+    parser = argparse.ArgumentParser()
+    parser.add_argument("--docs", type=pathlib.Path)
+    parser.add_argument("directory", type=pathlib.Path)
+    arguments = parser.parse_args()
+    directory = arguments.directory
+    results = {path.stem: read(path) for path in sorted(directory.glob("*.json"))}
     bars = []
     print(f"{'run':26} {'case':38} {'way':16} {'us':>9} {'ratio':>6} {'cpu':>6}  p50, p99, p99.9 in us (ratio)")
-    for path in sorted(directory.glob("*.json")):
-        for case, ways in sorted(read(path).items()):
-            base = ways.get(BASELINE, {})
+    for run, cases in results.items():
+        for case, ways in sorted(cases.items()):
+            baseline = BY_HAND if BY_HAND in ways else BASELINE
+            base = ways.get(baseline, {})
             # The baseline first.
-            for way, figures in sorted(ways.items(), key=lambda item: (item[0] != BASELINE, item[0])):
+            for way, figures in sorted(ways.items(), key=lambda item: (item[0] != baseline, item[0])):
 
                 def ratio(name):
                     return figures[name] / base[name] if base.get(name) and name in figures else None
@@ -81,13 +183,15 @@ def main():
                 tail = ", ".join(
                     f"{figures[name]:.0f} ({column(ratio(name), 2)})" for name in PERCENTILES if name in figures
                 )
-                line = f"{path.stem:26} {case:38} {way:16} {figures['us']:9.2f}"
+                line = f"{run:26} {case:38} {way:16} {figures['us']:9.2f}"
                 print(f"{line} {column(ratio('us'), 2):>6} {column(ratio('cpu_us'), 2):>6}  {tail}".rstrip())
-                if way != BASELINE and ratio("us") is not None:
-                    placed = "one CPU, " if path.stem.endswith("one-cpu") else ""
+                if way != baseline and baseline == BASELINE and ratio("us") is not None:
+                    placed = "one CPU, " if run.endswith("one-cpu") else ""
                     suffix = "" if way == "library" else f", {way}"
                     bars.append((f"{placed}{case}{suffix}".replace("_", " "), ratio("us")))
     draw(bars, directory / "performance.svg")
+    if arguments.docs:
+        fill_in(arguments.docs, results, directory)
     print(f"\nplot: {directory / 'performance.svg'}")
 
 
