@@ -116,7 +116,7 @@ def sd_bus_table(results):
 
 def scale_table(results):
     rows = []
-    for run, what in (("threads", "{} threads"), ("broadcast", "broadcast to 64 processes")):
+    for run, what in (("threads", "threads: {}"), ("broadcast", "broadcast to 64 processes")):
         cases = sorted(results[run].items(), key=lambda item: int(item[0].split("/")[-1]))
         for case, ways in cases:
             base, figures = ways[BASELINE], ways["library"]
