@@ -1,5 +1,6 @@
 #include "Lane.h"
 
+#include <android/log.h>
 #include <poll.h>
 #include <sched.h>
 #include <sys/socket.h>
@@ -12,6 +13,7 @@
 #include <utility>
 
 #include "ParcelAccess.h"
+#include "RetryOnInterrupt.h"
 
 namespace android::transport {
 
@@ -33,17 +35,16 @@ void pauseProcessor() {
 #endif
 }
 
-template <class Call>
-ssize_t retryOnInterrupt(Call call) {
-  ssize_t result;
-  do {
-    result = call();
-  } while (result < 0 && errno == EINTR);
-  return result;
+status_t statusOfErrno() {
+  const int error = errno;
+  if (error == EPIPE || error == ECONNRESET || error == ENOTCONN) return DEAD_OBJECT;
+  __android_log_print(ANDROID_LOG_ERROR, "binder", "a call has failed: %s", std::strerror(error));
+  return FAILED_TRANSACTION;
 }
 
-status_t statusOfErrno() {
-  return errno == EPIPE || errno == ECONNRESET || errno == ENOTCONN ? DEAD_OBJECT : FAILED_TRANSACTION;
+bool waitFor(int socket, int16_t events, int timeoutMs) {
+  pollfd poller{socket, events, 0};
+  return retryOnInterrupt([&] { return ::poll(&poller, 1, timeoutMs); }) > 0;
 }
 
 msghdr messageOf(std::span<iovec> packet) {
@@ -65,10 +66,7 @@ bool isValid(const FrameHeader& header) {
 
 }  // namespace
 
-bool waitReadable(int socket, int timeoutMs) {
-  pollfd poller{socket, POLLIN, 0};
-  return retryOnInterrupt([&] { return ::poll(&poller, 1, timeoutMs); }) > 0;
-}
+bool waitReadable(int socket, int timeoutMs) { return waitFor(socket, POLLIN, timeoutMs); }
 
 void Lane::share() {
   if (Lookouts::self().patience().count() == 0) return;
@@ -148,7 +146,7 @@ status_t Lane::sendPackets(Pieces* pieces) {
   return sent < 0 ? statusOfErrno() : OK;
 }
 
-status_t Lane::trySend(const FrameHeader& header) {
+status_t Lane::trySend(const FrameHeader& header, int timeoutMs) {
   if (mailboxes_ && mailboxes_.out().claim()) {
     std::memcpy(mailboxes_.out().bytes(), &header, sizeof(header));
     mailboxes_.out().fill(sizeof(header));
@@ -158,7 +156,8 @@ status_t Lane::trySend(const FrameHeader& header) {
     return ::send(socket_.get(), &header, sizeof(header), MSG_NOSIGNAL | MSG_DONTWAIT);
   };
   if (retryOnInterrupt(send) >= 0) return OK;
-  return errno == EAGAIN || errno == EWOULDBLOCK ? WOULD_BLOCK : statusOfErrno();
+  if (errno != EAGAIN && errno != EWOULDBLOCK) return statusOfErrno();
+  return timeoutMs != 0 && waitFor(socket_.get(), POLLOUT, timeoutMs) ? trySend(header) : WOULD_BLOCK;
 }
 
 void Lane::endLookout() {

@@ -46,9 +46,8 @@ class Lane {
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {});
 
-  /** Sends a frame without data, if that can be done without waiting; else WOULD_BLOCK, and the lane is as it
-   * was. */
-  status_t trySend(const FrameHeader& header);
+  /** Sends a frame without data, if that can be done in time; else WOULD_BLOCK, and the lane is as it was. */
+  status_t trySend(const FrameHeader& header, int timeoutMs = 0);
 
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,

@@ -15,6 +15,7 @@
 
 #include "Exports.h"
 #include "Remotes.h"
+#include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
 #include "Transport.h"
 
@@ -126,13 +127,9 @@ status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remo
   Entry entry;
   entry.connection = std::move(connection);
   entry.remote = remote;
-  status_t status;
-  {
-    const std::lock_guard lock(mutex_);
-    status = start();
-    if (status == OK) status = add(std::move(entry));
-  }
-  return told(status, "can't wait for the end of a process");
+  const std::lock_guard lock(mutex_);
+  const status_t status = start();
+  return status == OK ? add(std::move(entry)) : status;
 }
 
 void Reactor::run() {
@@ -182,10 +179,14 @@ void Reactor::accept() {
   socklen_t size = sizeof(entry.credentials);
   if (::getsockopt(entry.connection.get(), SOL_SOCKET, SO_PEERCRED, &entry.credentials, &size) < 0 ||
       entry.credentials.uid != ::geteuid()) {
-    __android_log_print(ANDROID_LOG_WARN, "binder", "refused a connection from user %u",
-                        entry.credentials.uid);
+    if (!refusesOthers_) {
+      __android_log_print(ANDROID_LOG_WARN, "binder", "refuses connections from user %u",
+                          entry.credentials.uid);
+    }
+    refusesOthers_ = true;
     return;
   }
+  refusesOthers_ = false;
   if (strangers_.size() >= kMaxStrangers) {
     if (!tooManyStrangers_) {
       __android_log_print(ANDROID_LOG_WARN, "binder",
@@ -220,7 +221,8 @@ void Reactor::readable(int fd) {
   } else {
     std::erase_if(strangers_, [fd](const Stranger& stranger) { return stranger.fd == fd; });
     Hello hello;
-    const ssize_t size = ::recv(fd, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC);
+    const ssize_t size =
+        retryOnInterrupt([&] { return ::recv(fd, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC); });
     if (size == sizeof(hello) && hello.magic == kMagic) greet(std::move(entry), hello);
   }
 }
@@ -230,14 +232,18 @@ void Reactor::tellOfDeath(const Peer& holder, ObjectDeath number) {
   for (const auto& [fd, entry] : entries_) {
     if (entry.peer.get() != &holder) continue;
     // Who has left so many unread is stuck, and takes this process for dead rather than its object for alive.
-    if (::send(fd, &number, sizeof(number), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) ::shutdown(fd, SHUT_RDWR);
+    const auto tell = [&, socket = fd] {
+      return ::send(socket, &number, sizeof(number), MSG_NOSIGNAL | MSG_DONTWAIT);
+    };
+    if (retryOnInterrupt(tell) < 0) ::shutdown(fd, SHUT_RDWR);
   }
 }
 
 /** The owner of objects says that one is no more, or says nothing any more. */
 void Reactor::hear(Entry entry) {
   ObjectDeath number;
-  const ssize_t size = ::recv(entry.connection.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC);
+  const ssize_t size = retryOnInterrupt(
+      [&] { return ::recv(entry.connection.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC); });
   const std::shared_ptr<Remote> remote = entry.remote;
   if (size != sizeof(number)) return remote->died();
   remote->objectDied(number);
@@ -255,7 +261,11 @@ void Reactor::greet(Entry entry, const Hello& hello) {
     entry.peer = exports.addPeer(hello.process, entry.credentials.pid);
     if (entry.peer == nullptr) return;
     const Hello answer{.kind = ConnectionKind::kWatch, .process = Transport::self().id};
-    if (::send(entry.connection.get(), &answer, sizeof(answer), MSG_NOSIGNAL | MSG_DONTWAIT) < 0) {
+    const auto answering = [&] {
+      return ::send(entry.connection.get(), &answer, sizeof(answer), MSG_NOSIGNAL | MSG_DONTWAIT);
+    };
+    if (retryOnInterrupt(answering) < 0) {
+      if (errno != EPIPE && errno != ECONNRESET) told(-errno, "can't answer a process");
       exports.removePeer(*entry.peer);
       return;
     }
@@ -272,8 +282,10 @@ void Reactor::greet(Entry entry, const Hello& hello) {
     const WaitingLane lane{std::make_shared<UniqueFd>(std::move(entry.connection)), std::move(peer),
                            entry.credentials.uid};
     if (serveOnThread(lane)) return;
-    __android_log_print(ANDROID_LOG_ERROR, "binder",
-                        "no thread for a caller, who waits until there can be one");
+    if (waiting_.empty()) {
+      __android_log_print(ANDROID_LOG_ERROR, "binder",
+                          "no thread for a caller, who waits until there can be one");
+    }
     waiting_.push_back(lane);
   }
 }

@@ -33,7 +33,7 @@ class Reactor {
   /** Makes this process reachable for others. */
   status_t listen();
 
-  /** Has `remote` told when `connection` ends. */
+  /** Has `remote` told when `connection` ends. Logs nothing. */
   status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
 
   /** Tells a process that an object which it held is no more, though its process lives. */
@@ -96,6 +96,7 @@ class Reactor {
   std::vector<WaitingLane> waiting_;
   std::deque<Stranger> strangers_;
   bool tooManyStrangers_ = false;
+  bool refusesOthers_ = false;
   Complaint acceptFailure_;
 };
 

@@ -9,6 +9,7 @@
 #include <utility>
 
 #include "BpBinder.h"
+#include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
 #include "Transport.h"
 
@@ -21,66 +22,110 @@ namespace {
  * of its own code has to run. One that is stopped or stuck counts as out of reach.
  */
 constexpr int kAnswerTimeoutMs = 5000;
+constexpr std::chrono::milliseconds kAnswerPatience(kAnswerTimeoutMs);
+/** As little as there is: none means for ever. */
+constexpr std::chrono::milliseconds kNoPatience(1);
 
-/** Connects to a process and sends the Hello. */
-status_t openConnection(uint64_t process, ConnectionKind kind, UniqueFd* connection) {
+timeval timevalOf(std::chrono::milliseconds time) {
+  timeval result = {};
+  result.tv_sec = static_cast<time_t>(time.count() / 1000);
+  result.tv_usec = static_cast<suseconds_t>(time.count() % 1000 * 1000);
+  return result;
+}
+
+/** Until when a call may wait that connects or sends; 0 for ever. */
+bool limitWait(const UniqueFd& socket, std::chrono::milliseconds patience) {
+  const timeval limit = timevalOf(patience);
+  return ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit)) == 0;
+}
+
+/**
+ * Connects to a process and sends the Hello. DEAD_OBJECT if there is none. What else is wrong is said in
+ * `failure`.
+ */
+status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::milliseconds patience,
+                        UniqueFd* connection, std::string* failure) {
   sockaddr_un address;
   if (!runtime_dir::socketAddress(process, &address)) return FAILED_TRANSACTION;
-  UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-  int result = -1;
-  if (socket.valid()) {
-    do {
-      result = ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-    } while (result < 0 && errno == EINTR);
-  }
-  if (result < 0) {
-    if (errno == ECONNREFUSED || errno == ENOENT) return DEAD_OBJECT;
-    __android_log_print(ANDROID_LOG_ERROR, "binder", "can't connect to %s: %s", address.sun_path,
-                        std::strerror(errno));
+  const auto failed = [&](int error) -> status_t {
+    *failure = std::string("can't connect to ") + address.sun_path + ": " +
+               (error == EAGAIN ? "it takes no connections" : std::strerror(error));
     return FAILED_TRANSACTION;
-  }
+  };
+  UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  // A process that is stopped or stuck takes none when its queue is full.
+  if (!socket.valid() || !limitWait(socket, patience)) return failed(errno);
+  const auto connecting = [&] {
+    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+  };
+  if (retryOnInterrupt(connecting) < 0)
+    return errno == ECONNREFUSED || errno == ENOENT ? DEAD_OBJECT : failed(errno);
 
   ucred credentials;
   socklen_t size = sizeof(credentials);
-  if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &size) < 0 ||
-      credentials.uid != ::geteuid()) {
-    __android_log_print(ANDROID_LOG_ERROR, "binder", "%s belongs to another user", address.sun_path);
+  if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &size) < 0) return failed(errno);
+  if (credentials.uid != ::geteuid()) {
+    *failure = std::string(address.sun_path) + " belongs to another user";
     return PERMISSION_DENIED;
   }
   const Hello hello{.kind = kind, .process = Transport::self().id};
-  if (::send(socket.get(), &hello, sizeof(hello), MSG_NOSIGNAL) != sizeof(hello)) return DEAD_OBJECT;
+  const auto greeting = [&] { return ::send(socket.get(), &hello, sizeof(hello), MSG_NOSIGNAL); };
+  if (retryOnInterrupt(greeting) < 0)
+    return errno == EPIPE || errno == ECONNRESET ? DEAD_OBJECT : failed(errno);
+  if (!limitWait(socket, std::chrono::milliseconds(0))) return failed(errno);
   *connection = std::move(socket);
   return OK;
+}
+
+/** Logs why a process can't be reached, once while that stays so. Never under a lock: the application's
+ * logger may use the binder. */
+void tellOnce(const std::string& failure) {
+  static std::mutex& mutex = *new std::mutex;
+  static std::string& last = *new std::string;
+  {
+    const std::lock_guard lock(mutex);
+    if (last == failure) return;
+    last = failure;
+  }
+  if (!failure.empty()) __android_log_print(ANDROID_LOG_ERROR, "binder", "%s", failure.c_str());
 }
 
 }  // namespace
 
 status_t Remote::connect() {
-  const std::lock_guard connecting(connecting_);
-  if (!connected_) {
-    connected_ = openWatch();
-    if (*connected_ != OK) {
+  std::string failure;
+  status_t status;
+  {
+    const std::lock_guard connecting(connecting_);
+    if (connected_) return *connected_;
+    connected_ = status = openWatch(&failure);
+    if (status != OK) {
       // Those who waited for this attempt share its failure. Whoever comes next makes a new one: the cause
       // may have gone.
       dead_.store(true, std::memory_order_release);
       Transport::self().remotes.remove(*this);
     }
   }
-  return *connected_;
+  tellOnce(failure);
+  return status;
 }
 
-status_t Remote::openWatch() {
+status_t Remote::openWatch(std::string* failure) {
   UniqueFd watch;
-  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, &watch); status != OK) {
+  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, kAnswerPatience, &watch, failure);
+      status != OK) {
     return status;
   }
   Hello answer;
   if (!waitReadable(watch.get(), kAnswerTimeoutMs)) return FAILED_TRANSACTION;
-  const ssize_t size = ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC | MSG_DONTWAIT);
+  const ssize_t size = retryOnInterrupt(
+      [&] { return ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC | MSG_DONTWAIT); });
   if (size == 0 || (size < 0 && errno == ECONNRESET)) return DEAD_OBJECT;
   if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) return FAILED_TRANSACTION;
 
-  return Transport::self().reactor.watch(std::move(watch), shared_from_this());
+  const status_t status = Transport::self().reactor.watch(std::move(watch), shared_from_this());
+  if (status != OK) *failure = std::string("can't wait for the end of a process: ") + std::strerror(-status);
+  return status;
 }
 
 sp<BpBinder> Remote::knownProxy(uint64_t number) {
@@ -95,14 +140,18 @@ status_t Remote::proxy(uint64_t number, sp<IBinder>* object) {
       *object = std::move(known);
       return OK;
     }
-    if (deadObjects_.contains(number)) return DEAD_OBJECT;
+    ++acquiring_[number].threads;
   }
-  if (const status_t status = acquire(number); status != OK) return status;
+  const status_t status = acquire(number);
   sp<BpBinder> result;
   {
     const std::lock_guard lock(mutex_);
+    const auto acquiring = acquiring_.find(number);
     // It may have died between the answer and now.
-    if (deadObjects_.contains(number)) return DEAD_OBJECT;
+    const bool isDeadAlready = acquiring->second.isDead;
+    if (--acquiring->second.threads == 0) acquiring_.erase(acquiring);
+    if (status != OK) return status;
+    if (isDeadAlready) return DEAD_OBJECT;
     result = knownProxy(number);
     if (result == nullptr) {
       *object = result = new BpBinder(shared_from_this(), number);
@@ -122,7 +171,7 @@ std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
     return nullptr;
   }
   std::unique_ptr<Lane> lane = idle_.take();
-  if (lane == nullptr) lane = openLane(status);
+  if (lane == nullptr) lane = openLane(kAnswerPatience, status);
   if (lane == nullptr || !hasUnreleased_) return lane;
   std::vector<uint64_t> unreleased;
   {
@@ -130,16 +179,20 @@ std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
     hasUnreleased_ = false;
     unreleased.swap(unreleased_);
   }
-  for (const uint64_t number : unreleased) {
-    *status = lane->send({.kind = FrameKind::kRelease, .object = number});
-    if (*status != OK) return nullptr;
+  for (size_t i = 0; i < unreleased.size(); ++i) {
+    *status = lane->trySend({.kind = FrameKind::kRelease, .object = unreleased[i]});
+    if (*status == OK) continue;
+    putOff(&unreleased[i], unreleased.size() - i);
+    return *status == WOULD_BLOCK ? std::move(lane) : nullptr;
   }
   return lane;
 }
 
-std::unique_ptr<Lane> Remote::openLane(status_t* status) {
+std::unique_ptr<Lane> Remote::openLane(std::chrono::milliseconds patience, status_t* status) const {
   UniqueFd connection;
-  *status = openConnection(id_, ConnectionKind::kLane, &connection);
+  std::string failure;
+  *status = openConnection(id_, ConnectionKind::kLane, patience, &connection, &failure);
+  if (*status == OK || patience != kNoPatience) tellOnce(failure);
   if (*status != OK) return nullptr;
   auto lane = std::make_unique<Lane>(std::move(connection), Lane::Side::kCalls);
   lane->share();
@@ -187,7 +240,8 @@ status_t Remote::acquire(uint64_t number) {
   if (lane == nullptr) return status;
   FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
   Parcel none;
-  status = lane->send(header);
+  status = lane->trySend(header, kAnswerTimeoutMs);
+  if (status == WOULD_BLOCK) status = FAILED_TRANSACTION;
   if (status == OK && !lane->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
   if (status == OK) status = lane->receive(&header, &none);
   if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
@@ -201,15 +255,17 @@ void Remote::sendRelease(uint64_t number) {
   // Whoever lets an object go must not wait for its process. What can't be sent now goes with the next call.
   status_t status = OK;
   std::unique_ptr<Lane> lane = idle_.take();
-  if (lane == nullptr) lane = openLane(&status);
+  if (lane == nullptr) lane = openLane(kNoPatience, &status);
   if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
-  const bool putOff = lane == nullptr || status == WOULD_BLOCK;
-  if (putOff) {
-    const std::lock_guard lock(mutex_);
-    unreleased_.push_back(number);
-    hasUnreleased_ = true;
-  }
-  if (lane != nullptr && (status == OK || putOff)) returnLane(std::move(lane));
+  const bool isLater = lane == nullptr || status == WOULD_BLOCK;
+  if (isLater) putOff(&number, 1);
+  if (lane != nullptr && (status == OK || isLater)) returnLane(std::move(lane));
+}
+
+void Remote::putOff(const uint64_t* numbers, size_t count) {
+  const std::lock_guard lock(mutex_);
+  unreleased_.insert(unreleased_.end(), numbers, numbers + count);
+  hasUnreleased_ = true;
 }
 
 void Remote::release(const BpBinder& proxy) {
@@ -225,7 +281,9 @@ void Remote::objectDied(uint64_t number) {
   sp<BpBinder> proxy;
   {
     const std::lock_guard lock(mutex_);
-    deadObjects_.insert(number);
+    if (const auto acquiring = acquiring_.find(number); acquiring != acquiring_.end()) {
+      acquiring->second.isDead = true;
+    }
     proxy = knownProxy(number);
     proxies_.erase(number);
   }

@@ -1,12 +1,13 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
 #include <optional>
+#include <string>
 #include <unordered_map>
-#include <unordered_set>
 #include <vector>
 
 #include <binder/IBinder.h>
@@ -49,13 +50,15 @@ class Remote : public std::enable_shared_from_this<Remote> {
   void died();
 
  private:
-  /** An idle lane or a new one, over which all releases that were put off have been sent. */
+  /** An idle lane or a new one, over which the releases that were put off have been sent, as far as it takes
+   * them. */
   std::unique_ptr<Lane> takeLane(status_t* status);
-  std::unique_ptr<Lane> openLane(status_t* status);
+  std::unique_ptr<Lane> openLane(std::chrono::milliseconds patience, status_t* status) const;
   void returnLane(std::unique_ptr<Lane> lane);
-  status_t openWatch();
+  status_t openWatch(std::string* failure);
   status_t acquire(uint64_t number);
   void sendRelease(uint64_t number);
+  void putOff(const uint64_t* numbers, size_t count);
   sp<BpBinder> knownProxy(uint64_t number);
 
   const uint64_t id_;
@@ -67,8 +70,13 @@ class Remote : public std::enable_shared_from_this<Remote> {
   IdleLanes idle_;
   std::mutex mutex_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
-  /** Objects that are no more. Their numbers are not given again. */
-  std::unordered_set<uint64_t> deadObjects_;
+  /** Objects that threads are about to hold, and whether they died meanwhile. Of others there is nothing to
+   * remember: their process says itself that they are no more. */
+  struct Acquiring {
+    int threads = 0;
+    bool isDead = false;
+  };
+  std::unordered_map<uint64_t, Acquiring> acquiring_;
   /** Objects to be released that no lane would take at the time. */
   std::vector<uint64_t> unreleased_;
   std::atomic<bool> hasUnreleased_{false};

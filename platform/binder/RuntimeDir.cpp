@@ -21,6 +21,7 @@
 #include <thread>
 
 #include "Complaint.h"
+#include "RetryOnInterrupt.h"
 
 namespace android::transport::runtime_dir {
 
@@ -58,10 +59,14 @@ std::string hex(uint64_t number) {
   return text;
 }
 
+status_t statusOf(int error) {
+  return error == EACCES || error == EPERM || error == EROFS ? PERMISSION_DENIED : -error;
+}
+
 status_t fail(const char* what, const std::string& where) {
   const int error = errno;
   __android_log_print(ANDROID_LOG_ERROR, kTag, "%s %s: %s", what, where.c_str(), std::strerror(error));
-  return error == EACCES || error == EPERM || error == EROFS ? PERMISSION_DENIED : -error;
+  return statusOf(error);
 }
 
 bool parseHex(std::string_view text, uint64_t* number) {
@@ -87,8 +92,10 @@ std::optional<Address> parse(std::string_view text) {
 int probe(const sockaddr_un& address) {
   const UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket.valid()) return errno;
-  return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)) < 0 ? errno
-                                                                                                   : 0;
+  const auto connecting = [&] {
+    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+  };
+  return retryOnInterrupt(connecting) < 0 ? errno : 0;
 }
 
 template <class F>
@@ -213,7 +220,7 @@ status_t openSocket(uint64_t process, UniqueFd* socket, std::string* failure) {
   }
   const int error = errno;
   *failure = "can't make the socket " + pathOf(unready) + ": " + std::strerror(error);
-  return fits ? -error : BAD_VALUE;
+  return fits ? statusOf(error) : BAD_VALUE;
 }
 
 void removeSocket(uint64_t process) { ::unlink(pathOf(kSocketPrefix + hex(process)).c_str()); }

@@ -3,6 +3,7 @@
 #include <unistd.h>
 
 #include <cstring>
+#include <list>
 #include <random>
 
 #include "Frame.h"
@@ -149,6 +150,20 @@ TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
   std::vector<RawPeer> silent;
   for (int i = 0; i < 100; ++i) silent.emplace_back(path);
   EXPECT_EQ(increment(service, 5), 6) << "while they wait";
+}
+
+TEST_F(HostilePeerTest, RepliesThatAreNeverRead) {
+  std::list<RawPeer> lanes;
+  for (int i = 0; i < 10; ++i) {
+    lanes.push_back(lane());
+    lanes.back().sendFrame({.kind = FrameKind::kAcquire, .object = number});
+    lanes.back().sendFrame({.kind = FrameKind::kRequest,
+                            .object = number,
+                            .code = TestObject::kReplyOfSize,
+                            .dataSize = sizeof(int32_t)},
+                           std::vector<uint8_t>{0, 0, 8, 0});
+  }
+  EXPECT_EQ(increment(service, 5), 6) << "while threads wait to send half a megabyte";
 }
 
 TEST_F(HostilePeerTest, BindersThatAreNone) {

@@ -209,6 +209,32 @@ TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
   waitUntil("the object to go", [&] { return alive() == 1; });
 }
 
+/** Listens as another user, at a place of this one's. */
+CHILD_ROLE(impostor) {
+  const UniqueFd listening(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, (directory() / ".process-0000000000000099").c_str());
+  if (::bind(listening.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)) != 0) return 1;
+  if (::setgid(65534) != 0 || ::setuid(65534) != 0 || ::listen(listening.get(), 10) != 0) return 2;
+  parent.ready();
+  parent.waitForEnd();
+  return 0;
+}
+
+TEST_F(HostileServiceTest, NothingIsSaidToAnotherUsersProcess) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
+  const vesk::test::ChildProcess child("impostor");
+  std::filesystem::create_symlink("99:1", directory() / "tricky");
+  vesk::test::LogCapture log;
+  for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp("tricky"), nullptr);
+  const auto lines = log.take();
+  ASSERT_EQ(lines.size(), 1U) << "said once";
+  EXPECT_NE(lines[0].text.find(".process-0000000000000099 belongs to another user"), std::string::npos)
+      << lines[0];
+  std::filesystem::remove(directory() / "tricky");
+}
+
 TEST_F(HostileServiceTest, NamesThatAreNoAddresses) {
   const struct {
     const char* what;

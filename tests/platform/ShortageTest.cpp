@@ -5,8 +5,10 @@
 
 #include <csignal>
 #include <cstdlib>
+#include <cstring>
 
 #include "LogCapture.h"
+#include "RawPeer.h"
 #include "TestService.h"
 
 /* What is short or stuck for a while costs the calls of that while, and nothing later. */
@@ -27,9 +29,28 @@ class ShortageTest : public testing::Test {
   ServiceProcess process;
 };
 
-TEST_F(ShortageTest, AProcessThatIsStoppedForAWhileIsFoundAgain) {
-  const auto lookUp = [] { return android::defaultServiceManager()->checkService(String16("test.service")); };
+sp<IBinder> lookUp() { return android::defaultServiceManager()->checkService(String16("test.service")); }
+
+/** Until the process takes no more connections. */
+void fillQueueOf(const std::string& socketPath) {
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, socketPath.c_str());
+  for (int connected = 0; connected == 0;) {
+    const int fd = ::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_NONBLOCK | SOCK_CLOEXEC, 0);
+    connected = ::connect(fd, reinterpret_cast<const sockaddr*>(&address), sizeof(address));
+    ::close(fd);
+  }
+}
+
+class StoppedProcessTest : public ShortageTest, public testing::WithParamInterface<bool> {};
+
+INSTANTIATE_TEST_SUITE_P(Queue, StoppedProcessTest, testing::Bool(),
+                         [](const auto& parameter) { return parameter.param ? "Full" : "Free"; });
+
+TEST_P(StoppedProcessTest, IsFoundAgain) {
   ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  if (GetParam()) fillQueueOf(vesk::test::socketOf("test.service"));
   const auto start = std::chrono::steady_clock::now();
   std::vector<std::thread> threads;
   for (int i = 0; i < 3; ++i) threads.emplace_back([&] { EXPECT_EQ(lookUp(), nullptr); });
@@ -65,7 +86,6 @@ TEST_F(ShortageTest, AnObjectThatCantBeHeldNowIsRefusedAndNotTakenForDead) {
 }
 
 TEST_F(ShortageTest, WantOfDescriptorsIsSaidOnceAndNotForEachAttempt) {
-  const auto lookUp = [] { return android::defaultServiceManager()->checkService(String16("test.service")); };
   ASSERT_NE(lookUp(), nullptr);
   vesk::test::LogCapture log;
   rlimit before;

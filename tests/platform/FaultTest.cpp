@@ -1,0 +1,257 @@
+#include <binder/ProcessState.h>
+#include <dlfcn.h>
+#include <poll.h>
+#include <pthread.h>
+#include <sys/epoll.h>
+#include <sys/mman.h>
+#include <sys/socket.h>
+
+#include <atomic>
+#include <cerrno>
+#include <cstring>
+#include <list>
+#include <sstream>
+
+#include "LogCapture.h"
+#include "TestService.h"
+
+/* Calls of the kernel and of the C library that fail under the transport: in this program they are the
+ * functions below, which fail when they are told to. Each failure gives an error that names its cause, or
+ * nothing but a delay, and when it goes all is well again. */
+
+using android::DEAD_OBJECT;
+using android::FAILED_TRANSACTION;
+using android::IBinder;
+using android::OK;
+using android::Parcel;
+using android::sp;
+using android::String16;
+
+namespace {
+
+constexpr int kAlways = 1 << 30;
+
+std::atomic<const char*> failing = nullptr;
+std::atomic<int> errorNumber = 0;
+std::atomic<int> timesLeft = 0;
+/** The test's own calls on this thread are left alone. */
+thread_local bool isSpared = false;
+
+bool fails(const char* call) {
+  const char* const name = failing;
+  if (isSpared || name == nullptr || std::strcmp(name, call) != 0) return false;
+  if (timesLeft.fetch_sub(1) <= 0) return false;
+  errno = errorNumber;
+  return true;
+}
+
+void arm(const char* call, int error, int times) {
+  failing = nullptr;
+  errorNumber = error;
+  timesLeft = times;
+  failing = call;
+}
+void disarm() { failing = nullptr; }
+
+}  // namespace
+
+#define FAILING(result, failure, name, parameters, arguments, specifiers)                       \
+  extern "C" __attribute__((visibility("default"))) result name parameters specifiers {         \
+    if (fails(#name)) return failure;                                                           \
+    static const auto next = reinterpret_cast<result(*) parameters>(::dlsym(RTLD_NEXT, #name)); \
+    return next arguments;                                                                      \
+  }
+
+FAILING(ssize_t, -1, send, (int fd, const void* bytes, size_t size, int flags), (fd, bytes, size, flags), )
+FAILING(ssize_t, -1, recv, (int fd, void* bytes, size_t size, int flags), (fd, bytes, size, flags), )
+FAILING(ssize_t, -1, sendmsg, (int fd, const msghdr* message, int flags), (fd, message, flags), )
+FAILING(ssize_t, -1, recvmsg, (int fd, msghdr* message, int flags), (fd, message, flags), )
+FAILING(int, -1, connect, (int fd, const sockaddr* address, socklen_t size), (fd, address, size), )
+FAILING(int, -1, accept4, (int fd, sockaddr* address, socklen_t* size, int flags),
+        (fd, address, size, flags), )
+FAILING(int, -1, poll, (pollfd * fds, nfds_t count, int timeout), (fds, count, timeout), )
+FAILING(int, -1, socket, (int domain, int type, int protocol), (domain, type, protocol), noexcept)
+FAILING(int, -1, epoll_create1, (int flags), (flags), noexcept)
+FAILING(int, -1, epoll_ctl, (int epoll, int what, int fd, epoll_event* event), (epoll, what, fd, event),
+        noexcept)
+FAILING(int, -1, memfd_create, (const char* name, unsigned flags), (name, flags), noexcept)
+FAILING(int, errno, pthread_create,
+        (pthread_t * thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument),
+        (thread, attributes, run, argument), noexcept)
+
+namespace {
+
+sp<IBinder> lookUp() { return android::defaultServiceManager()->checkService(String16("test.service")); }
+
+/** Data of one packet there and back, and of several. */
+android::status_t use(const sp<IBinder>& service) {
+  if (const int32_t answer = increment(service, 1); answer != 2) return answer;
+  const std::vector<uint8_t> bytes(300'000, 0x5a);
+  Parcel data;
+  Parcel reply;
+  data.write(bytes.data(), bytes.size());
+  const android::status_t status = service->transact(TestObject::kEcho, data, &reply);
+  if (status != OK) return status;
+  return reply.dataSize() == bytes.size() && std::memcmp(reply.data(), bytes.data(), bytes.size()) == 0
+             ? OK
+             : android::BAD_VALUE;
+}
+
+std::string textOf(const std::vector<vesk::test::LogLine>& lines) {
+  std::string text;
+  for (const auto& line : lines) text += line.text + "\n";
+  return text;
+}
+
+/** A service that is told of its next fault: "call error times"; nothing fails after any other message. Each
+ * is answered with what was logged since the one before. */
+CHILD_ROLE(faultyService) {
+  isSpared = true;
+  vesk::test::LogCapture log;
+  if (android::defaultServiceManager()->addService(String16("test.service"), new TestObject) != OK) return 1;
+  android::ProcessState::self()->startThreadPool();
+  parent.ready();
+  // Threads may still look at the name of the fault before.
+  static std::list<std::string>& calls = *new std::list<std::string>;
+  for (std::string order; !(order = parent.channel().receive(-1)).empty();) {
+    disarm();
+    int error = 0;
+    int times = 0;
+    if (std::istringstream(order) >> calls.emplace_back() >> error >> times)
+      arm(calls.back().c_str(), error, times);
+    parent.channel().send("logged: " + textOf(log.take()));
+  }
+  return 0;
+}
+
+enum class Where { kCaller, kService };
+
+struct FaultRow {
+  Where where;
+  const char* call;
+  int error;
+  int times;
+  /** What comes of the faulty call, on connections that stand and on new ones. */
+  android::status_t standing;
+  bool isFound;
+  const char* logged;
+};
+
+constexpr Where kCaller = Where::kCaller;
+constexpr Where kService = Where::kService;
+
+constexpr FaultRow kRows[] = {
+    {kCaller, "send", EINTR, 3, OK, true, ""},
+    {kCaller, "recv", EINTR, 3, OK, true, ""},
+    {kCaller, "sendmsg", EINTR, 3, OK, true, ""},
+    {kCaller, "recvmsg", EINTR, 3, OK, true, ""},
+    {kCaller, "poll", EINTR, 3, OK, true, ""},
+    {kCaller, "connect", EINTR, 1, OK, true, ""},
+    {kService, "send", EINTR, 3, OK, true, ""},
+    {kService, "recv", EINTR, 3, OK, true, ""},
+    {kService, "sendmsg", EINTR, 3, OK, true, ""},
+    {kService, "recvmsg", EINTR, 3, OK, true, ""},
+    {kService, "accept4", EINTR, 3, OK, true, ""},
+    // A lane does without its mailboxes.
+    {kCaller, "memfd_create", ENOMEM, kAlways, OK, true, ""},
+    {kCaller, "memfd_create", EMFILE, kAlways, OK, true, ""},
+    {kCaller, "send", ENOBUFS, kAlways, FAILED_TRANSACTION, false, "No buffer space available"},
+    {kCaller, "sendmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
+    {kCaller, "recvmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
+    {kCaller, "socket", ENFILE, kAlways, OK, false, "Too many open files in system"},
+    {kCaller, "connect", EAGAIN, kAlways, OK, false, "it takes no connections"},
+    {kCaller, "connect", EACCES, kAlways, OK, false, "Permission denied"},
+    {kCaller, "epoll_ctl", ENOSPC, kAlways, OK, false, "No space left on device"},
+    {kService, "send", ENOBUFS, kAlways, DEAD_OBJECT, false, "No buffer space available"},
+    {kService, "recvmsg", ENOMEM, kAlways, DEAD_OBJECT, false, "Cannot allocate memory"},
+    // Waited for.
+    {kService, "accept4", EMFILE, 3, OK, true, "can't accept connections: Too many open files"},
+    {kService, "accept4", ENOMEM, 3, OK, true, "can't accept connections: Cannot allocate memory"},
+    {kService, "pthread_create", EAGAIN, 3, OK, true, "no thread for a caller"},
+};
+
+/** Uses the service while the fault lasts, on connections that stand or on new ones. */
+void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool isStanding) {
+  SCOPED_TRACE(isStanding ? "standing" : "new");
+  const auto tell = [&](const std::string& order) {
+    process.channel().send(order);
+    return process.channel().receive();
+  };
+  sp<IBinder> service;
+  if (isStanding) service = lookUp();
+  vesk::test::LogCapture log;
+  if (row.where == kService) {
+    tell(std::string(row.call) + " " + std::to_string(row.error) + " " + std::to_string(row.times));
+  } else {
+    arm(row.call, row.error, row.times);
+  }
+  if (!isStanding) service = lookUp();
+  const android::status_t status = service == nullptr ? OK : use(service);
+  disarm();
+  const std::string logged = row.where == kService ? tell("mended") : textOf(log.take());
+  EXPECT_EQ(service != nullptr, isStanding || row.isFound);
+  if (isStanding) {
+    EXPECT_EQ(status, row.standing);
+  }
+  // Not every fault meets every call.
+  if (status != OK || service == nullptr) {
+    EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
+    EXPECT_STRNE(row.logged, "");
+  }
+  EXPECT_LT(std::count(logged.begin(), logged.end(), '\n'), 3) << logged;
+  service = lookUp();
+  ASSERT_NE(service, nullptr) << "now that the fault is gone";
+  EXPECT_EQ(use(service), OK);
+  // Until nobody looks into a mailbox any longer.
+  std::this_thread::sleep_for(std::chrono::milliseconds(1));
+}
+
+TEST(FaultTest, EachNamesItsCauseAndPasses) {
+  android::ProcessState::self()->startThreadPool();
+  for (const FaultRow& row : kRows) {
+    SCOPED_TRACE(std::string(row.call) + " in the " + (row.where == kCaller ? "caller" : "service") + ": " +
+                 std::strerror(row.error));
+    vesk::test::ChildProcess process("faultyService");
+    for (const bool isStanding : {false, true}) expectOfRow(row, process, isStanding);
+  }
+}
+
+/** Its first use of the transport fails: "cause", and then it doesn't. */
+CHILD_ROLE(beginner) {
+  vesk::test::LogCapture log;
+  const auto registers = [] {
+    return android::defaultServiceManager()->addService(String16("beginner"), new TestObject) == OK;
+  };
+  arm(args[0].c_str(), std::stoi(args[1]), kAlways);
+  const bool cantRegister = !registers();
+  const bool cantFind = lookUp() == nullptr;
+  disarm();
+  const std::string logged = textOf(log.take());
+  const bool mended = registers() && lookUp() != nullptr && use(lookUp()) == OK;
+  parent.ready();
+  parent.channel().send(logged);
+  return cantRegister && cantFind && mended ? 0 : 1;
+}
+
+TEST(FaultTest, TheFirstUseCanFailToo) {
+  const ServiceProcess process("test.service");
+  const struct {
+    const char* call;
+    int error;
+    const char* logged;
+  } rows[] = {{"epoll_create1", EMFILE, "Too many open files"},
+              {"pthread_create", EAGAIN, "Resource temporarily unavailable"},
+              {"epoll_ctl", ENOMEM, "Cannot allocate memory"}};
+  for (const auto& row : rows) {
+    vesk::test::ChildProcess child("beginner", {row.call, std::to_string(row.error)});
+    const std::string logged = child.channel().receive();
+    EXPECT_NE(logged.find(std::string("can't wait for connections: ") + row.logged), std::string::npos)
+        << logged;
+    EXPECT_NE(logged.find(std::string("can't wait for the end of a process: ") + row.logged),
+              std::string::npos)
+        << logged;
+    EXPECT_EQ(child.wait(), 0) << row.call;
+  }
+}
+
+}  // namespace
