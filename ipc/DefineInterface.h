@@ -37,8 +37,6 @@ static_assert(codesAreDense(), "the rows of an interface stand in code order, fr
 const android::String16& COM_QV_I::descriptor =
     immortal<android::String16>("com.qv." COM_QV_STRING(COM_QV_I));
 
-const android::String16& COM_QV_I::getInterfaceDescriptor() const { return descriptor; }
-
 android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>& binder) {
   if (binder == nullptr) return nullptr;
   if (const android::sp<android::IInterface> local = binder->queryLocalInterface(descriptor);
@@ -48,22 +46,22 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
   return new COM_QV_BP(binder);
 }
 
-COM_QV_I::COM_QV_I() = default;
-COM_QV_I::~COM_QV_I() = default;
+// What is called in here is inlined: as functions of their own, the base classes' constructors and
+// destructors would bring virtual tables that nobody uses.
+[[gnu::flatten]] COM_QV_BP::COM_QV_BP(const android::sp<android::IBinder>& remote)
+    : android::BpInterface<COM_QV_I>(remote) {}
+[[gnu::flatten]] COM_QV_BP::~COM_QV_BP() = default;
 
-COM_QV_BP::COM_QV_BP(const android::sp<android::IBinder>& remote) : android::BpInterface<COM_QV_I>(remote) {}
-COM_QV_BP::~COM_QV_BP() = default;
-
-#define METHOD(code, name, ...)                                                                  \
-  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                          \
-    return callMethod<COM_QV_TYPES(__VA_ARGS__)>(remote(), descriptor,                           \
-                                                 code __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__)); \
+#define METHOD(code, name, ...)                                         \
+  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) { \
+    return call<COM_QV_I __VA_OPT__(, ) COM_QV_TYPES(__VA_ARGS__)>(     \
+        remote() __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__), code);       \
   }
 #include COM_QV_METHODS
 #undef METHOD
 
-COM_QV_BN::COM_QV_BN() = default;
-COM_QV_BN::~COM_QV_BN() = default;
+[[gnu::flatten]] COM_QV_BN::COM_QV_BN() = default;
+[[gnu::flatten]] COM_QV_BN::~COM_QV_BN() = default;
 
 android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                         uint32_t flags) {
@@ -72,18 +70,18 @@ android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& da
   }
   if (!data.checkInterface(this)) return android::BAD_TYPE;
 
+  const auto serve = [&](auto method) {
+    return serveMethod(static_cast<COM_QV_I*>(this), anyMethod(method), signatureOf(method), data, reply);
+  };
   switch (code) {
 #define METHOD(code, name, ...) \
   case code:                    \
-    return serve(static_cast<COM_QV_I*>(this), &COM_QV_I::name, data, reply);
+    return serve(&COM_QV_I::name);
 #include COM_QV_METHODS
 #undef METHOD
   }
   return android::UNKNOWN_TRANSACTION;
 }
-
-COM_QV_DEFAULT::COM_QV_DEFAULT() = default;
-COM_QV_DEFAULT::~COM_QV_DEFAULT() = default;
 
 }  // namespace com::qv
 

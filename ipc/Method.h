@@ -1,132 +1,118 @@
 #pragma once
 
+#include <bit>
 #include <cstddef>
-#include <tuple>
+#include <cstdint>
+#include <memory>
 #include <type_traits>
 #include <utility>
-#include <variant>
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>
 #include <binder/Status.h>
 
-#include "ipc/Marshal.h"
+#include "ipc/Type.h"
 
 /*
- * A method's two ends, deduced from its parameter types: callMethod is what a proxy's method does,
- * serveMethod what a stub does for it. Both are compiled once for each distinct parameter list, not for each
- * method.
+ * A method's two ends: callMethod is what a proxy's method does, serveMethod what a stub does for it. Both
+ * are compiled once and walk over the types of a parameter list. What is compiled for each distinct parameter
+ * list only turns a method's arguments into addresses, or addresses into arguments.
  */
 namespace com::qv {
 
+/** Where the lists of <com/qv/detail/Methods.h> end. */
+constexpr size_t kMaxParameters = 8;
+
 template <class Parameter>
 constexpr bool kIsOut = std::is_pointer_v<Parameter>;
-
-template <class... Parameters>
-constexpr size_t kInCount = (size_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
 
 /** What a parameter refers to or points to. */
 template <class Parameter>
 using Value = std::remove_pointer_t<std::remove_cvref_t<Parameter>>;
 
+/** A method of any interface and any parameters, which has to be turned back before it is called. */
+using AnyMethod = android::binder::Status (android::IInterface::*)();
+
+/** A parameter list. */
+struct Signature {
+  /** What the parameters refer to or point to, in order. */
+  const Type* const* types;
+  uint8_t count;
+  uint8_t ins;
+  /** Calls a method that has this parameter list with the parameters at `values`. */
+  android::binder::Status (*invoke)(android::IInterface* service, AnyMethod method, void* const* values);
+
+  uint8_t outs() const { return static_cast<uint8_t>(count - ins); }
+};
+
+template <class... Parameters>
+struct SignatureOf {
+  static constexpr uint8_t kCount = sizeof...(Parameters);
+  static constexpr uint8_t kIns = (uint8_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
+  static_assert(kCount <= kMaxParameters);
+
+  template <class Parameter>
+  static decltype(auto) argument(void* value) {
+    if constexpr (kIsOut<Parameter>) {
+      return static_cast<Parameter>(value);
+    } else {
+      return (*static_cast<const Value<Parameter>*>(value));
+    }
+  }
+
+  static android::binder::Status invoke(android::IInterface* service, AnyMethod method,
+                                        [[maybe_unused]] void* const* values) {
+    const auto typed = std::bit_cast<android::binder::Status (android::IInterface::*)(Parameters...)>(method);
+    return [&]<size_t... I>(std::index_sequence<I...>) {
+      return (service->*typed)(argument<Parameters>(values[I])...);
+    }
+    (std::index_sequence_for<Parameters...>());
+  }
+
+  static constexpr const Type* kTypes[kCount + 1] = {&Typed<Value<Parameters>>::kType..., nullptr};
+  static constexpr Signature kSignature{kTypes, kCount, kIns, invoke};
+};
+
 /**
- * Applies `f` to the position of each out-parameter, as a std::integral_constant, in the order in which they
- * stand in a reply, until one fails: the last one first (it is the method's return value), then the others as
- * they are declared.
+ * Calls a method of a remote object.
+ *
+ * @param values the in-arguments, and where the results go: written only when the whole reply has been read
  */
-template <class... Parameters, class F>
-status_t forEachOut(F f) {
-  constexpr size_t kCount = sizeof...(Parameters);
-  constexpr size_t kIns = kInCount<Parameters...>;
-  status_t status = android::OK;
-  if constexpr (kCount > kIns) {
-    status = f(std::integral_constant<size_t, kCount - 1>());
-    [&]<size_t... I>(std::index_sequence<I...>) {
-      ((status == android::OK && (status = f(std::integral_constant<size_t, kIns + I>()))), ...);
-    }
-    (std::make_index_sequence<kCount - kIns - 1>());
+android::binder::Status callMethod(android::IBinder* remote, const android::String16& token, uint32_t code,
+                                   const Signature& signature, void* const* values);
+
+/** Answers a request for `method` of `service`. */
+status_t serveMethod(android::IInterface* service, AnyMethod method, const Signature& signature,
+                     const Parcel& data, Parcel* reply);
+
+/** The address of an argument, or the one to which an out-argument points. */
+template <class Parameter, class Argument>
+void* addressOf(const Argument& argument) {
+  if constexpr (kIsOut<Parameter>) {
+    return argument;
+  } else {
+    return const_cast<void*>(static_cast<const void*>(std::addressof(argument)));
   }
-  return status;
 }
 
-template <class... Parameters>
-[[gnu::noinline]] android::binder::Status callMethod(android::IBinder* remote, const android::String16& token,
-                                                     uint32_t code, Parameters... parameters) {
-  Parcel data;
-  Parcel reply;
-  android::binder::Status result;
-
-  status_t status = data.writeInterfaceToken(token);
-  [[maybe_unused]] const auto writeIn = [&](const auto& parameter) {
-    if constexpr (!kIsOut<std::remove_cvref_t<decltype(parameter)>>) {
-      if (status == android::OK) status = write(&data, parameter);
-    }
-  };
-  (writeIn(parameters), ...);
-
-  if (status == android::OK) status = remote->transact(code, data, &reply, 0);
-  if (status == android::OK) status = result.readFromParcel(reply);
-  if (status == android::OK && result.isOk()) {
-    // The caller's variables are written only when the whole reply has been read.
-    std::tuple<std::conditional_t<kIsOut<Parameters>, Value<Parameters>, std::monostate>...> received;
-    status = forEachOut<Parameters...>([&](auto i) { return read(reply, &std::get<i>(received)); });
-    if (status == android::OK) {
-      const std::tuple<const Parameters&...> targets(parameters...);
-      forEachOut<Parameters...>([&](auto i) {
-        *std::get<i>(targets) = std::move(std::get<i>(received));
-        return android::OK;
-      });
-    }
-  }
-  if (status != android::OK) result.setFromStatusT(status);
-  return result;
-}
-
-template <class... Parameters>
-[[gnu::noinline]] status_t serveMethod(android::IInterface* service,
-                                       android::binder::Status (android::IInterface::*method)(Parameters...),
-                                       const Parcel& data, Parcel* reply) {
-  constexpr size_t kIns = kInCount<Parameters...>;
-  std::tuple<Value<Parameters>...> locals;
-  status_t status = android::OK;
-
-  [&]<size_t... I>(std::index_sequence<I...>) {
-    ((status == android::OK && (status = read(data, &std::get<I>(locals)))), ...);
-  }
-  (std::make_index_sequence<kIns>());
-
-  if (status == android::OK) {
-    const android::binder::Status result = std::apply(
-        [&](auto&... local) {
-          return (service->*method)([&]() -> decltype(auto) {
-            if constexpr (kIsOut<Parameters>) {
-              return &local;
-            } else {
-              return (local);
-            }
-          }()...);
-        },
-        locals);
-    status = result.writeToParcel(reply);
-    if (status == android::OK && result.isOk()) {
-      status = forEachOut<Parameters...>([&](auto i) { return write(reply, std::get<i>(locals)); });
-    }
-  }
-
-  if (status == android::UNEXPECTED_NULL) {
-    return android::binder::Status::fromExceptionCode(android::binder::Status::EX_NULL_POINTER)
-        .writeToParcel(reply);
-  }
-  return status;
-}
-
-/** serveMethod for a method of an interface class. */
+/** callMethod for the method `code` of an interface. The code stands last, so that the arguments are where
+ * the proxy's method found them. */
 template <class Interface, class... Parameters>
-status_t serve(Interface* service, android::binder::Status (Interface::*method)(Parameters...),
-               const Parcel& data, Parcel* reply) {
-  return serveMethod<Parameters...>(
-      service, static_cast<android::binder::Status (android::IInterface::*)(Parameters...)>(method), data,
-      reply);
+[[gnu::noinline]] android::binder::Status call(android::IBinder* remote, Parameters... parameters,
+                                               uint32_t code) {
+  void* const values[] = {addressOf<Parameters>(parameters)..., nullptr};
+  return callMethod(remote, Interface::descriptor, code, SignatureOf<Parameters...>::kSignature, values);
+}
+
+/** A method of an interface class, and what is to know about its parameters. */
+template <class Interface, class... Parameters>
+AnyMethod anyMethod(android::binder::Status (Interface::*method)(Parameters...)) {
+  return std::bit_cast<AnyMethod>(
+      static_cast<android::binder::Status (android::IInterface::*)(Parameters...)>(method));
+}
+template <class Interface, class... Parameters>
+constexpr const Signature& signatureOf(android::binder::Status (Interface::*)(Parameters...)) {
+  return SignatureOf<Parameters...>::kSignature;
 }
 
 }  // namespace com::qv

@@ -16,6 +16,7 @@
 #include <com/qv/ClientBase.h>
 #include <com/qv/CommonParcelable.h>
 
+#include "ipc/Arguments.h"
 #include "ipc/Slot.h"
 
 namespace com::qv {
@@ -30,42 +31,12 @@ struct Preset {
   int value;
 };
 
-/** A C record of `kSize` bytes as an in-argument. */
-template <size_t kSize>
-struct Record {
-  const void* bytes;
-  CommonParcelable toParameter() const { return {bytes, kSize}; }
-};
-
 /** The rule for most records as out-values: taken at exactly `size` bytes. */
 struct Exactly {
   void* bytes;
   size_t size;
   bool store(const CommonParcelable& record) const { return record.copyTo(bytes, size); }
 };
-
-/** A C array as an in-argument; empty for a count of 0 or less. */
-struct IntArray {
-  const int* values;
-  int count;
-  std::vector<int32_t> toParameter() const {
-    return count > 0 ? std::vector<int32_t>(values, values + count) : std::vector<int32_t>();
-  }
-};
-
-/** A C argument as a method's parameter takes it. */
-template <class Parameter, class Argument>
-decltype(auto) toParameter(const Argument& argument) {
-  if constexpr (requires { argument.toParameter(); }) {
-    return argument.toParameter();
-  } else if constexpr (std::is_same_v<Argument, const char*>) {
-    return std::string(argument);  // A null pointer raises the standard library's logic error.
-  } else if constexpr (std::is_same_v<Parameter, bool> && std::is_same_v<Argument, int>) {
-    return argument != 0;
-  } else {
-    return (argument);
-  }
-}
 
 /**
  * One service as the C functions see it: the current client, and the frame that they share. Each C function
@@ -121,16 +92,8 @@ class Service {
   /** A method whose answer nobody looks at; an out-value, if it has one, is read and dropped. 0 once the call
    * was made, whatever came of it; -1 without a client. */
   template <class... Parameters, class... Arguments>
-  [[gnu::noinline]] int send(Method<Parameters...> method, Arguments... arguments) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return -1;
-    if constexpr (sizeof...(Arguments) == sizeof...(Parameters)) {
-      call<Parameters...>(*service, method, arguments...);
-    } else {
-      OutValue<Parameters...> dropped{};
-      call<Parameters...>(*service, method, arguments..., &dropped);
-    }
-    return 0;
+  int send(Method<Parameters...> method, Arguments... arguments) const {
+    return sendPlain(method, plain(arguments)...);
   }
 
   /** A method with one int32_t or bool out-value, which is the result; -1 or false without one. */
@@ -142,13 +105,8 @@ class Service {
 
   /** The same for a method with values of its own. */
   template <class... Parameters, class... Arguments>
-  [[gnu::noinline]] int value(Absent absent, Preset preset, Method<Parameters...> method,
-                              Arguments... arguments) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return absent.value;
-    auto result = static_cast<OutValue<Parameters...>>(preset.value);
-    call<Parameters...>(*service, method, arguments..., &result);
-    return result;
+  int value(Absent absent, Preset preset, Method<Parameters...> method, Arguments... arguments) const {
+    return valuePlain(absent, preset, method, plain(arguments)...);
   }
 
   /** A method with one record of `kSize` bytes as out-value: 0 if it was copied to `record`, else -1 and that
@@ -161,29 +119,14 @@ class Service {
   /** A method with one record as out-value, handed out by `rule`: its `store(record)` tells whether it took
    * it. -1 if it did not; else the method's int32_t out-value, preset to -1, or 0 if it has none. */
   template <class Rule, class... Parameters, class... Arguments>
-  [[gnu::noinline]] int fetch(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return -1;
-    CommonParcelable record;
-    if constexpr (std::is_same_v<OutValue<Parameters...>, int32_t>) {
-      int32_t result = -1;
-      call<Parameters...>(*service, method, arguments..., &record, &result);
-      return rule.store(record) ? result : -1;
-    } else {
-      call<Parameters...>(*service, method, arguments..., &record);
-      return rule.store(record) ? 0 : -1;
-    }
+  int fetch(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
+    return fetchPlain(rule, method, plain(arguments)...);
   }
 
   /** A method with one text as out-value, handed out by `rule` (see Text.h), whose result is returned. */
   template <class Rule, class... Parameters, class... Arguments>
-  [[gnu::noinline]] int text(Absent absent, Rule rule, Method<Parameters...> method,
-                             Arguments... arguments) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return absent.value;
-    std::string result;
-    call<Parameters...>(*service, method, arguments..., &result);
-    return rule.store(result);
+  int text(Absent absent, Rule rule, Method<Parameters...> method, Arguments... arguments) const {
+    return textPlain(absent, rule, method, plain(arguments)...);
   }
 
   /**
@@ -193,10 +136,8 @@ class Service {
    */
   template <size_t kSize, class Store, class... Parameters, class... Arguments>
   [[gnu::noinline]] int list(Store store, Method<Parameters...> method, Arguments... arguments) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return -1;
     std::vector<CommonParcelable> elements;
-    call<Parameters...>(*service, method, arguments..., &elements);
+    if (!call(method, plain(arguments)..., &elements)) return -1;
     int stored = 0;
     for (const CommonParcelable& element : elements) {
       if (element.blob().length() != kSize) continue;
@@ -211,6 +152,46 @@ class Service {
   using OutValue =
       std::remove_pointer_t<std::tuple_element_t<sizeof...(Parameters) - 1, std::tuple<Parameters...>>>;
 
+  /* Compiled once for each parameter list and the arguments for it, whatever the size of a record. */
+
+  template <class... Parameters, class... Arguments>
+  [[gnu::noinline]] int sendPlain(Method<Parameters...> method, Arguments... arguments) const {
+    if constexpr (sizeof...(Arguments) == sizeof...(Parameters)) {
+      return call(method, arguments...) ? 0 : -1;
+    } else {
+      OutValue<Parameters...> dropped{};
+      return call(method, arguments..., &dropped) ? 0 : -1;
+    }
+  }
+
+  template <class... Parameters, class... Arguments>
+  [[gnu::noinline]] int valuePlain(Absent absent, Preset preset, Method<Parameters...> method,
+                                   Arguments... arguments) const {
+    auto result = static_cast<OutValue<Parameters...>>(preset.value);
+    return call(method, arguments..., &result) ? result : absent.value;
+  }
+
+  template <class Rule, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int fetchPlain(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
+    CommonParcelable record;
+    int32_t result = 0;
+    bool called = false;
+    if constexpr (std::is_same_v<OutValue<Parameters...>, int32_t>) {
+      result = -1;
+      called = call(method, arguments..., &record, &result);
+    } else {
+      called = call(method, arguments..., &record);
+    }
+    return called && rule.store(record) ? result : -1;
+  }
+
+  template <class Rule, class... Parameters, class... Arguments>
+  [[gnu::noinline]] int textPlain(Absent absent, Rule rule, Method<Parameters...> method,
+                                  Arguments... arguments) const {
+    std::string result;
+    return call(method, arguments..., &result) ? rule.store(result) : absent.value;
+  }
+
   static android::sp<Client> newClient() { return new Client(android::String16(Client::kServiceName)); }
 
   /** Makes `client` the current one and its callbacks the current ones, as one step among concurrent ones. */
@@ -222,9 +203,19 @@ class Service {
     storeCallbacks();
   }
 
+  /** False without a client. */
   template <class... Parameters, class... Arguments>
-  static void call(Interface& service, Method<Parameters...> method, const Arguments&... arguments) {
-    (service.*method)(toParameter<Parameters>(arguments)...);
+  bool call(Method<Parameters...> method, const Arguments&... arguments) const {
+    void* values[] = {addressOf<Parameters>(arguments)..., nullptr};
+    return callAny(anyMethod(method), SignatureOf<Parameters...>::kSignature,
+                   ConversionsOf<std::tuple<Parameters...>, std::tuple<Arguments...>>::kConversions, values);
+  }
+  [[gnu::noinline]] bool callAny(AnyMethod method, const Signature& signature, const Conversion* conversions,
+                                 void** values) const {
+    const auto service = slot_.service();
+    if (service == nullptr) return false;
+    callWithArguments(service.get(), method, signature, conversions, values);
+    return true;
   }
 
   /** As the binder would: on a thread of its own, since the application may hold locks around its connect. */

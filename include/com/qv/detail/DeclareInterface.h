@@ -31,13 +31,10 @@ class COM_QV_EXPORT COM_QV_I : public android::IInterface {
   /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the process
    * exits. */
   static const android::String16& descriptor;
-  virtual const android::String16& getInterfaceDescriptor() const;
+  virtual const android::String16& getInterfaceDescriptor() const { return descriptor; }
 
   /** The object itself if it lives in this process, a new proxy for it if not; null for null. */
   static android::sp<COM_QV_I> asInterface(const android::sp<android::IBinder>& binder);
-
-  COM_QV_I();
-  ~COM_QV_I() override;
 
 #define METHOD(code, name, ...) virtual android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) = 0;
 #include COM_QV_METHODS
@@ -73,9 +70,6 @@ class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
  * interface. */
 class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
  public:
-  COM_QV_DEFAULT();
-  ~COM_QV_DEFAULT() override;
-
 #define METHOD(code, name, ...)                                                                           \
   android::binder::Status name(COM_QV_TYPES(__VA_ARGS__)) override {                                      \
     return android::binder::Status::fromExceptionCode(android::binder::Status::EX_UNSUPPORTED_OPERATION); \
