@@ -95,6 +95,7 @@ int main(int argc, char** argv) {
   };
   const auto pids = [](const std::vector<std::unique_ptr<Child>>& children) {
     std::vector<pid_t> result;
+    result.reserve(children.size());
     for (const auto& child : children) result.push_back(child->pid());
     return result;
   };

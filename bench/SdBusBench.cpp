@@ -50,7 +50,7 @@ const sd_bus_vtable kMethods[] = {SD_BUS_VTABLE_START(0),
 }
 
 void call(sd_bus* bus, const char* destination) {
-  sd_bus_error error = SD_BUS_ERROR_NULL;
+  sd_bus_error error = {};
   sd_bus_message* reply = nullptr;
   check(sd_bus_call_method(bus, destination, kPath, kName, "makeCall", &error, &reply, "is", kLine, kNumber),
         "calling");
