@@ -169,6 +169,8 @@ TEST_F(ServiceManagerTest, RegistersAgainWhereTheDirectoryWasRemoved) {
 /** Registers in the directory that the test has prepared; the exit code is the status. */
 CHILD_ROLE(registersIn) {
   ::setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
+  // Root can write everywhere.
+  if (args.size() > 1 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) return 99;
   parent.ready();
   const sp<IBinder> object = new TestObject();
   return -defaultServiceManager()->addService(String16("test.elsewhere"), object);
@@ -198,6 +200,10 @@ TEST_F(ServiceManagerTest, UsesOnlyADirectoryOfItsOwn) {
     ASSERT_EQ(::mkdir((base + "/foreign").c_str(), 0700), 0);
     ASSERT_EQ(::chown((base + "/foreign").c_str(), 65534, 65534), 0);
     EXPECT_EQ(registerIn(base + "/foreign"), PERMISSION_DENIED);
+    ASSERT_EQ(::chmod((base + "/foreign").c_str(), 0500), 0);
+    ASSERT_EQ(::chmod(base.c_str(), 0711), 0);
+    vesk::test::ChildProcess owner("registersIn", {base + "/foreign", "as its owner"});
+    EXPECT_EQ(-owner.wait(), PERMISSION_DENIED) << "not writable";
   }
 }
 

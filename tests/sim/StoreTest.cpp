@@ -1,8 +1,11 @@
 #include "store/Store.h"
 
+#include <dlfcn.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <atomic>
+#include <cerrno>
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -13,6 +16,20 @@
 #include "ChildProcess.h"
 #include "TemporaryDirectory.h"
 #include "config/Settings.h"
+
+static std::atomic<bool> diskIsFull = false;
+
+/** What SQLite writes with. */
+extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int fd, const void* bytes, size_t size,
+                                                                   off64_t offset) {
+  if (diskIsFull) {
+    errno = ENOSPC;
+    return -1;
+  }
+  static const auto next =
+      reinterpret_cast<ssize_t (*)(int, const void*, size_t, off64_t)>(::dlsym(RTLD_NEXT, "pwrite64"));
+  return next(fd, bytes, size, offset);
+}
 
 namespace {
 
@@ -125,6 +142,25 @@ TEST(Store, SaysWhereItCannotBe) {
   std::string error;
   EXPECT_EQ(Store::open(directory.path() + "/a/b", &error), nullptr);
   EXPECT_EQ(error, directory.path() + "/a/b: No such file or directory");
+}
+
+TEST(Store, SaysThatTheDiskIsFullAndGoesOnLater) {
+  const TemporaryDirectory directory;
+  const auto store = openStore(directory.path());
+  const auto put = [&](int64_t id, std::string* error) {
+    return store->transact(
+        [&](Transaction& transaction) { putName(transaction, id, std::string(20'000, 'x')); }, error);
+  };
+  std::string error;
+  ASSERT_TRUE(put(1, &error)) << error;
+  diskIsFull = true;
+  const bool isSaved = put(2, &error);
+  diskIsFull = false;
+  EXPECT_FALSE(isSaved);
+  EXPECT_EQ(error, "database or disk is full");
+  EXPECT_EQ(namesIn(*store), "1=" + std::string(20'000, 'x') + ";");
+  EXPECT_TRUE(put(3, &error)) << error;
+  EXPECT_EQ(namesIn(*store).find(";3="), 20'002U);
 }
 
 constexpr int kKeys = 40;
