@@ -195,20 +195,24 @@ ssize_t Lane::receivePacket() {
   if (!awaitsShare_) return retryOnInterrupt(receive);
   awaitsShare_ = false;
   iovec packet{buffer_.data(), buffer_.size()};
-  alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))];
+  // As many as a message can have: each has to be closed, but for one that comes alone.
+  constexpr size_t kMostDescriptors = 253;
+  alignas(cmsghdr) char control[CMSG_SPACE(kMostDescriptors * sizeof(int))];
   msghdr message = messageOf({&packet, 1});
   message.msg_control = control;
-  // No room for a second descriptor, which nobody would close.
-  message.msg_controllen = CMSG_LEN(sizeof(int));
+  message.msg_controllen = sizeof(control);
   const ssize_t size =
       retryOnInterrupt([&] { return ::recvmsg(socket_.get(), &message, MSG_TRUNC | MSG_CMSG_CLOEXEC); });
   UniqueFd shared;
   const cmsghdr* const rights = size >= 0 ? CMSG_FIRSTHDR(&message) : nullptr;
-  if (rights != nullptr && rights->cmsg_level == SOL_SOCKET && rights->cmsg_type == SCM_RIGHTS &&
-      rights->cmsg_len == CMSG_LEN(sizeof(int))) {
-    int fd;
-    std::memcpy(&fd, CMSG_DATA(rights), sizeof(fd));
-    shared = UniqueFd(fd);
+  if (rights != nullptr && rights->cmsg_level == SOL_SOCKET && rights->cmsg_type == SCM_RIGHTS) {
+    const size_t count = (rights->cmsg_len - CMSG_LEN(0)) / sizeof(int);
+    for (size_t i = 0; i < count; ++i) {
+      int fd;
+      std::memcpy(&fd, CMSG_DATA(rights) + i * sizeof(fd), sizeof(fd));
+      UniqueFd received(fd);
+      if (count == 1) shared = std::move(received);
+    }
   }
   FrameHeader header;
   if (size != sizeof(header)) return size;
@@ -233,7 +237,7 @@ status_t Lane::receive(FrameHeader* header, Parcel* data) {
     if (size == 0) return DEAD_OBJECT;
     status = unpack(buffer_.data(), static_cast<size_t>(size), header, data);
   }
-  if (mailboxes_) {
+  if (status == OK && mailboxes_) {
     backToBack_ = header->kind == FrameKind::kRequest && (header->hints & kHintBackToBack) != 0;
     if (header->kind == FrameKind::kReply) lastReply_ = Clock::now();
   }

@@ -117,11 +117,17 @@ status_t Remote::openWatch(std::string* failure) {
     return status;
   }
   Hello answer;
-  if (!waitReadable(watch.get(), kAnswerTimeoutMs)) return FAILED_TRANSACTION;
+  if (!waitReadable(watch.get(), kAnswerTimeoutMs)) {
+    *failure = "process " + std::to_string(id_) + " doesn't answer";
+    return FAILED_TRANSACTION;
+  }
   const ssize_t size = retryOnInterrupt(
       [&] { return ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC | MSG_DONTWAIT); });
   if (size == 0 || (size < 0 && errno == ECONNRESET)) return DEAD_OBJECT;
-  if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) return FAILED_TRANSACTION;
+  if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) {
+    *failure = "process " + std::to_string(id_) + " answers with what is no greeting";
+    return FAILED_TRANSACTION;
+  }
 
   const status_t status = Transport::self().reactor.watch(std::move(watch), shared_from_this());
   if (status != OK) *failure = std::string("can't wait for the end of a process: ") + std::strerror(-status);
@@ -257,9 +263,8 @@ void Remote::sendRelease(uint64_t number) {
   std::unique_ptr<Lane> lane = idle_.take();
   if (lane == nullptr) lane = openLane(kNoPatience, &status);
   if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
-  const bool isLater = lane == nullptr || status == WOULD_BLOCK;
-  if (isLater) putOff(&number, 1);
-  if (lane != nullptr && (status == OK || isLater)) returnLane(std::move(lane));
+  if (lane == nullptr || status != OK) putOff(&number, 1);
+  if (lane != nullptr && (status == OK || status == WOULD_BLOCK)) returnLane(std::move(lane));
 }
 
 void Remote::putOff(const uint64_t* numbers, size_t count) {
