@@ -238,8 +238,15 @@ std::optional<Command> die(const Words& words, std::string* error) {
   if (!service || !pause) return std::nullopt;
   return Command{[=](Runner& runner) {
     const android::sp<FaultyService> dying = runner.device().services()[*service];
-    runner.device().kill(*dying);
-    runner.after(*pause, [dying] { dying->revive(); });
+    const uint64_t death = runner.device().kill(*dying);
+    runner.after(*pause, [dying, death] {
+      // A later death has a pause of its own.
+      if (dying->deaths() != death) return;
+      if (const android::status_t status = dying->revive(); status != android::OK) {
+        Output::self().say(std::string(dying->name()) +
+                           " can't come back: " + android::statusToString(status));
+      }
+    });
     return std::string();
   }};
 }

@@ -113,11 +113,12 @@ bool Device::registerServices(std::string* error) const {
   return true;
 }
 
-void Device::kill(FaultyService& service) {
-  service.die();
+uint64_t Device::kill(FaultyService& service) {
+  const uint64_t deaths = service.die();
   constexpr std::chrono::milliseconds kAtOnce{0};
   if (service.name() == std::string_view("com.qv.CallService")) callService_->stopEvents(kAtOnce);
   if (service.name() == std::string_view("com.qv.MiscService")) miscService_->stopEvents(kAtOnce);
+  return deaths;
 }
 
 void Device::stopEvents(std::chrono::milliseconds patience) {

@@ -43,7 +43,7 @@ class Device {
 
   const std::vector<android::sp<FaultyService>>& services() const { return services_; }
   /** Has a service die for its callers; its listeners hear no more of it. */
-  void kill(FaultyService& service);
+  uint64_t kill(FaultyService& service);
 
   /** No more events; waits until no listener is being called, or the time is over. */
   void stopEvents(std::chrono::milliseconds patience);

@@ -91,13 +91,21 @@ status_t FaultyService::revive() {
   return android::defaultServiceManager()->addService(android::String16(name_), this);
 }
 
-void FaultyService::die() {
+uint64_t FaultyService::die() {
+  uint64_t deaths;
   {
     const std::lock_guard lock(mutex_);
     dead_ = true;
+    deaths = ++deaths_;
   }
   changed_.notify_all();
   android::standin::killObject(this);
+  return deaths;
+}
+
+uint64_t FaultyService::deaths() const {
+  const std::lock_guard lock(mutex_);
+  return deaths_;
 }
 
 void FaultyService::add(const Fault& fault) {
@@ -140,6 +148,10 @@ const MethodRow* FaultyService::find(uint32_t code) const {
 
 bool FaultyService::take(Fault::Kind kind, uint32_t code, Fault* taken) {
   const std::lock_guard lock(mutex_);
+  return takeLocked(kind, code, taken);
+}
+
+bool FaultyService::takeLocked(Fault::Kind kind, uint32_t code, Fault* taken) {
   const auto found = std::ranges::find_if(faults_, [&](const Fault& fault) {
     return fault.kind == kind && (fault.code == code || (fault.code == 0 && code < Fault::kEvent));
   });
@@ -153,13 +165,12 @@ status_t FaultyService::onTransact(uint32_t code, const Parcel& data, Parcel* re
   const MethodRow* const method = find(code);
   if (method == nullptr) return service_->transact(code, data, reply, flags);
   Fault fault{};
-  if (take(Fault::kDelay, code, &fault)) {
-    std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, fault.delay, [this, before = healed_] { return dead_ || healed_ != before; });
-  }
   {
-    const std::lock_guard lock(mutex_);
-    if (dead_) return android::DEAD_OBJECT;
+    std::unique_lock lock(mutex_);
+    const uint64_t deaths = deaths_;
+    const auto isCutShort = [&, healed = healed_] { return healed_ != healed || deaths_ != deaths; };
+    if (takeLocked(Fault::kDelay, code, &fault)) changed_.wait_for(lock, fault.delay, isCutShort);
+    if (dead_ || deaths_ != deaths) return android::DEAD_OBJECT;
   }
   if (take(Fault::kFail, code, &fault)) {
     if (fault.exception == 0) return fault.status;

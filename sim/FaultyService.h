@@ -56,8 +56,9 @@ class FaultyService : public android::BBinder {
 
   /** Tells of the service under its name. */
   android::status_t revive();
-  /** To its callers it is as if its process had died. */
-  void die();
+  /** To its callers it is as if its process had died. Returns how often it has died. */
+  uint64_t die();
+  uint64_t deaths() const;
 
   void add(const Fault& fault);
   /** How many bytes the record of this event is to have more. */
@@ -80,6 +81,8 @@ class FaultyService : public android::BBinder {
   const MethodRow* find(uint32_t code) const;
   /** Counts the first fault of the kind that is for the method; false if there is none. */
   bool take(Fault::Kind kind, uint32_t code, Fault* taken);
+  /** The same for who holds the mutex. */
+  bool takeLocked(Fault::Kind kind, uint32_t code, Fault* taken);
 
   const char* const name_;
   const android::sp<android::BBinder> service_;
@@ -91,6 +94,7 @@ class FaultyService : public android::BBinder {
   std::vector<Fault> faults_;
   /** Counts the times that delays were cut short. */
   uint64_t healed_ = 0;
+  uint64_t deaths_ = 0;
   bool dead_ = false;
 };
 

@@ -104,7 +104,7 @@ Prompt::~Prompt() {
   if (open_) rl_callback_handler_remove();
   std::fputs("\n", stdout);
   std::fflush(stdout);
-  close(printedFd_);
+  // printedFd_ stays open: the thread that writes may be about to use it.
   current = nullptr;
 }
 

@@ -62,6 +62,8 @@ void runUntilEnd(sim::Runner& runner, int signalFd) {
       char bytes[512];
       const ssize_t count = read(STDIN_FILENO, bytes, sizeof(bytes));
       if (count <= 0) fds[1].fd = -1;
+      // The last line may have no end of its own.
+      if (count == 0) console.feed("\n");
       if (count > 0) console.feed({bytes, static_cast<size_t>(count)});
     }
   }

@@ -12,6 +12,7 @@
 #include <cstring>
 #include <mutex>
 #include <string>
+#include <thread>
 #include <vector>
 
 #include "ChildProcess.h"
@@ -279,6 +280,13 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
   EXPECT_NE(binder_get_first_valid_line(), 1);
   EXPECT_EQ(binder_get_first_valid_line(), 1);
 
+  told("fail call always EX_SECURITY");
+  for (int i = 0; i < 3; ++i) EXPECT_NE(binder_get_first_valid_line(), 1);
+  told("heal config");
+  EXPECT_NE(binder_get_first_valid_line(), 1) << "another service is healed";
+  told("heal");
+  EXPECT_EQ(binder_get_first_valid_line(), 1);
+
   for (const char* bytes : {"-1", "3"}) {
     told("short config screeninfoGetConfig " + std::string(bytes));
     std::string record(VESK_SCREENINFO_CONFIG_SIZE + 8, '-');
@@ -302,8 +310,15 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
   EXPECT_EQ(binder_get_first_valid_line(), 1);
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
 
-  command("die call for 200ms");
+  // The end of one death's pause does not bring back a service that has died once more.
+  command("die call for 50ms");
+  command("die call for 60s");
   diary.readTo("died");
+  std::this_thread::sleep_for(std::chrono::milliseconds(200));
+  setenv("BINDER_LOOKUP_MS", "0", 1);
+  EXPECT_FALSE(connectWithDiary());
+  unsetenv("BINDER_LOOKUP_MS");
+  command("die call for 200ms");
   char value[64];
   EXPECT_EQ(binder_get_config("section", "key", "", value, sizeof(value)), 0) << "the others live";
   ASSERT_TRUE(connectWithDiary());

@@ -32,6 +32,10 @@ class Terminal : public testing::Test {
     ASSERT_EQ(openpty(&user_, &device_, nullptr, nullptr, nullptr), 0);
     fcntl(user_, F_SETFD, FD_CLOEXEC);
     ASSERT_EQ(tcgetattr(device_, &before_), 0);
+    start();
+  }
+
+  void start() {
     pid_ = fork();
     if (pid_ == 0) {
       login_tty(device_);
@@ -117,6 +121,12 @@ TEST_F(Terminal, RecallsAndCompletesLines) {
   // The signal is not to come before the Escape is read.
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
   endBySignal(SIGTERM);
+  expectCleanEnd();
+
+  // The history outlives the device.
+  start();
+  enter("\033[A\033[A", "keycodeEvent 7 released");
+  type("\x04");
   expectCleanEnd();
 }
 
