@@ -198,6 +198,13 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
     EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
     EXPECT_STRNE(row.logged, "");
   }
+  if (!isStanding) {
+    EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
+    // Without mailboxes no memory is asked for.
+    if (row.where == kCaller && std::strcmp(row.call, "memfd_create") != 0) {
+      EXPECT_LT(timesLeft.load(), row.times) << "nobody met the fault";
+    }
+  }
   EXPECT_LT(std::count(logged.begin(), logged.end(), '\n'), 3) << logged;
   service = lookUp();
   ASSERT_NE(service, nullptr) << "now that the fault is gone";

@@ -246,6 +246,18 @@ void checkAfterDeaths(bool impatient, const storm::Holdings& limit) {
   if (const std::string left = storm::leftOver(limit); !left.empty()) failure.say(left);
 }
 
+/** A storm in which nothing answers proves nothing. */
+void checkThatItWorked() {
+  for (size_t service = 0; service < kServices; ++service) {
+    const Counts& count = counts[service];
+    // The config service has no events.
+    if (count.connects == 0 || count.values == 0 || (service != 2 && count.events == 0)) {
+      failure.say("service ", service, ": ", count.connects, " connections, ", count.values, " answers, ",
+                  count.events, " events");
+    }
+  }
+}
+
 /** Bytes that the allocator has handed out. */
 size_t memory() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
@@ -269,7 +281,6 @@ CHILD_ROLE(app) {
     const std::string order = parent.channel().receive(-1);
     if (order.empty()) return 0;
     if (order == "run") app.start(callers, impatient);
-    if (order == "connected") app.stopConnecting();
     if (order == "check") app.check();
     if (order == "stop" || order == "settle") app.stop();
     if (order == "settle") {
@@ -280,6 +291,7 @@ CHILD_ROLE(app) {
       }
       memoryBefore = now;
     }
+    if (order == "stop") checkThatItWorked();
     std::ostringstream report;
     for (const Counts& count : counts) {
       report << ' ' << count.connects << ' ' << count.deaths << ' ' << count.values << ' ' << count.failures
