@@ -32,10 +32,8 @@ quietly() {
 as_root() {
   if [ "$(id -u)" -eq 0 ]; then
     "$@"
-  elif command -v sudo >/dev/null; then
-    sudo --preserve-env=DEBIAN_FRONTEND "$@"
   else
-    die "needs root (or sudo) to run: $*"
+    sudo --preserve-env=DEBIAN_FRONTEND "$@"
   fi
 }
 
@@ -51,6 +49,7 @@ need() {
   done
   [ ${#packages[@]} -gt 0 ] || return 0
   command -v apt-get >/dev/null || die "install these first (names as in Debian 12): ${packages[*]}"
+  [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null || die "needs root (or sudo) to install ${packages[*]}"
   say "installing ${packages[*]}"
   export DEBIAN_FRONTEND=noninteractive
   quietly as_root apt-get update -q
