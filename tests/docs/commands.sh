@@ -24,7 +24,7 @@ while IFS= read -r line; do
       block=$((block + 1))
       echo "{ echo '== block $block' >&3" >>"$work/script"
       while IFS= read -r line && [ "$line" != '```' ]; do printf '%s\n' "$line" >>"$work/script"; done
-      echo "} >$work/out.$block 2>&1" >>"$work/script"
+      echo "} >'$work/out.$block' 2>&1" >>"$work/script"
       ;;
     '```text')
       [ "$block" -gt 0 ] || { echo "$1: an output without commands before it"; exit 1; }

@@ -2,6 +2,8 @@
 # platform_symbols.sh ROOT LIBRARY DIRECTORY: what the library needs of the platform is what docs/device-build.md quotes.
 set -euo pipefail
 document=$1/docs/device-build.md
+# The backquotes are Markdown's.
+# shellcheck disable=SC2016
 quoted=$(sed -n '/^```text$/,/^```$/p' "$document" | sed '/^```/d')
 [ -n "$quoted" ] || { echo "nothing is quoted in $document"; exit 1; }
 # Sizes, which are quoted as on the device.
