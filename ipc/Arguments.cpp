@@ -32,8 +32,8 @@ class Converted {
 
 }  // namespace
 
-void callWithArguments(android::IInterface* service, AnyMethod method, const Signature& signature,
-                       const Conversion* conversions, void** values) {
+void callConverting(android::IInterface* service, AnyMethod method, const Signature& signature,
+                    const Conversion* conversions, void** values) {
   Converted converted;
   for (size_t i = 0; i < signature.ins; ++i) {
     if (conversions[i] != nullptr) values[i] = converted.add(*signature.types[i], conversions[i], values[i]);

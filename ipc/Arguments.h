@@ -61,13 +61,17 @@ void convert(void* parameter, const void* argument) {
   }
 }
 
-/** Null where an argument is what the parameter is, or an out-argument. */
+/** Not where an argument is what the parameter is, nor for an out-argument. */
+template <class Parameter, class Argument>
+constexpr bool kIsConverted = !kIsOut<Parameter> && !std::is_same_v<Value<Parameter>, Argument>;
+
+/** Null where there is none. */
 template <class Parameter, class Argument>
 constexpr Conversion conversion() {
-  if constexpr (kIsOut<Parameter> || std::is_same_v<Value<Parameter>, Argument>) {
-    return nullptr;
-  } else {
+  if constexpr (kIsConverted<Parameter, Argument>) {
     return convert<Value<Parameter>, Argument>;
+  } else {
+    return nullptr;
   }
 }
 
@@ -75,15 +79,23 @@ template <class Parameters, class Arguments>
 struct ConversionsOf;
 template <class... Parameters, class... Arguments>
 struct ConversionsOf<std::tuple<Parameters...>, std::tuple<Arguments...>> {
-  static constexpr Conversion kConversions[] = {conversion<Parameters, Arguments>()..., nullptr};
+  static constexpr Conversion kEach[] = {conversion<Parameters, Arguments>()..., nullptr};
+  /** Null where no argument needs one. */
+  static constexpr const Conversion* kConversions =
+      (kIsConverted<Parameters, Arguments> || ...) ? kEach : nullptr;
 };
 
 /** Calls a method.
  *
  * @param values      the C arguments, and where the results go; converted in place
- * @param conversions one for each of them
+ * @param conversions one for each of them; null if there is none to convert
  */
-void callWithArguments(android::IInterface* service, AnyMethod method, const Signature& signature,
-                       const Conversion* conversions, void** values);
+void callConverting(android::IInterface* service, AnyMethod method, const Signature& signature,
+                    const Conversion* conversions, void** values);
+inline void callWithArguments(android::IInterface* service, AnyMethod method, const Signature& signature,
+                              const Conversion* conversions, void** values) {
+  if (conversions != nullptr) return callConverting(service, method, signature, conversions, values);
+  signature.invoke(service, method, values);
+}
 
 }  // namespace com::qv

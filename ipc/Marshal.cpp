@@ -6,6 +6,34 @@
 
 namespace com::qv {
 
+namespace {
+
+/** For what the parcel may have changed when it fails. */
+template <class T>
+status_t readWhole(const Parcel& parcel, status_t (Parcel::*readSome)(T*) const, T* value) {
+  T received;
+  const status_t status = (parcel.*readSome)(&received);
+  if (status == android::OK) *value = std::move(received);
+  return status;
+}
+
+}  // namespace
+
+status_t read(const Parcel& parcel, std::vector<int32_t>* value) {
+  return readWhole(parcel, &Parcel::readInt32Vector, value);
+}
+
+status_t read(const Parcel& parcel, std::vector<android::String16>* value) {
+  return readWhole(parcel, &Parcel::readString16Vector, value);
+}
+
+status_t read(const Parcel& parcel, CommonParcelable* value) {
+  CommonParcelable received;
+  const status_t status = parcel.readParcelable(&received);
+  if (status == android::OK) *value = std::move(received);
+  return status;
+}
+
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
   if (value.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) return android::BAD_VALUE;
   status_t status = parcel->writeInt32(static_cast<int32_t>(value.size()));
@@ -27,7 +55,8 @@ status_t read(const Parcel& parcel, std::vector<CommonParcelable>* value) {
   std::vector<CommonParcelable> elements;
   elements.reserve(std::min(static_cast<size_t>(count), parcel.dataAvail() / kMarkerSize));
   for (int32_t i = 0; i < count; ++i) {
-    if (const status_t status = read(parcel, &elements.emplace_back()); status != android::OK) return status;
+    const status_t status = parcel.readParcelable(&elements.emplace_back());
+    if (status != android::OK) return status;
   }
   *value = std::move(elements);
   return android::OK;

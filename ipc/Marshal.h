@@ -2,6 +2,7 @@
 
 #include <cstdint>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include <binder/IInterface.h>
@@ -9,7 +10,8 @@
 #include <com/qv/CommonParcelable.h>
 #include <utils/String16.h>
 
-/* The wire form of every argument type of every interface: one pair of functions each. */
+/* The wire form of every argument type of every interface: one pair of functions each. A `read` that fails
+ * leaves the value as it was. */
 namespace com::qv {
 
 using android::Parcel;
@@ -27,21 +29,17 @@ inline status_t read(const Parcel& parcel, std::string* value) { return parcel.r
 inline status_t write(Parcel* parcel, const std::vector<int32_t>& value) {
   return parcel->writeInt32Vector(value);
 }
-inline status_t read(const Parcel& parcel, std::vector<int32_t>* value) {
-  return parcel.readInt32Vector(value);
-}
+status_t read(const Parcel& parcel, std::vector<int32_t>* value);
 
 inline status_t write(Parcel* parcel, const std::vector<android::String16>& value) {
   return parcel->writeString16Vector(value);
 }
-inline status_t read(const Parcel& parcel, std::vector<android::String16>* value) {
-  return parcel.readString16Vector(value);
-}
+status_t read(const Parcel& parcel, std::vector<android::String16>* value);
 
 inline status_t write(Parcel* parcel, const CommonParcelable& value) {
   return parcel->writeParcelable(value);
 }
-inline status_t read(const Parcel& parcel, CommonParcelable* value) { return parcel.readParcelable(value); }
+status_t read(const Parcel& parcel, CommonParcelable* value);
 
 /* int32 count, then each element as a CommonParcelable. */
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value);
@@ -55,8 +53,10 @@ template <class Interface>
 status_t read(const Parcel& parcel, android::sp<Interface>* value) {
   android::sp<android::IBinder> binder;
   if (const status_t status = parcel.readStrongBinder(&binder); status != android::OK) return status;
-  *value = Interface::asInterface(binder);
-  return binder != nullptr && *value == nullptr ? android::UNKNOWN_ERROR : android::OK;
+  android::sp<Interface> received = Interface::asInterface(binder);
+  if (binder != nullptr && received == nullptr) return android::UNKNOWN_ERROR;
+  *value = std::move(received);
+  return android::OK;
 }
 
 }  // namespace com::qv

@@ -43,6 +43,17 @@ status_t forEachOut(const Signature& signature, F f) {
   return status;
 }
 
+/** Takes the out-values of a reply that has more than one: none is written before all have been read. */
+[[gnu::noinline]] status_t takeOuts(const Parcel& reply, const Signature& signature, void* const* values) {
+  const Type* const* const types = signature.types + signature.ins;
+  Values received(types, signature.outs());
+  const status_t status = forEachOut(signature, [&](size_t i) { return types[i]->read(reply, received[i]); });
+  if (status == android::OK) {
+    for (size_t i = 0; i < signature.outs(); ++i) types[i]->move(values[i], received[i]);
+  }
+  return status;
+}
+
 }  // namespace
 
 Status callMethod(android::IBinder* remote, const android::String16& token, uint32_t code,
@@ -52,18 +63,18 @@ Status callMethod(android::IBinder* remote, const android::String16& token, uint
   Status result;
 
   status_t status = data.writeInterfaceToken(token);
-  for (size_t i = 0; status == android::OK && i < signature.ins; ++i) {
+  const size_t ins = signature.ins;
+  for (size_t i = 0; status == android::OK && i < ins; ++i) {
     status = signature.types[i]->write(&data, values[i]);
   }
 
   if (status == android::OK) status = remote->transact(code, data, &reply, 0);
   if (status == android::OK) status = result.readFromParcel(reply);
-  if (status == android::OK && result.isOk() && signature.outs() > 0) {
-    const Type* const* types = signature.types + signature.ins;
-    Values received(types, signature.outs());
-    status = forEachOut(signature, [&](size_t i) { return types[i]->read(reply, received[i]); });
-    if (status == android::OK) {
-      for (size_t i = 0; i < signature.outs(); ++i) types[i]->move(values[signature.ins + i], received[i]);
+  if (status == android::OK && result.isOk()) {
+    if (signature.outs() == 1) {
+      status = signature.types[ins]->read(reply, values[ins]);
+    } else if (signature.outs() > 1) {
+      status = takeOuts(reply, signature, values + ins);
     }
   }
   if (status != android::OK) result.setFromStatusT(status);
