@@ -85,13 +85,15 @@ struct ConversionsOf<std::tuple<Parameters...>, std::tuple<Arguments...>> {
       (kIsConverted<Parameters, Arguments> || ...) ? kEach : nullptr;
 };
 
+/** callWithArguments where there is something to convert. */
+void callConverting(android::IInterface* service, AnyMethod method, const Signature& signature,
+                    const Conversion* conversions, void** values);
+
 /** Calls a method.
  *
  * @param values      the C arguments, and where the results go; converted in place
  * @param conversions one for each of them; null if there is none to convert
  */
-void callConverting(android::IInterface* service, AnyMethod method, const Signature& signature,
-                    const Conversion* conversions, void** values);
 inline void callWithArguments(android::IInterface* service, AnyMethod method, const Signature& signature,
                               const Conversion* conversions, void** values) {
   if (conversions != nullptr) return callConverting(service, method, signature, conversions, values);

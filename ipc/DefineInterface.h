@@ -54,8 +54,8 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
 
 #define METHOD(code, name, ...)                                         \
   android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) { \
-    return call<COM_QV_I __VA_OPT__(, ) COM_QV_TYPES(__VA_ARGS__)>(     \
-        remote() __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__), code);       \
+    return call<COM_QV_BP __VA_OPT__(, ) COM_QV_TYPES(__VA_ARGS__)>(    \
+        this __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__), code);           \
   }
 #include COM_QV_METHODS
 #undef METHOD

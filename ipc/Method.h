@@ -51,6 +51,15 @@ struct SignatureOf {
   static constexpr uint8_t kIns = (uint8_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
   static_assert(kCount <= kMaxParameters);
 
+  static constexpr bool outsStandLast() {
+    bool out = false;
+    for (const bool isOut : {false, kIsOut<Parameters>...}) {
+      if (out && !isOut) return false;
+      out = isOut;
+    }
+    return true;
+  }
+
   template <class Parameter>
   static decltype(auto) argument(void* value) {
     if constexpr (kIsOut<Parameter>) {
@@ -62,6 +71,7 @@ struct SignatureOf {
 
   static android::binder::Status invoke(android::IInterface* service, AnyMethod method,
                                         [[maybe_unused]] void* const* values) {
+    static_assert(outsStandLast(), "the number of in-arguments tells where the out-arguments begin");
     const auto typed = std::bit_cast<android::binder::Status (android::IInterface::*)(Parameters...)>(method);
     return [&]<size_t... I>(std::index_sequence<I...>) {
       return (service->*typed)(argument<Parameters>(values[I])...);
@@ -89,19 +99,28 @@ status_t serveMethod(android::IInterface* service, AnyMethod method, const Signa
 template <class Parameter, class Argument>
 void* addressOf(const Argument& argument) {
   if constexpr (kIsOut<Parameter>) {
+    static_assert(std::is_same_v<Parameter, Argument>, "what is written there is a Value<Parameter>");
     return argument;
   } else {
     return const_cast<void*>(static_cast<const void*>(std::addressof(argument)));
   }
 }
 
-/** callMethod for the method `code` of an interface. The code stands last, so that the arguments are where
- * the proxy's method found them. */
-template <class Interface, class... Parameters>
-[[gnu::noinline]] android::binder::Status call(android::IBinder* remote, Parameters... parameters,
-                                               uint32_t code) {
+/** What a proxy keeps to itself and its like. */
+struct ProxyAccess {
+  template <class Proxy>
+  static android::IBinder* remote(const Proxy& proxy) {
+    return proxy.remote();
+  }
+};
+
+/** callMethod for the method `code` of a proxy. The code stands last, so that everything else is where the
+ * proxy's method found it. */
+template <class Proxy, class... Parameters>
+[[gnu::noinline]] android::binder::Status call(const Proxy* proxy, Parameters... parameters, uint32_t code) {
   void* const values[] = {addressOf<Parameters>(parameters)..., nullptr};
-  return callMethod(remote, Interface::descriptor, code, SignatureOf<Parameters...>::kSignature, values);
+  return callMethod(ProxyAccess::remote(*proxy), proxy->getInterfaceDescriptor(), code,
+                    SignatureOf<Parameters...>::kSignature, values);
 }
 
 /** A method of an interface class, and what is to know about its parameters. */

@@ -84,6 +84,24 @@ TEST_F(ProxyTest, WritesTokenAndArgumentsInOrder) {
   }
 }
 
+/** A proxy for a service that calls its interface something else. */
+class RenamedSample : public BpSample {
+ public:
+  using BpSample::BpSample;
+  const String16& getInterfaceDescriptor() const override { return name_; }
+
+ private:
+  const String16 name_{"renamed"};
+};
+
+TEST_F(ProxyTest, WritesTheDescriptorOfADerivedProxy) {
+  const sp<ISample> renamed = new RenamedSample(remote_);
+  renamed->nothing();
+  const auto request = remote_->take();
+  ASSERT_TRUE(request.has_value());
+  EXPECT_EQ(request->bytes, Wire().text(u"renamed").bytes());
+}
+
 TEST_F(ProxyTest, ReadsTheReplyIntoTheOutArguments) {
   const std::string zeros("x\0\0y\0", 5);
   const struct {

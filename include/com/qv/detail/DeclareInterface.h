@@ -25,6 +25,8 @@
 
 namespace com::qv {
 
+struct ProxyAccess;
+
 /** The interface: one method for each row, in code order. */
 class COM_QV_EXPORT COM_QV_I : public android::IInterface {
  public:
@@ -53,6 +55,9 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
   COM_QV_HIDDEN android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include COM_QV_METHODS
 #undef METHOD
+
+ private:
+  friend struct ProxyAccess;
 };
 
 /** The stub, from which a process that serves the whole interface derives. Methods are called on binder
