@@ -15,7 +15,8 @@
  * until the caller has answered it with a claimed frame.
  *
  * The calling side may open a lane with a share frame, which brings the Mailboxes of the lane as a file
- * descriptor. Any later frame may then come by mailbox, if its receiver looks there, or else by the socket.
+ * descriptor. The first reply says whether the serving side has them, too. If so, every later frame goes by
+ * them, as far as it fits in, and the rest over the socket.
  */
 namespace android::transport {
 
@@ -50,6 +51,8 @@ enum class FrameKind : uint32_t {
 
 /** In a request: the one before was answered a moment ago, so that the next is likely to follow as fast. */
 constexpr uint32_t kHintBackToBack = 1;
+/** In a reply, the first of a lane: this side has the mailboxes, and all that follows goes by them. */
+constexpr uint32_t kHintShared = 2;
 
 struct FrameHeader {
   uint32_t magic = kMagic;
@@ -60,7 +63,7 @@ struct FrameHeader {
   int32_t status = 0;
   uint32_t dataSize = 0;
   uint32_t objectCount = 0;
-  /** Nothing but speed depends on these. */
+  /** About the lane, not the transaction: kHint... */
   uint32_t hints = 0;
 };
 

@@ -20,6 +20,14 @@ std::unique_ptr<Lane> takeFrom(std::atomic<Lane*>& place) {
 }  // namespace
 
 std::unique_ptr<Lane> IdleLanes::take() {
+  std::unique_ptr<Lane> lane;
+  do {
+    lane = takeAny();
+  } while (lane != nullptr && lane->hasEnded());
+  return lane;
+}
+
+std::unique_ptr<Lane> IdleLanes::takeAny() {
   const size_t own = placeOfThread();
   for (size_t i = 0; i < kPlaces; ++i) {
     if (std::unique_ptr<Lane> lane = takeFrom(places_[(own + i) % kPlaces]); lane != nullptr) return lane;

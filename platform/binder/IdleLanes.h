@@ -22,13 +22,15 @@ class IdleLanes {
   IdleLanes(const IdleLanes&) = delete;
   IdleLanes& operator=(const IdleLanes&) = delete;
 
-  /** Null if there is none. */
+  /** One whose other end still stands, as far as this process knows; null if there is none. */
   std::unique_ptr<Lane> take();
   void put(std::unique_ptr<Lane> lane);
   void clear();
 
  private:
   static constexpr size_t kPlaces = 64;
+
+  std::unique_ptr<Lane> takeAny();
 
   /** Each for the threads of one number. */
   std::array<std::atomic<Lane*>, kPlaces> places_{};

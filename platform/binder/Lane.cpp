@@ -14,6 +14,7 @@
 
 #include "ParcelAccess.h"
 #include "RetryOnInterrupt.h"
+#include "Transport.h"
 
 namespace android::transport {
 
@@ -23,7 +24,6 @@ namespace {
 constexpr std::chrono::microseconds kBackToBack(10);
 /** A system call costs much more than a look. */
 constexpr unsigned kLooksPerYield = 16;
-constexpr unsigned kLooksPerPoll = 4096;
 /** Up to this size, to send one piece and copy it together before costs less than to send several. */
 constexpr size_t kCopiedSize = 2048;
 
@@ -59,6 +59,11 @@ ssize_t sendPacket(int socket, std::span<iovec> packet) {
   return retryOnInterrupt([&] { return ::sendmsg(socket, &message, MSG_NOSIGNAL); });
 }
 
+/** 0 is now, which sleeps for no time. */
+Deadline deadlineIn(int timeoutMs) {
+  return std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
+}
+
 bool isValid(const FrameHeader& header) {
   return header.magic == kMagic && header.dataSize <= kMaxDataSize &&
          header.objectCount <= header.dataSize / sizeof(FlatBinder);
@@ -68,11 +73,18 @@ bool isValid(const FrameHeader& header) {
 
 bool waitReadable(int socket, int timeoutMs) { return waitFor(socket, POLLIN, timeoutMs); }
 
+Lane::~Lane() {
+  endLookout();
+  if (isWatched_) Transport::self().reactor.forget(this);
+}
+
 void Lane::share() {
-  if (Lookouts::self().patience().count() == 0) return;
   UniqueFd shared;
   Mailboxes mailboxes = Mailboxes::make(&shared);
   if (!mailboxes) return;
+  mailboxes_ = std::move(mailboxes);
+  isWatched_ = Transport::self().reactor.watch(this);
+  if (!isWatched_) return;
   FrameHeader header{.kind = FrameKind::kShare};
   iovec packet{&header, sizeof(header)};
   alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
@@ -86,7 +98,14 @@ void Lane::share() {
   const int fd = shared.get();
   std::memcpy(CMSG_DATA(rights), &fd, sizeof(fd));
   // If it can't be sent, neither can the first frame, or the lane does without.
-  if (::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT) > 0) mailboxes_ = std::move(mailboxes);
+  ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
+}
+
+bool Lane::end() {
+  ended_.store(true);
+  mailboxes_.in().rouseReceiver();
+  mailboxes_.out().rouseSender();
+  return sleeps_.load();
 }
 
 status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
@@ -98,37 +117,40 @@ status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<Ob
     pieces.add(data->data(), data->dataSize());
     pieces.add(objects.data(), objects.size() * sizeof(ObjectEntry));
   }
-  if (!mailboxes_) return sendPackets(&pieces);
-
-  const bool byMailbox = pieces.size() <= kFirstPacketSize && mailboxes_.out().claim();
-  // A receiver that looks for a frame that doesn't fit goes to the socket at once.
-  if (!byMailbox) mailboxes_.out().close();
-  if (header.kind == FrameKind::kRequest && !Lookouts::self().isCrowded() &&
-      Clock::now() - lastReply_ < kBackToBack) {
-    header.hints |= kHintBackToBack;
-  }
-  // Said before the frame leaves, so that whoever has got the frame finds it said.
-  looksOut_ = expectsFrameSoon(header, byMailbox, objects.size());
-  if (looksOut_) mailboxes_.in().open();
-  if (byMailbox) {
-    const size_t size = pieces.size();
-    pieces.copyTo(mailboxes_.out().bytes(), size);
-    mailboxes_.out().fill(size);
-    return OK;
-  }
-  const status_t status = sendPackets(&pieces);
-  if (status != OK) endLookout();
-  return status;
+  if (isShared_) return sendByMailbox(&header, &pieces);
+  // The caller has nothing on the way but the request that this answers, and so knows it before it sends
+  // more.
+  isShared_ = header.kind == FrameKind::kReply && mailboxes_;
+  if (isShared_) header.hints |= kHintShared;
+  return sendPackets(&pieces);
 }
 
-bool Lane::expectsFrameSoon(const FrameHeader& sent, bool byMailbox, size_t objectCount) {
+status_t Lane::sendByMailbox(FrameHeader* header, Pieces* pieces) {
+  if (header->kind == FrameKind::kRequest && Lookouts::self().areThere() && !Lookouts::self().isCrowded() &&
+      Clock::now() - lastReply_ < kBackToBack) {
+    header->hints |= kHintBackToBack;
+  }
+  if (const status_t status = awaitRoom(); status != OK) return status;
+  const size_t first = std::min(pieces->size(), Mailbox::kCapacity);
+  pieces->copyTo(mailboxes_.out().bytes(), first);
+  const bool isOtherAwake = mailboxes_.out().fill(first);
+  ssize_t sent = 0;
+  while (sent >= 0 && pieces->size() > 0) {
+    sent = sendPacket(socket_.get(), pieces->next(std::min(pieces->size(), kPacketSize)));
+  }
+  if (sent < 0) return statusOfErrno();
+  expectFrame(*header, isOtherAwake);
+  return OK;
+}
+
+void Lane::expectFrame(const FrameHeader& sent, bool isOtherAwake) {
+  if (!Lookouts::self().areThere()) return;
   bool soon = false;
-  // Who took a request out of its mailbox is awake; anybody else takes so long to wake up that it is cheaper
-  // to sleep, too.
-  if (sent.kind == FrameKind::kRequest) soon = byMailbox;
+  // Whoever has to be woken for a request takes so long that it is cheaper to sleep, too.
+  if (sent.kind == FrameKind::kRequest) soon = isOtherAwake;
   // The caller looks for this reply, or will wake up and call again.
-  if (sent.kind == FrameKind::kReply) soon = backToBack_ && objectCount == 0;
-  return soon && patience_.take() && Lookouts::self().enter();
+  if (sent.kind == FrameKind::kReply) soon = backToBack_ && sent.objectCount == 0;
+  looksOut_ = soon && patience_.take() && Lookouts::self().enter();
 }
 
 status_t Lane::sendPackets(Pieces* pieces) {
@@ -146,8 +168,10 @@ status_t Lane::sendPackets(Pieces* pieces) {
   return sent < 0 ? statusOfErrno() : OK;
 }
 
-status_t Lane::trySend(const FrameHeader& header, int timeoutMs) {
-  if (mailboxes_ && mailboxes_.out().claim()) {
+status_t Lane::trySend(FrameHeader header, int timeoutMs) {
+  if (isShared_) {
+    const status_t status = awaitRoom(deadlineIn(timeoutMs));
+    if (status != OK) return status;
     std::memcpy(mailboxes_.out().bytes(), &header, sizeof(header));
     mailboxes_.out().fill(sizeof(header));
     return OK;
@@ -166,12 +190,11 @@ void Lane::endLookout() {
   Lookouts::self().leave();
 }
 
-status_t Lane::lookOut(bool* found) {
-  Mailbox& in = mailboxes_.in();
+void Lane::lookOut() {
   const Clock::duration patience = Lookouts::self().patience();
   const Clock::time_point start = Clock::now();
   Clock::duration passed{0};
-  for (unsigned looks = 1; in.isOpen() && !(passed >= patience && in.close()); ++looks) {
+  for (unsigned looks = 1; !mailboxes_.in().isFull() && passed < patience; ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
     // The other side may be waiting for this very processor: who wakes a thread up is expected to sleep next.
@@ -181,13 +204,47 @@ status_t Lane::lookOut(bool* found) {
   if (passed >= 2 * patience) Lookouts::self().overslept(passed);
   endLookout();
   passed >= patience ? patience_.failed() : patience_.paid();
-  *found = !in.isIdle();
-  for (unsigned looks = 1; *found && !in.isFull(); ++looks) {
-    pauseProcessor();
-    // The sender needs no longer than for a copy, unless it is stopped in the middle, or killed.
-    if (looks % kLooksPerPoll == 0 && waitReadable(1) && !in.isFull()) return DEAD_OBJECT;
+}
+
+status_t Lane::awaitFrame(const Deadline& deadline) {
+  Mailbox& in = mailboxes_.in();
+  if (in.isFull()) return OK;
+  sleeps_.store(true);
+  status_t status = OK;
+  while (status == OK) {
+    // In this order: a frame may have come before the end.
+    const bool ended = ended_.load();
+    if (in.isFull()) break;
+    if (ended) {
+      status = DEAD_OBJECT;
+    } else if (!in.sleepUntilFull(ended_, deadline) && !in.isFull()) {
+      status = WOULD_BLOCK;
+    }
   }
-  return OK;
+  sleeps_.store(false);
+  return status;
+}
+
+status_t Lane::awaitRoom(const Deadline& deadline) {
+  Mailbox& out = mailboxes_.out();
+  if (hasEnded()) return DEAD_OBJECT;
+  if (out.isEmpty()) return OK;
+  sleeps_.store(true);
+  status_t status = OK;
+  while (status == OK && !out.isEmpty()) {
+    if (ended_.load()) {
+      status = DEAD_OBJECT;
+    } else if (!out.sleepUntilEmpty(ended_, deadline) && !out.isEmpty()) {
+      status = WOULD_BLOCK;
+    }
+  }
+  sleeps_.store(false);
+  return status;
+}
+
+bool Lane::waitReadable(int timeoutMs) {
+  if (isShared_) return awaitFrame(deadlineIn(timeoutMs)) != WOULD_BLOCK;
+  return transport::waitReadable(socket_.get(), timeoutMs);
 }
 
 ssize_t Lane::receivePacket() {
@@ -218,35 +275,42 @@ ssize_t Lane::receivePacket() {
   if (size != sizeof(header)) return size;
   std::memcpy(&header, buffer_.data(), sizeof(header));
   if (header.magic != kMagic || header.kind != FrameKind::kShare) return size;
-  mailboxes_ = Mailboxes::accept(shared);
+  acceptShare(shared);
   return retryOnInterrupt(receive);
 }
 
+void Lane::acceptShare(const UniqueFd& shared) {
+  mailboxes_ = Mailboxes::accept(shared);
+  if (!mailboxes_) return;
+  isWatched_ = Transport::self().reactor.watch(this);
+  if (!isWatched_) mailboxes_ = Mailboxes();
+}
+
 status_t Lane::receive(FrameHeader* header, Parcel* data) {
-  bool byMailbox = false;
-  if (looksOut_) {
-    if (const status_t status = lookOut(&byMailbox); status != OK) return status;
-  }
-  status_t status;
-  if (byMailbox) {
-    status = unpack(mailboxes_.in().bytes(), mailboxes_.in().size(), header, data);
-    mailboxes_.in().empty();
-  } else {
+  if (!isShared_) {
     const ssize_t size = receivePacket();
     if (size < 0) return statusOfErrno();
     if (size == 0) return DEAD_OBJECT;
-    status = unpack(buffer_.data(), static_cast<size_t>(size), header, data);
+    const status_t status = unpack(buffer_.data(), static_cast<size_t>(size), kFirstPacketSize, header, data);
+    isShared_ =
+        status == OK && header->kind == FrameKind::kReply && (header->hints & kHintShared) != 0 && isWatched_;
+    return status;
   }
-  if (status == OK && mailboxes_) {
+  if (looksOut_) lookOut();
+  if (const status_t status = awaitFrame(); status != OK) return status;
+  const status_t status =
+      unpack(mailboxes_.in().bytes(), mailboxes_.in().size(), Mailbox::kCapacity, header, data);
+  mailboxes_.in().empty();
+  if (status == OK && Lookouts::self().areThere()) {
     backToBack_ = header->kind == FrameKind::kRequest && (header->hints & kHintBackToBack) != 0;
     if (header->kind == FrameKind::kReply) lastReply_ = Clock::now();
   }
   return status;
 }
 
-status_t Lane::unpack(const uint8_t* packet, size_t packetSize, FrameHeader* header, Parcel* data) {
-  if (packetSize < sizeof(*header) || packetSize > kFirstPacketSize) return FAILED_TRANSACTION;
-  std::memcpy(header, packet, sizeof(*header));
+status_t Lane::unpack(const uint8_t* bytes, size_t size, size_t most, FrameHeader* header, Parcel* data) {
+  if (size < sizeof(*header) || size > most) return FAILED_TRANSACTION;
+  std::memcpy(header, bytes, sizeof(*header));
   if (!isValid(*header)) return FAILED_TRANSACTION;
 
   Pieces pieces;
@@ -259,9 +323,9 @@ status_t Lane::unpack(const uint8_t* packet, size_t packetSize, FrameHeader* hea
     pieces.add(objects_.data(), objects_.size() * sizeof(ObjectEntry));
   }
 
-  const size_t first = packetSize - sizeof(*header);
-  if (first != std::min(pieces.size(), kFirstPacketSize - sizeof(*header))) return FAILED_TRANSACTION;
-  pieces.copyFrom(packet + sizeof(*header), first);
+  const size_t first = size - sizeof(*header);
+  if (first != std::min(pieces.size(), most - sizeof(*header))) return FAILED_TRANSACTION;
+  pieces.copyFrom(bytes + sizeof(*header), first);
 
   while (pieces.size() > 0) {
     const size_t expected = std::min(pieces.size(), kPacketSize);

@@ -1,9 +1,14 @@
 #include "Mailboxes.h"
 
 #include <fcntl.h>
+#include <linux/futex.h>
 #include <sys/mman.h>
 #include <sys/stat.h>
+#include <sys/syscall.h>
+#include <unistd.h>
 
+#include <cerrno>
+#include <climits>
 #include <utility>
 
 namespace android::transport {
@@ -14,7 +19,41 @@ constexpr size_t kSize = 2 * sizeof(Mailbox);
 /** Nobody must take the memory from under the other's feet. */
 constexpr int kSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
 
+/** As this system call has it, whatever the C library calls a time. */
+struct FutexTime {
+  long seconds;
+  long nanoseconds;
+};
+
+FutexTime futexTimeOf(std::chrono::steady_clock::time_point time) {
+  const auto sinceStart = time.time_since_epoch();
+  const auto seconds = std::chrono::floor<std::chrono::seconds>(sinceStart);
+  const std::chrono::nanoseconds rest = sinceStart - seconds;
+  return {static_cast<long>(seconds.count()), static_cast<long>(rest.count())};
+}
+
 }  // namespace
+
+bool Mailbox::sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended,
+                    const Deadline& deadline) {
+  uint32_t state = awake;
+  if (!state_.compare_exchange_strong(state, asleep) && state != asleep) return true;
+  // Whoever sets it comes here after that: either it is seen, or what is slept on is not there any more.
+  if (ended.load()) return true;
+  const FutexTime until = deadline ? futexTimeOf(*deadline) : FutexTime{};
+  const long slept = ::syscall(SYS_futex, &state_, FUTEX_WAIT_BITSET, asleep, deadline ? &until : nullptr,
+                               nullptr, FUTEX_BITSET_MATCH_ANY);
+  if (slept == 0 || errno != ETIMEDOUT) return true;
+  state_.compare_exchange_strong(asleep, awake);
+  return false;
+}
+
+void Mailbox::rouse(uint32_t asleep, uint32_t awake) {
+  state_.compare_exchange_strong(asleep, awake);
+  wake();
+}
+
+void Mailbox::wake() { ::syscall(SYS_futex, &state_, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0); }
 
 Mailboxes::Mailboxes(Mailboxes&& other) noexcept { *this = std::move(other); }
 

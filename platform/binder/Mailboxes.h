@@ -1,63 +1,87 @@
 #pragma once
 
 #include <atomic>
+#include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <optional>
 
-#include "Frame.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
 
+/** Until when a thread sleeps; for ever without. */
+using Deadline = std::optional<std::chrono::steady_clock::time_point>;
+
 /**
- * Holds one frame for a receiver that looks for it, in memory of two processes. Only while the receiver says
- * that it looks does the sender put anything here; otherwise it takes the socket, on which a receiver can
- * sleep. Nobody ever sleeps on a mailbox, and so nobody has to be woken.
+ * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the other takes
+ * them out, and each can sleep until that is possible.
  *
  * The other side may be hostile and change anything at any time: whatever is read here is read once, and
  * checked after that.
  */
 class Mailbox {
  public:
-  /** The receiver begins to look. The mailbox is idle or out of order. */
-  void open() { state_.store(kOpen, std::memory_order_relaxed); }
+  static constexpr size_t kSize = 64 * 1024;
+  /** What fits in. */
+  static constexpr size_t kCapacity = kSize - 64;
 
-  /** The receiver looks no longer, or the sender, who has claimed nothing, sends it to the socket. False if
-   * it was not open; for the receiver, the sender has begun to write then. */
-  bool close() { return exchange(kOpen, kIdle); }
+  bool isFull() const {
+    const uint32_t state = state_.load(std::memory_order_acquire);
+    return state != kEmpty && state != kAwaited;
+  }
+  bool isEmpty() const {
+    const uint32_t state = state_.load(std::memory_order_acquire);
+    return state != kFull && state != kCongested;
+  }
 
-  bool isOpen() const { return state_.load(std::memory_order_acquire) == kOpen; }
-  bool isFull() const { return state_.load(std::memory_order_acquire) == kFull; }
-  bool isIdle() const { return state_.load(std::memory_order_acquire) == kIdle; }
-
-  /** The receiver has what was in it. */
-  void empty() { state_.store(kIdle, std::memory_order_relaxed); }
-
-  /** Whether the receiver looks; then the sender has to fill the mailbox. */
-  bool claim() { return exchange(kOpen, kWriting); }
-  void fill(size_t size) {
+  /** The sender has put so many bytes in. Whether the receiver was awake. */
+  bool fill(size_t size) {
     size_ = static_cast<uint32_t>(size);
-    state_.store(kFull, std::memory_order_release);
+    if (state_.exchange(kFull, std::memory_order_acq_rel) != kAwaited) return true;
+    wake();
+    return false;
+  }
+  /** The receiver has what was in it. */
+  void empty() {
+    if (state_.exchange(kEmpty, std::memory_order_acq_rel) == kCongested) wake();
   }
 
   /** How much is in a full one, as its sender says. */
   size_t size() const { return *const_cast<const volatile uint32_t*>(&size_); }
   uint8_t* bytes() { return bytes_; }
 
- private:
-  enum State : uint32_t { kIdle, kOpen, kWriting, kFull };
-
-  bool exchange(uint32_t from, uint32_t to) {
-    // The sender looks here for every frame, mostly in vain.
-    if (state_.load(std::memory_order_relaxed) != from) return false;
-    return state_.compare_exchange_strong(from, to, std::memory_order_acq_rel, std::memory_order_relaxed);
+  /** The receiver, or the sender, sleeps; not if `ended` is set, and perhaps not long enough. False when it
+   * is time to give up. */
+  bool sleepUntilFull(const std::atomic<bool>& ended, const Deadline& deadline) {
+    return sleep(kEmpty, kAwaited, ended, deadline);
   }
+  bool sleepUntilEmpty(const std::atomic<bool>& ended, const Deadline& deadline) {
+    return sleep(kFull, kCongested, ended, deadline);
+  }
+  /** Has whoever of this side sleeps look again. */
+  void rouseReceiver() { rouse(kAwaited, kEmpty); }
+  void rouseSender() { rouse(kCongested, kFull); }
+
+ private:
+  enum State : uint32_t {
+    kEmpty,
+    /** Empty, and the receiver sleeps. */
+    kAwaited,
+    kFull,
+    /** Full, and the sender sleeps. */
+    kCongested
+  };
+
+  bool sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended, const Deadline& deadline);
+  void rouse(uint32_t asleep, uint32_t awake);
+  void wake();
 
   std::atomic<uint32_t> state_;
   uint32_t size_;
-  alignas(64) uint8_t bytes_[kFirstPacketSize];
+  alignas(64) uint8_t bytes_[kCapacity];
 };
-static_assert(sizeof(Mailbox) == 16 * 1024 && std::atomic<uint32_t>::is_always_lock_free);
+static_assert(sizeof(Mailbox) == Mailbox::kSize && std::atomic<uint32_t>::is_always_lock_free);
 
 /** The two mailboxes of a lane. */
 class Mailboxes {

@@ -46,7 +46,9 @@ class Lookouts {
  public:
   static Lookouts& self();
 
-  /** For how long a thread may look; 0 if none does. */
+  /** Whether any thread ever looks. */
+  bool areThere() const { return patience_.count() > 0; }
+  /** For how long. */
   std::chrono::nanoseconds patience() const { return patience_; }
 
   bool enter() {

@@ -1,6 +1,7 @@
 #include "Reactor.h"
 
 #include <android/log.h>
+#include <poll.h>
 #include <sys/epoll.h>
 #include <unistd.h>
 
@@ -14,6 +15,7 @@
 #include <vector>
 
 #include "Exports.h"
+#include "Lane.h"
 #include "Remotes.h"
 #include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
@@ -132,14 +134,53 @@ status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remo
   return status == OK ? add(std::move(entry)) : status;
 }
 
+bool Reactor::watch(Lane* lane) {
+  const std::lock_guard lock(mutex_);
+  if (start() != OK) return false;
+  epoll_event event = {};
+  // Whatever else comes over the socket is read by the lane itself.
+  event.events = EPOLLRDHUP | EPOLLONESHOT;
+  event.data.fd = lane->socket();
+  if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, lane->socket(), &event) < 0) return false;
+  lanes_.emplace(lane->socket(), lane);
+  return true;
+}
+
+void Reactor::forget(Lane* lane) {
+  // The parent still waits at the descriptor that the child has, too.
+  if (Transport::self().forked) return;
+  const std::lock_guard lock(mutex_);
+  ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, lane->socket(), nullptr);
+  lanes_.erase(lane->socket());
+  ended_.erase(lane);
+}
+
+/** Whether the descriptor is that of a lane. */
+bool Reactor::endLane(int fd) {
+  const std::lock_guard lock(mutex_);
+  const auto entry = lanes_.find(fd);
+  if (entry == lanes_.end()) return false;
+  // The descriptor may have become that of another lane meanwhile.
+  pollfd poller{fd, POLLRDHUP, 0};
+  if (::poll(&poller, 1, 0) == 1 && entry->second->end()) ended_.insert(entry->second);
+  return true;
+}
+
+void Reactor::endLanesAgain() {
+  const std::lock_guard lock(mutex_);
+  std::erase_if(ended_, [](Lane* lane) { return !lane->end(); });
+}
+
 void Reactor::run() {
   for (;;) {
     epoll_event event;
     const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeoutMs());
+    endLanesAgain();
     std::erase_if(waiting_, [this](const WaitingLane& lane) { return serveOnThread(lane); });
     while (!strangers_.empty() && strangers_.front().deadline <= Clock::now()) listenToOldestStranger();
     if (ready != 1) continue;
     const int fd = event.data.fd;
+    if (endLane(fd)) continue;
     bool isListening;
     {
       const std::lock_guard lock(mutex_);
@@ -153,8 +194,12 @@ void Reactor::run() {
   }
 }
 
-int Reactor::timeoutMs() const {
+int Reactor::timeoutMs() {
   if (!waiting_.empty()) return kRetryMs;
+  {
+    const std::lock_guard lock(mutex_);
+    if (!ended_.empty()) return kRetryMs;
+  }
   if (strangers_.empty()) return -1;
   const auto left = std::chrono::ceil<std::chrono::milliseconds>(strangers_.front().deadline - Clock::now());
   return std::max(0, static_cast<int>(left.count()));

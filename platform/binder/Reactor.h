@@ -9,6 +9,7 @@
 #include <mutex>
 #include <string>
 #include <unordered_map>
+#include <unordered_set>
 #include <utility>
 #include <vector>
 
@@ -21,6 +22,7 @@
 
 namespace android::transport {
 
+class Lane;
 class Peer;
 class Remote;
 
@@ -35,6 +37,10 @@ class Reactor {
 
   /** Has `remote` told when `connection` ends. Logs nothing. */
   status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
+
+  /** Has `lane` told when its socket ends, until it is forgotten. False if that can't be. Logs nothing. */
+  bool watch(Lane* lane);
+  void forget(Lane* lane);
 
   /** Tells a process that an object which it held is no more, though its process lives. */
   void tellOfDeath(const Peer& holder, ObjectDeath number);
@@ -74,7 +80,9 @@ class Reactor {
   status_t add(Entry entry);
   Entry take(int fd);
   void run();
-  int timeoutMs() const;
+  int timeoutMs();
+  bool endLane(int fd);
+  void endLanesAgain();
   void listenToOldestStranger();
   void accept();
   void readable(int fd);
@@ -92,6 +100,9 @@ class Reactor {
   UniqueFd epoll_;
   UniqueFd listening_;
   std::unordered_map<int, Entry> entries_;
+  std::unordered_map<int, Lane*> lanes_;
+  /** Those that have ended, but may have a thread that still sleeps. */
+  std::unordered_set<Lane*> ended_;
   /** Only the thread uses these. */
   std::vector<WaitingLane> waiting_;
   std::deque<Stranger> strangers_;

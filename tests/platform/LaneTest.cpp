@@ -1,18 +1,24 @@
+#include "IdleLanes.h"
 #include "Lane.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
+#include <pthread.h>
+#include <sched.h>
+#include <signal.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
 
+#include <atomic>
 #include <cstring>
 #include <memory>
 #include <numeric>
+#include <optional>
 #include <random>
 #include <thread>
 #include <vector>
 
-/* The two ends of a lane, and what can go wrong where one looks for a frame while the other sends it. */
+/* The two ends of a lane, and what can go wrong between them. */
 
 using android::DEAD_OBJECT;
 using android::FAILED_TRANSACTION;
@@ -101,6 +107,13 @@ void pass(microseconds time) {
   }
 }
 
+template <typename Condition>
+bool within(microseconds time, Condition condition) {
+  const auto end = std::chrono::steady_clock::now() + time;
+  while (!condition() && std::chrono::steady_clock::now() < end) std::this_thread::yield();
+  return condition();
+}
+
 TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
   Patience patience;
   const auto skipped = [&] {
@@ -125,13 +138,17 @@ TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
 
 TEST(LaneTest, NothingIsLostAtTheEdgeOfPatience) {
   std::mt19937 random(1);
-  std::vector<uint8_t> bytes(40'000);
+  std::vector<uint8_t> bytes(200'000);
   std::iota(bytes.begin(), bytes.end(), uint8_t{0});
   // Small ones mostly, so that many meet a receiver that is just about to go to sleep.
-  const std::vector<size_t> sizes = {0, 4, 64, 512, 64, 4, 3000, kFirstPacketSize, 64, 40'000};
+  const std::vector<size_t> sizes = {0,  4,      64,
+                                     64, 4,      3000,
+                                     64, 40'000, Mailbox::kCapacity - sizeof(FrameHeader),
+                                     64, 4,      Mailbox::kCapacity - sizeof(FrameHeader) + 4,
+                                     64, 512,    200'000};
   EchoLane lane;
   int released = 0;
-  for (int i = 0; i < 20'000; ++i) {
+  for (int i = 0; i < 10'000; ++i) {
     const size_t size = sizes[random() % sizes.size()];
     ASSERT_TRUE(lane.call({bytes.end() - static_cast<ptrdiff_t>(size), bytes.end()})) << i;
     if (random() % 8 == 0) {
@@ -154,12 +171,12 @@ TEST(LaneTest, CallsThatComeSeldomAreNeverLookedFor) {
   EXPECT_EQ(lane.looksOfServer(), 0U);
 }
 
-/** A caller that does by hand what a lane does, and not always rightly. */
-class RawCaller {
- public:
-  explicit RawCaller(UniqueFd socket) : socket_(std::move(socket)) {}
+/** A server, and a caller that does by hand what a lane does, and not always rightly. */
+struct Caller {
+  explicit Caller(Sockets sockets = {})
+      : socket(std::move(sockets.caller)), server(std::move(sockets.server), Lane::Side::kServes) {}
 
-  void share(int fd) const {
+  void sendShare(int fd) const {
     FrameHeader header{.kind = FrameKind::kShare};
     iovec packet{&header, sizeof(header)};
     alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
@@ -175,50 +192,27 @@ class RawCaller {
       rights->cmsg_len = CMSG_LEN(sizeof(int));
       std::memcpy(CMSG_DATA(rights), &fd, sizeof(fd));
     }
-    EXPECT_GT(::sendmsg(socket_.get(), &message, 0), 0);
+    EXPECT_GT(::sendmsg(socket.get(), &message, 0), 0);
   }
-  void request() const {
-    const FrameHeader header{.kind = FrameKind::kRequest, .hints = kHintBackToBack};
-    EXPECT_GT(::send(socket_.get(), &header, sizeof(header), 0), 0);
+  /** A request over the socket, and the hints of its answer. */
+  uint32_t call() {
+    FrameHeader header{.kind = FrameKind::kRequest};
+    EXPECT_GT(::send(socket.get(), &header, sizeof(header), 0), 0);
+    EXPECT_EQ(receive(), OK);
+    EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
+    EXPECT_EQ(::recv(socket.get(), &header, sizeof(header), MSG_DONTWAIT), ssize_t{sizeof(header)});
+    return header.hints;
   }
-  void takeReply() const {
-    FrameHeader header;
-    EXPECT_EQ(::recv(socket_.get(), &header, sizeof(header), 0), ssize_t{sizeof(header)});
-  }
-  void end() { socket_ = UniqueFd(); }
-
- private:
-  UniqueFd socket_;
-};
-
-class MailboxTest : public testing::Test {
- protected:
-  explicit MailboxTest(Sockets sockets = {})
-      : caller(std::move(sockets.caller)), server(std::move(sockets.server), Lane::Side::kServes) {}
-
-  void SetUp() override {
-    if (!looksOut()) GTEST_SKIP() << "needs two processors";
-  }
-
-  /** Has the server answer requests until it looks into its mailbox; that is claimed then. */
-  void haveItLook() {
+  /** From here on both sides use mailboxes. */
+  bool share() {
     UniqueFd shared;
     mailboxes = Mailboxes::make(&shared);
-    ASSERT_TRUE(mailboxes);
-    caller.share(shared.get());
-    do {
-      exchange();
-      // A process that had to wait for a processor rests for a while.
-      if (!mailboxes.out().claim()) std::this_thread::sleep_for(std::chrono::milliseconds(1));
-    } while (mailboxes.out().isIdle());
+    sendShare(shared.get());
+    return mailboxes && call() == kHintShared;
   }
-  void exchange() {
-    caller.request();
-    FrameHeader header;
-    Parcel data;
-    ASSERT_EQ(server.receive(&header, &data), OK);
-    ASSERT_EQ(server.send({.kind = FrameKind::kReply}), OK);
-    caller.takeReply();
+  void put(const FrameHeader& header, size_t size = sizeof(FrameHeader)) {
+    std::memcpy(mailboxes.out().bytes(), &header, sizeof(header));
+    mailboxes.out().fill(size);
   }
   android::status_t receive() {
     FrameHeader header;
@@ -226,56 +220,157 @@ class MailboxTest : public testing::Test {
     return server.receive(&header, &data);
   }
 
-  RawCaller caller;
+  UniqueFd socket;
   Lane server;
   Mailboxes mailboxes;
 };
 
+class MailboxTest : public testing::Test, protected Caller {};
+
+const FrameHeader kRequest{.kind = FrameKind::kRequest, .hints = kHintBackToBack};
+
 TEST_F(MailboxTest, LooksInVainBecomeRare) {
-  UniqueFd shared;
-  mailboxes = Mailboxes::make(&shared);
-  caller.share(shared.get());
-  // The hint promises a call at once, and it never comes by the mailbox.
-  while (server.patience().looks() == 0) exchange();
-  for (int i = 0; i < 500; ++i) exchange();
+  if (!looksOut()) GTEST_SKIP() << "needs two processors";
+  ASSERT_TRUE(share());
+  // The hint promises a call at once, and it never comes.
+  const auto exchange = [this] {
+    std::thread late([this] {
+      std::this_thread::sleep_for(2 * Lookouts::self().patience());
+      put(kRequest);
+    });
+    EXPECT_EQ(receive(), OK);
+    late.join();
+    EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
+    mailboxes.in().empty();
+  };
+  for (int i = 0; i < 2000 && server.patience().looks() == 0; ++i) exchange();
+  ASSERT_EQ(server.patience().looks(), 1U);
+  for (int i = 0; i < 200; ++i) exchange();
   // After the nth, 2^n - 1 waits go by without.
-  EXPECT_LE(server.patience().looks(), 9U);
+  EXPECT_LE(server.patience().looks(), 8U);
 }
 
-TEST_F(MailboxTest, ACallerThatDiesWhileItWrites) {
-  haveItLook();
+TEST_F(MailboxTest, WhatCameBeforeTheEndIsStillReceived) {
+  ASSERT_TRUE(share());
+  put(kRequest);
+  socket = UniqueFd();
+  while (!server.hasEnded()) std::this_thread::yield();
+  EXPECT_EQ(receive(), OK);
+  EXPECT_EQ(receive(), DEAD_OBJECT);
+  EXPECT_EQ(server.trySend({.kind = FrameKind::kReply}), DEAD_OBJECT);
+}
+
+TEST(IdleLanesTest, ALaneWhoseOtherEndIsGoneIsNotTakenAgain) {
+  IdleLanes idle;
+  for (const bool ends : {true, false}) {
+    Sockets sockets;
+    auto lane = std::make_unique<Lane>(std::move(sockets.caller), Lane::Side::kCalls);
+    lane->share();
+    const Lane* const put = lane.get();
+    if (ends) sockets.server = UniqueFd();
+    EXPECT_EQ(within(microseconds(ends ? 10'000'000 : 0), [&] { return lane->hasEnded(); }), ends);
+    idle.put(std::move(lane));
+    EXPECT_EQ(idle.take().get(), ends ? nullptr : put);
+  }
+}
+
+TEST_F(MailboxTest, TheEndWakesWhoeverSleeps) {
+  for (const bool sends : {false, true}) {
+    SCOPED_TRACE(sends ? "until its reply is taken" : "until a request comes");
+    Caller peer;
+    ASSERT_TRUE(peer.share());
+    if (sends) {
+      ASSERT_EQ(peer.server.trySend({.kind = FrameKind::kReply}), OK);
+      EXPECT_EQ(peer.server.trySend({.kind = FrameKind::kReply}, 1), android::WOULD_BLOCK);
+    }
+    std::thread death([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(10));
+      peer.socket = UniqueFd();
+    });
+    EXPECT_EQ(sends ? peer.server.send({.kind = FrameKind::kReply}) : peer.receive(), DEAD_OBJECT);
+    death.join();
+  }
+}
+
+std::atomic<bool> isHeldUp = false;
+std::atomic<bool> goesOn = false;
+
+TEST_F(MailboxTest, ACallerThatUndoesWhatWakesTheServer) {
+  ASSERT_TRUE(share());
+  struct sigaction action = {};
+  action.sa_flags = SA_RESTART;
+  action.sa_handler = [](int) {
+    isHeldUp = true;
+    while (!goesOn) ::sched_yield();
+  };
+  struct sigaction before;
+  ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
+  constexpr uint32_t kAwaited = 1;
+  auto& state = *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out());
+  std::atomic<bool> isDone = false;
+  std::thread receiver([&] {
+    EXPECT_EQ(receive(), DEAD_OBJECT);
+    isDone = true;
+  });
+  while (state != kAwaited) std::this_thread::yield();
+  // It is away from what it sleeps on when it is woken, and when it is back, all is as before.
+  ::pthread_kill(receiver.native_handle(), SIGUSR1);
+  const bool heldUp = within(microseconds(500'000), [] { return isHeldUp.load(); });
+  socket = UniqueFd();
+  if (heldUp) {
+    while (state == kAwaited) std::this_thread::yield();
+    state = kAwaited;
+  }
+  goesOn = true;
+  EXPECT_TRUE(within(microseconds(10'000'000), [&] { return isDone.load(); }));
+  while (!isDone) mailboxes.out().rouseReceiver();
+  receiver.join();
+  ::sigaction(SIGUSR1, &before, nullptr);
+  if (!heldUp) GTEST_SKIP() << "signals wait for the end of the system call";
+}
+
+TEST_F(MailboxTest, AReplyWaitsForTheOneBeforeToBeTaken) {
+  ASSERT_TRUE(share());
+  ASSERT_EQ(server.send({.kind = FrameKind::kReply, .code = 1}), OK);
+  std::thread slow([this] {
+    std::this_thread::sleep_for(std::chrono::milliseconds(20));
+    mailboxes.in().empty();
+  });
+  EXPECT_EQ(server.send({.kind = FrameKind::kReply, .code = 2}), OK);
+  slow.join();
+  FrameHeader header;
+  std::memcpy(&header, mailboxes.in().bytes(), sizeof(header));
+  EXPECT_EQ(header.code, 2U);
+}
+
+TEST_F(MailboxTest, TheRestOfAFrameThatNeverComes) {
+  ASSERT_TRUE(share());
+  put({.kind = FrameKind::kRequest, .dataSize = 100'000}, Mailbox::kCapacity);
   std::thread death([this] {
-    pass(microseconds(200));
-    caller.end();
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+    socket = UniqueFd();
   });
   EXPECT_EQ(receive(), DEAD_OBJECT);
   death.join();
 }
 
-TEST_F(MailboxTest, ACallerThatTakesItsTimeToWrite) {
-  haveItLook();
-  std::thread slow([this] {
-    std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    const FrameHeader header{.kind = FrameKind::kRequest};
-    std::memcpy(mailboxes.out().bytes(), &header, sizeof(header));
-    mailboxes.out().fill(sizeof(header));
-  });
-  EXPECT_EQ(receive(), OK);
-  slow.join();
-}
-
 class MailboxFrameTest : public MailboxTest, public testing::WithParamInterface<size_t> {};
 
 TEST_P(MailboxFrameTest, IsNone) {
-  haveItLook();
-  const FrameHeader request{.kind = FrameKind::kRequest};
-  std::memcpy(mailboxes.out().bytes(), &request, sizeof(request));
-  mailboxes.out().fill(GetParam());
+  ASSERT_TRUE(share());
+  put(kRequest, GetParam());
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
 
 INSTANTIATE_TEST_SUITE_P(Sizes, MailboxFrameTest,
-                         testing::Values(0, 39, 41, kFirstPacketSize + 1, size_t{0xffffffff}));
+                         testing::Values(0, 39, 41, Mailbox::kCapacity + 1, size_t{0xffffffff}));
+
+TEST_F(MailboxTest, AStateThatIsNoneHoldsNothingUp) {
+  ASSERT_TRUE(share());
+  mailboxes.out().fill(0);
+  *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out()) = 77;
+  EXPECT_EQ(receive(), FAILED_TRANSACTION);
+}
 
 TEST_F(MailboxTest, MemoryThatCouldBeTakenAwayIsRefused) {
   const UniqueFd unsealed(::memfd_create("unsealed", MFD_CLOEXEC | MFD_ALLOW_SEALING));
@@ -286,10 +381,9 @@ TEST_F(MailboxTest, MemoryThatCouldBeTakenAwayIsRefused) {
   for (const int fd : {unsealed.get(), small.get(), noMemory.get()}) {
     EXPECT_FALSE(Mailboxes::accept(UniqueFd(::dup(fd))));
   }
-  caller.share(-1);
-  exchange();
-  caller.request();
-  EXPECT_EQ(receive(), OK) << "the socket is still there";
+  sendShare(-1);
+  EXPECT_EQ(call(), 0U);
+  EXPECT_EQ(call(), 0U) << "the socket is still there";
 }
 
 }  // namespace
