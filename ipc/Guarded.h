@@ -2,6 +2,8 @@
 
 #include <mutex>
 
+#include "ipc/ShortLock.h"
+
 namespace com::qv {
 
 /** A small value that is replaced as a whole and read by copy, from any thread. Meant to be immortal, as a
@@ -12,24 +14,24 @@ class Guarded {
   explicit Guarded(const T& value = {}) : value_(value) {}
 
   void set(const T& value) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     value_ = value;
   }
 
   T get() const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     return value_;
   }
 
   /** One member of the current value. */
   template <class Member, class Owner>
   Member get(Member Owner::*member) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     return value_.*member;
   }
 
  private:
-  mutable std::mutex mutex_;
+  mutable ShortLock lock_;
   T value_;
 };
 

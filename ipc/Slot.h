@@ -5,6 +5,8 @@
 
 #include <utils/StrongPointer.h>
 
+#include "ipc/ShortLock.h"
+
 namespace com::qv {
 
 /**
@@ -26,20 +28,20 @@ class Slot {
 
   /** The proxy of the current client; null without one. */
   android::sp<typename Client::Service> service() const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     return current_.client == nullptr ? nullptr : current_.client->service;
   }
 
   /** What to call when `client` has died; null if it is not the current one. */
   template <class Base>
   DiedCallback onDeathOf(const Base* client) const {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     return current_.client.get() == client ? current_.onServiceDied : nullptr;
   }
 
   /** Gives back the connection before. */
   [[nodiscard]] Connection exchange(Connection connection) {
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     return std::exchange(current_, std::move(connection));
   }
 
@@ -47,12 +49,12 @@ class Slot {
   template <class Base>
   void drop(const Base* client) {
     Connection dropped;  // Outlives the lock, so that the client goes outside it.
-    const std::lock_guard lock(mutex_);
+    const std::lock_guard guard(lock_);
     if (current_.client.get() == client) std::swap(current_, dropped);
   }
 
  private:
-  mutable std::mutex mutex_;
+  mutable ShortLock lock_;
   Connection current_;
 };
 
