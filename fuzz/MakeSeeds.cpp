@@ -238,6 +238,7 @@ void makeFrames() {
   const FrameHeader reply{.kind = FrameKind::kReply};
   frames.add(reply, &small).save("ReplyFuzz", "small");
   frames.add(reply, &large).save("ReplyFuzz", "large");
+  frames.add({.kind = FrameKind::kReply, .hints = kHintShared}, &binder, own).save("ReplyFuzz", "shared");
   frames.add(reply, &binder, own).save("ReplyFuzz", "own");
   frames.add(reply, &binder, foreign).save("ReplyFuzz", "foreign");
   frames.add({.kind = FrameKind::kReply, .status = android::DEAD_OBJECT}).save("ReplyFuzz", "dead");

@@ -2,6 +2,7 @@
 
 #include <sys/socket.h>
 
+#include <algorithm>
 #include <utility>
 
 #include "Mailboxes.h"
@@ -11,6 +12,7 @@ namespace vesk::fuzz {
 namespace {
 
 using android::transport::FrameHeader;
+using android::transport::Mailbox;
 using android::transport::Mailboxes;
 using android::transport::ObjectEntry;
 using android::transport::UniqueFd;
@@ -68,13 +70,17 @@ std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
 }
 
 void sendPackets(int socket, const std::vector<Packet>& packets) {
-  static const UniqueFd& mailboxes = *[] {
-    auto* shared = new UniqueFd;
-    // The mapping goes at once; it is the other side's that counts.
-    FUZZ_CHECK(Mailboxes::make(shared));
-    return shared;
-  }();
+  UniqueFd shared;
+  Mailboxes mailboxes;
+  bool intoMailbox = false;
   for (const Packet& packet : packets) {
+    if (intoMailbox) {
+      const auto size = std::min(packet.bytes.size(), Mailbox::kCapacity);
+      std::copy_n(packet.bytes.begin(), size, mailboxes.out().bytes());
+      mailboxes.out().fill(packet.bytes.size());
+      intoMailbox = false;
+      continue;
+    }
     iovec piece{const_cast<uint8_t*>(packet.bytes.data()), packet.bytes.size()};
     msghdr message = {};
     message.msg_iov = &piece;
@@ -87,7 +93,12 @@ void sendPackets(int socket, const std::vector<Packet>& packets) {
       rights->cmsg_level = SOL_SOCKET;
       rights->cmsg_type = SCM_RIGHTS;
       rights->cmsg_len = CMSG_LEN(packet.descriptors * sizeof(int));
-      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? mailboxes.get() : socket);
+      if (packet.mailboxes && !mailboxes) {
+        mailboxes = Mailboxes::make(&shared);
+        FUZZ_CHECK(mailboxes);
+        intoMailbox = true;
+      }
+      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? shared.get() : socket);
       std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size() * sizeof(int));
     }
     if (::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;
