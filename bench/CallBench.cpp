@@ -46,7 +46,13 @@ class ConfigService : public com::qv::DefaultConfigService {
   }
 
  private:
-  const std::vector<CommonParcelable> rtpStatus_{kListSize, emptyRecord<VESK_RTP_STATUS_SIZE>()};
+  /** Each with bytes of its own, as records have that are not all the same. */
+  static std::vector<CommonParcelable> records() {
+    std::vector<CommonParcelable> all;
+    for (size_t i = 0; i < kListSize; ++i) all.push_back(emptyRecord<VESK_RTP_STATUS_SIZE>());
+    return all;
+  }
+  const std::vector<CommonParcelable> rtpStatus_ = records();
 };
 
 class DatabaseService : public com::qv::DefaultDatabaseService {

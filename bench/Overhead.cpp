@@ -214,7 +214,7 @@ std::span<const OverheadCase> overheadCases() {
            check(list[i].copyTo(records + i * VESK_RTP_STATUS_SIZE, VESK_RTP_STATUS_SIZE));
          }
        },
-       kListSize + 2},
+       2},
   };
   return kCases;
 }

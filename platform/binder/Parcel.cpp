@@ -1,6 +1,5 @@
 #include <binder/Parcel.h>
 
-#include <stdlib.h>
 #include <string.h>
 
 #include <algorithm>
@@ -11,6 +10,7 @@
 
 #include <utils/Unicode.h>
 
+#include "../utils/SharedBytes.h"
 #include "ParcelAccess.h"
 
 namespace android {
@@ -26,6 +26,12 @@ constexpr size_t kMaxSize = std::numeric_limits<int32_t>::max();
 
 // What is too much for the inline buffer is mostly a list, which goes on growing.
 constexpr size_t kFirstHeapCapacity = 4096;
+
+// A text that is shorter in relation to its parcel isn't worth keeping that for.
+constexpr size_t kMaxCapacityPerByte = 1024;
+
+// So many holds on a parcel's contents are counted at once.
+constexpr uint32_t kHolds = 256;
 
 // The least that a String16 takes: its length and the terminating zero, padded.
 constexpr size_t kMinString16Size = 8;
@@ -49,11 +55,6 @@ uint8_t* store(uint8_t* to, const T& value) {
 // memcpy that takes a null pointer for no bytes.
 void copyBytes(void* to, const void* from, size_t length) {
   if (length > 0) memcpy(to, from, length);
-}
-
-template <typename T>
-status_t writeValue(Parcel* parcel, T value) {
-  return parcel->write(&value, sizeof(value));
 }
 
 template <typename T>
@@ -113,8 +114,8 @@ Parcel::~Parcel() { freeData(); }
 void Parcel::setDataPosition(size_t pos) const { position_ = std::min(pos, size_); }
 
 status_t Parcel::setDataSize(size_t size) {
-  if (!reserve(size)) return NO_MEMORY;
   if (size > size_) {
+    if (!reserve(size)) return NO_MEMORY;
     memset(data_ + size_, 0, size - size_);
   } else {
     dropObjects(size, size_);
@@ -137,42 +138,64 @@ status_t Parcel::setData(const uint8_t* buffer, size_t len) {
 
 void Parcel::freeData() {
   objects_.clear();
-  if (data_ != inline_) free(data_);
+  letGoOfData();
   data_ = inline_;
   size_ = 0;
   capacity_ = kInlineCapacity;
   position_ = 0;
 }
 
-bool Parcel::reserve(size_t size) {
-  if (size <= capacity_) return true;
+bool Parcel::move(size_t size) {
+  if (size <= capacity_ && SharedBytes::at(data_)->hasNoneBut(1 + lendable_)) return true;
   if (size > kMaxSize) return false;
-  const bool wasInline = data_ == inline_;
-  void* const grown = realloc(wasInline ? nullptr : data_, size);
-  if (grown == nullptr) return false;
-  if (wasInline) memcpy(grown, inline_, size_);
-  data_ = static_cast<uint8_t*>(grown);
-  capacity_ = size;
+  const size_t capacity = std::max(size, capacity_);
+  SharedBytes* moved = nullptr;
+  if (allocating([&] { moved = SharedBytes::make(capacity); }) != OK) return false;
+  memcpy(moved->bytes(), data_, size_);
+  letGoOfData();
+  data_ = moved->bytes();
+  capacity_ = capacity;
   return true;
 }
 
-uint8_t* Parcel::claim(size_t len) {
+void Parcel::letGoOfData() {
+  if (!isInline()) SharedBytes::at(data_)->letGo(1 + lendable_);
+  lendable_ = 0;
+}
+
+SharedBytes* Parcel::lend() const {
+  SharedBytes* const whole = SharedBytes::at(data_);
+  if (lendable_ <= 1) {
+    whole->hold(kHolds);
+    lendable_ += kHolds;
+  }
+  --lendable_;
+  return whole;
+}
+
+inline uint8_t* Parcel::claim(size_t len) {
   // Contents that were set as raw bytes may end off the four-byte grid.
   const size_t start = padded(position_);
   if (start > kMaxSize || len > kMaxSize - start) return nullptr;
   const size_t end = start + padded(len);
-  if (end > capacity_ && !reserve(std::max({end, kFirstHeapCapacity, std::min(2 * capacity_, kMaxSize)}))) {
-    return nullptr;
+  if (end > capacity_ || lendable_ != 0) [[unlikely]] {
+    const size_t more = end > capacity_ ? std::max(kFirstHeapCapacity, std::min(2 * capacity_, kMaxSize)) : 0;
+    if (!reserve(std::max(end, more))) return nullptr;
   }
-  if (start < size_) {
-    dropObjects(start, end);
-  } else {
-    memset(data_ + size_, 0, start - size_);
-  }
-  memset(data_ + start + len, 0, end - start - len);
+  if (start != size_) clear(start, end);
+  // The padding is in the last word, whatever is written to the rest of it.
+  if (len % 4 != 0) store(data_ + end - sizeof(uint32_t), uint32_t{0});
   position_ = end;
   size_ = std::max(size_, end);
   return data_ + start;
+}
+
+void Parcel::clear(size_t from, size_t to) {
+  if (from < size_) {
+    dropObjects(from, to);
+  } else {
+    memset(data_ + size_, 0, from - size_);
+  }
 }
 
 void Parcel::dropObjects(size_t from, size_t to) {
@@ -200,11 +223,19 @@ status_t Parcel::write(const void* data, size_t len) {
   return OK;
 }
 
-status_t Parcel::writeInt32(int32_t val) { return writeValue(this, val); }
-status_t Parcel::writeUint32(uint32_t val) { return writeValue(this, val); }
-status_t Parcel::writeInt64(int64_t val) { return writeValue(this, val); }
-status_t Parcel::writeUint64(uint64_t val) { return writeValue(this, val); }
-status_t Parcel::writeBool(bool val) { return writeInt32(val ? 1 : 0); }
+template <typename T>
+inline status_t Parcel::writeValue(T value) {
+  uint8_t* const to = claim(sizeof(value));
+  if (to == nullptr) return NO_MEMORY;
+  store(to, value);
+  return OK;
+}
+
+status_t Parcel::writeInt32(int32_t val) { return writeValue(val); }
+status_t Parcel::writeUint32(uint32_t val) { return writeValue(val); }
+status_t Parcel::writeInt64(int64_t val) { return writeValue(val); }
+status_t Parcel::writeUint64(uint64_t val) { return writeValue(val); }
+status_t Parcel::writeBool(bool val) { return writeValue(int32_t{val}); }
 
 status_t Parcel::writeString8(const String8& str) {
   const size_t length = str.length();
@@ -262,7 +293,7 @@ status_t Parcel::writeString16Vector(const std::vector<String16>& val) {
 
 status_t Parcel::writeParcelable(const Parcelable& parcelable) {
   return writeWhole(this, [&] {
-    const status_t status = writeInt32(1);
+    const status_t status = writeValue(int32_t{1});
     return status == OK ? parcelable.writeToParcel(this) : status;
   });
 }
@@ -295,14 +326,23 @@ const void* Parcel::readInplace(size_t len) const {
   return data_ + std::exchange(position_, position_ + padded(len));
 }
 
+template <typename T>
+inline status_t Parcel::readValue(T* value) const {
+  static_assert(sizeof(T) == padded(sizeof(T)));
+  if (sizeof(T) > dataAvail()) return NOT_ENOUGH_DATA;
+  *value = load<T>(data_ + position_);
+  position_ += sizeof(T);
+  return OK;
+}
+
 int32_t Parcel::readInt32() const { return readOr<int32_t>(*this, &Parcel::readInt32); }
-status_t Parcel::readInt32(int32_t* pArg) const { return read(pArg, sizeof(*pArg)); }
+status_t Parcel::readInt32(int32_t* pArg) const { return readValue(pArg); }
 uint32_t Parcel::readUint32() const { return readOr<uint32_t>(*this, &Parcel::readUint32); }
-status_t Parcel::readUint32(uint32_t* pArg) const { return read(pArg, sizeof(*pArg)); }
+status_t Parcel::readUint32(uint32_t* pArg) const { return readValue(pArg); }
 int64_t Parcel::readInt64() const { return readOr<int64_t>(*this, &Parcel::readInt64); }
-status_t Parcel::readInt64(int64_t* pArg) const { return read(pArg, sizeof(*pArg)); }
+status_t Parcel::readInt64(int64_t* pArg) const { return readValue(pArg); }
 uint64_t Parcel::readUint64() const { return readOr<uint64_t>(*this, &Parcel::readUint64); }
-status_t Parcel::readUint64(uint64_t* pArg) const { return read(pArg, sizeof(*pArg)); }
+status_t Parcel::readUint64(uint64_t* pArg) const { return readValue(pArg); }
 bool Parcel::readBool() const { return readOr<bool>(*this, &Parcel::readBool); }
 
 status_t Parcel::readBool(bool* pArg) const {
@@ -313,36 +353,55 @@ status_t Parcel::readBool(bool* pArg) const {
 }
 
 template <typename Unit>
-status_t Parcel::readTextInplace(const Unit** text, size_t* length) const {
-  return readWhole(*this, [&] {
-    size_t count;
-    if (const status_t status = readCount(*this, sizeof(Unit), &count); status != OK) return status;
-    const void* const found = readInplace((count + 1) * sizeof(Unit));
-    if (found == nullptr) return status_t{NOT_ENOUGH_DATA};
-    // Only a position that was set by hand lies off the grid.
-    if (reinterpret_cast<uintptr_t>(found) % alignof(Unit) != 0) return status_t{BAD_TYPE};
-    const Unit* const units = static_cast<const Unit*>(found);
-    if (units[count] != 0) return status_t{BAD_TYPE};
-    *text = units;
-    *length = count;
-    return status_t{OK};
-  });
-}
-
-template <typename Unit, typename String>
-status_t Parcel::readText(String* str) const {
-  return readWhole(*this, [&] {
-    const Unit* text;
-    size_t length;
-    const status_t status = readTextInplace(&text, &length);
-    return status == OK ? str->setTo(text, length) : status;
-  });
+inline status_t Parcel::readTextInplace(const Unit** text, size_t* length) const {
+  size_t rest = dataAvail();
+  if (rest < sizeof(int32_t)) return NOT_ENOUGH_DATA;
+  rest -= sizeof(int32_t);
+  const uint8_t* const found = data_ + position_;
+  const int32_t stated = load<int32_t>(found);
+  if (stated < 0) return UNEXPECTED_NULL;
+  const size_t count = static_cast<size_t>(stated);
+  if (count > rest / sizeof(Unit)) return NOT_ENOUGH_DATA;
+  const size_t size = padded((count + 1) * sizeof(Unit));
+  if (size > rest) return NOT_ENOUGH_DATA;
+  const void* const there = found + sizeof(int32_t);
+  // Only a position that was set by hand lies off the grid.
+  if (reinterpret_cast<uintptr_t>(there) % alignof(Unit) != 0) return BAD_TYPE;
+  const Unit* const units = static_cast<const Unit*>(there);
+  if (units[count] != 0) return BAD_TYPE;
+  *text = units;
+  *length = count;
+  position_ += sizeof(int32_t) + size;
+  return OK;
 }
 
 String8 Parcel::readString8() const { return readOr<String8>(*this, &Parcel::readString8); }
-status_t Parcel::readString8(String8* pArg) const { return readText<char>(pArg); }
+
+status_t Parcel::readString8(String8* pArg) const {
+  const size_t start = position_;
+  const char* text;
+  size_t length;
+  status_t status = readTextInplace(&text, &length);
+  if (status != OK) return status;
+  if (!isInline() && length > capacity_ / kMaxCapacityPerByte) {
+    *pArg = String8(text, length, lend());
+    return OK;
+  }
+  status = pArg->setTo(text, length);
+  if (status != OK) position_ = start;
+  return status;
+}
+
 String16 Parcel::readString16() const { return readOr<String16>(*this, &Parcel::readString16); }
-status_t Parcel::readString16(String16* pArg) const { return readText<char16_t>(pArg); }
+
+status_t Parcel::readString16(String16* pArg) const {
+  return readWhole(*this, [&] {
+    const char16_t* text;
+    size_t length;
+    const status_t status = readTextInplace(&text, &length);
+    return status == OK ? pArg->setTo(text, length) : status;
+  });
+}
 
 const char16_t* Parcel::readString16Inplace(size_t* outLen) const {
   const char16_t* text = nullptr;
@@ -390,7 +449,7 @@ status_t Parcel::readString16Vector(std::vector<String16>* val) const {
 status_t Parcel::readParcelable(Parcelable* parcelable) const {
   return readWhole(*this, [&] {
     int32_t marker;
-    if (const status_t status = readInt32(&marker); status != OK) return status;
+    if (const status_t status = readValue(&marker); status != OK) return status;
     return marker != 0 ? parcelable->readFromParcel(this) : status_t{UNEXPECTED_NULL};
   });
 }
@@ -414,8 +473,8 @@ status_t Parcel::readStrongBinder(sp<IBinder>* val) const {
 namespace transport {
 
 uint8_t* ParcelAccess::prepare(Parcel* parcel, size_t size) {
-  // Without contents to keep, a larger buffer needs no copy.
-  if (size > parcel->capacity_) parcel->freeData();
+  // Without contents to keep, another buffer needs no copy.
+  if (size > parcel->capacity_ || parcel->lendable_ != 0) parcel->freeData();
   parcel->objects_.clear();
   parcel->size_ = 0;
   parcel->position_ = 0;

@@ -7,8 +7,10 @@
 #include <new>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
+#include "ParcelAccess.h"
 #include "ParcelTesting.h"
 
 namespace {
@@ -281,6 +283,74 @@ TEST(Parcel, GrowsBeyondItsOwnMemoryWithoutLoss) {
   EXPECT_EQ(parcel.data(), inPlace);
   EXPECT_EQ(parcel.dataSize(), 0u);
   EXPECT_EQ(parcel.dataCapacity(), Parcel::kInlineCapacity);
+}
+
+// Its contents are larger than its own memory, which strings that are read from it share.
+String8 readFromLarge(Parcel* parcel, const std::string& text) {
+  while (parcel->dataSize() < 1000) EXPECT_EQ(parcel->writeString8(String8(text.c_str())), OK);
+  parcel->setDataPosition(0);
+  return parcel->readString8();
+}
+
+bool standsIn(const Parcel& parcel, const String8& string) {
+  const char* const begin = reinterpret_cast<const char*>(parcel.data());
+  return string.c_str() >= begin && string.c_str() < begin + parcel.dataCapacity();
+}
+
+TEST(Parcel, AStringStaysAsItWasRead) {
+  const std::string dirt(2000, '#');
+  const auto bytes = reinterpret_cast<const uint8_t*>(dirt.data());
+  const std::function<void(Parcel*)> kRows[] = {
+      [&](Parcel* p) { p->write(bytes, 500); },
+      [&](Parcel* p) { p->setData(bytes, 500); },
+      [&](Parcel* p) { p->setData(bytes, dirt.size()); },
+      [](Parcel* p) { p->setDataSize(0), p->setDataSize(500); },
+      [](Parcel* p) { p->setDataCapacity(10000); },
+      [&](Parcel* p) { p->freeData(), p->write(bytes, 1000); },
+      [&](Parcel* p) { memcpy(transport::ParcelAccess::prepare(p, 500), bytes, 500); },
+      [](Parcel* p) { p->~Parcel(), new (p) Parcel; },
+  };
+  const std::string text(200, 'x');
+  for (const auto& change : kRows) {
+    SCOPED_TRACE(&change - kRows);
+    Parcel parcel;
+    const String8 read = readFromLarge(&parcel, text);
+    EXPECT_TRUE(standsIn(parcel, read));
+    const String8 copy = read;
+    EXPECT_FALSE(standsIn(parcel, copy)) << "a copy would keep the whole parcel";
+    change(&parcel);
+    EXPECT_EQ(read, text.c_str());
+    EXPECT_EQ(copy, text.c_str());
+  }
+}
+
+TEST(Parcel, KeepsItsMemoryWhenItsStringsAreGone) {
+  Parcel parcel;
+  const String8 tooShort = readFromLarge(&parcel, "x");
+  EXPECT_FALSE(standsIn(parcel, tooShort)) << "it would keep the whole parcel";
+  parcel.freeData();
+  for (int i = 0; i < 1000; ++i) readFromLarge(&parcel, std::string(200, 'x')).clear();
+  const uint8_t* const before = parcel.data();
+  EXPECT_EQ(parcel.writeInt32(8), OK);
+  EXPECT_EQ(parcel.data(), before);
+}
+
+TEST(Parcel, ItsStringsMayGoOnAnyThread) {
+  const std::string text(200, 'x');
+  for (int round = 0; round < 50; ++round) {
+    std::vector<std::thread> threads;
+    {
+      Parcel parcel;
+      for (int i = 0; i < 3; ++i) {
+        std::vector<String8> strings;
+        while (strings.size() < 200) strings.push_back(readFromLarge(&parcel, text));
+        threads.emplace_back([text, strings = std::move(strings)] {
+          for (const String8& string : strings) EXPECT_EQ(string, text.c_str());
+        });
+      }
+    }
+    for (std::thread& thread : threads) thread.join();
+  }
 }
 
 TEST(Parcel, FailedWriteAddsNothing) {

@@ -9,6 +9,7 @@
 #include <optional>
 #include <random>
 #include <string>
+#include <thread>
 #include <vector>
 
 using android::String16;
@@ -201,11 +202,52 @@ TEST(String8, HoldsZeroBytes) {
   EXPECT_NE(record, String8("a\0c\0", 4));
   EXPECT_NE(record, "a");
   EXPECT_LT(String8("a\0b", 3), record);
-  String8 doubled = record;
-  doubled.append(doubled);
-  EXPECT_EQ(doubled, String8("a\0b\0a\0b\0", 8));
-  doubled.setTo(doubled.c_str() + 4, 3);
-  EXPECT_EQ(doubled, String8("a\0b", 3));
+}
+
+TEST(String8, CopiesShareTheirBytesUntilOneChanges) {
+  const struct {
+    const char* expected;
+    void (*change)(String8*);
+  } rows[] = {
+      {"ab", [](String8* s) { *s = *&*s; }},
+      {"ab", [](String8* s) { s->setTo(*s); }},
+      {"b", [](String8* s) { s->setTo(s->c_str() + 1); }},
+      {"abab", [](String8* s) { s->append(*s); }},
+      {"abb", [](String8* s) { *s += s->c_str() + 1; }},
+      {"ab", [](String8* s) { *s += String8(); }},
+      {"abab1", [](String8* s) { s->appendFormat("%s%d", s->c_str(), 1); }},
+      {"", [](String8* s) { s->clear(); }},
+      {"c", [](String8* s) { *s = String8("c"); }},
+      {"ab", [](String8* s) { *s = String8(std::move(*s)); }},
+  };
+  for (const auto& row : rows) {
+    const String8 original("ab");
+    String8 copy = original;
+    EXPECT_EQ(copy.c_str(), original.c_str());
+    row.change(&copy);
+    EXPECT_EQ(copy, row.expected);
+    EXPECT_EQ(original, "ab");
+    String8 alone("ab");
+    row.change(&alone);
+    EXPECT_EQ(alone, row.expected);
+  }
+}
+
+TEST(String8, CopiesComeAndGoOnAnyThread) {
+  for (int round = 0; round < 200; ++round) {
+    std::vector<std::thread> threads;
+    {
+      const String8 original("ab");
+      for (int i = 0; i < 4; ++i) {
+        threads.emplace_back([copy = original]() mutable {
+          String8 other = copy;
+          copy += "c";
+          EXPECT_EQ(other + "c", copy);
+        });
+      }
+    }
+    for (std::thread& thread : threads) thread.join();
+  }
 }
 
 TEST(String8, OrdersByUnsignedBytes) {

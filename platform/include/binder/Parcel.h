@@ -14,6 +14,7 @@
 namespace android {
 
 class IBinder;
+class SharedBytes;
 
 namespace transport {
 class ParcelAccess;
@@ -24,7 +25,8 @@ class ParcelAccess;
  *
  * A read that fails leaves its target and the position as they were: NOT_ENOUGH_DATA where the contents end
  * too soon, UNEXPECTED_NULL where a null string, vector or parcelable stands, BAD_TYPE where something else
- * stands. A write that fails adds nothing: NO_MEMORY. The first kInlineCapacity bytes need no allocation. Not
+ * stands. A write that fails adds nothing: NO_MEMORY. The first kInlineCapacity bytes need no allocation. A
+ * String8 that was read from more than these keeps them, however the parcel goes on; its copies don't. Not
  * for use by several threads at once.
  */
 class Parcel {
@@ -118,23 +120,37 @@ class Parcel {
     sp<IBinder> binder;
   };
 
-  /** Makes room for `size` bytes in all; false if there is no memory for them. */
-  bool reserve(size_t size);
+  /** Makes room for `size` bytes in all, to be written by nobody else; false if there is no memory for them.
+   */
+  bool reserve(size_t size) { return (size <= capacity_ && lendable_ == 0) || move(size); }
+  /** reserve(), in other memory if need be. */
+  bool move(size_t size);
+  void letGoOfData();
+  bool isInline() const { return data_ == inline_; }
+  /** Another hold on the contents, for a string that shares them. */
+  SharedBytes* lend() const;
   /** Where the next `len` bytes go, the padding behind them zeroed already; null if there is no memory for
    * them. */
   uint8_t* claim(size_t len);
+  /** Readies what will be written over from one offset to the other, or the gap before it. */
+  void clear(size_t from, size_t to);
   /** Forgets the objects that stand, even in part, between two offsets. */
   void dropObjects(size_t from, size_t to);
+  template <typename T>
+  status_t writeValue(T value);
+  template <typename T>
+  status_t readValue(T* value) const;
   /** A text where it stands, with its terminating zero. */
   template <typename Unit>
   status_t readTextInplace(const Unit** text, size_t* length) const;
-  template <typename Unit, typename String>
-  status_t readText(String* str) const;
 
+  /** The inline bytes, or those of a SharedBytes. */
   uint8_t* data_;
   size_t size_ = 0;
   size_t capacity_ = kInlineCapacity;
   mutable size_t position_ = 0;
+  /** Holds on the contents that are counted already and not yet lent; 0 as long as none ever was. */
+  mutable uint32_t lendable_ = 0;
   /** In order of offset. */
   std::vector<Object> objects_;
   alignas(8) uint8_t inline_[kInlineCapacity];

@@ -4,42 +4,56 @@
 #include <stddef.h>
 
 #include <compare>
-#include <string>
 #include <string_view>
+#include <utility>
 
 #include "utils/Errors.h"
 
 namespace android {
 
+class SharedBytes;
 class String16;
 
 // A string of bytes, usually UTF-8. It may hold zero bytes: the length is kept apart, and comparison looks at
-// all bytes.
+// all bytes. Copies share their bytes until one of them changes; each may be used by a thread of its own.
 class String8 {
  public:
   String8() = default;
+  String8(const String8& other);
+  String8(String8&& other) noexcept { swap(other); }
   // A null pointer gives the empty string, here and below.
   explicit String8(const char* text);
   // Exactly `length` bytes, whatever they are.
   explicit String8(const char* bytes, size_t length);
-  explicit String8(std::string_view bytes) : bytes_(bytes) {}
+  explicit String8(std::string_view bytes) : String8(bytes.data(), bytes.size()) {}
   // UTF-16 is converted to UTF-8; a surrogate without its partner becomes U+FFFD.
   explicit String8(const String16& text);
   explicit String8(const char16_t* text);
   explicit String8(const char16_t* text, size_t length);
+  String8& operator=(const String8& other) {
+    String8(other).swap(*this);
+    return *this;
+  }
+  String8& operator=(String8&& other) noexcept {
+    swap(other);
+    return *this;
+  }
+  ~String8() {
+    if (owner_ != nullptr) letGo();
+  }
 
   static String8 format(const char* format, ...) __attribute__((format(printf, 1, 2)));
   static String8 formatV(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
 
-  const char* c_str() const { return bytes_.c_str(); }
-  const char* string() const { return bytes_.c_str(); }
+  const char* c_str() const { return data_; }
+  const char* string() const { return data_; }
 
   // The number of bytes, without the zero that c_str() ends with.
-  size_t size() const { return bytes_.size(); }
-  size_t length() const { return bytes_.size(); }
-  size_t bytes() const { return bytes_.size(); }
-  bool empty() const { return bytes_.empty(); }
-  bool isEmpty() const { return bytes_.empty(); }
+  size_t size() const { return size_; }
+  size_t length() const { return size_; }
+  size_t bytes() const { return size_; }
+  bool empty() const { return size_ == 0; }
+  bool isEmpty() const { return size_ == 0; }
 
   // These return OK, or NO_MEMORY and leave the string as it was.
   status_t setTo(const String8& other);
@@ -51,7 +65,7 @@ class String8 {
   status_t appendFormat(const char* format, ...) __attribute__((format(printf, 2, 3)));
   status_t appendFormatV(const char* format, va_list args) __attribute__((format(printf, 2, 0)));
 
-  void clear() { bytes_.clear(); }
+  void clear() { *this = String8(); }
 
   String8& operator+=(const String8& other) {
     append(other);
@@ -65,17 +79,39 @@ class String8 {
   friend String8 operator+(String8 a, const char* b) { return a += b; }
 
   // Below 0, 0 or above 0, by unsigned bytes.
-  int compare(const String8& other) const { return bytes_.compare(other.bytes_); }
+  int compare(const String8& other) const { return view().compare(other.view()); }
 
-  friend bool operator==(const String8&, const String8&) = default;
-  friend std::strong_ordering operator<=>(const String8&, const String8&) = default;
-  friend bool operator==(const String8& a, const char* b) { return a.bytes_ == b; }
-  friend std::strong_ordering operator<=>(const String8& a, const char* b) { return a.bytes_ <=> b; }
+  friend bool operator==(const String8& a, const String8& b) { return a.view() == b.view(); }
+  friend std::strong_ordering operator<=>(const String8& a, const String8& b) {
+    return a.view() <=> b.view();
+  }
+  friend bool operator==(const String8& a, const char* b) { return a.view() == b; }
+  friend std::strong_ordering operator<=>(const String8& a, const char* b) { return a.view() <=> b; }
 
-  operator std::string_view() const { return bytes_; }
+  operator std::string_view() const { return view(); }
 
  private:
-  std::string bytes_;
+  friend class Parcel;
+
+  // Takes over one of the owner's holds. Anything but the owner's first bytes is a part, of which a copy is
+  // made rather than have it keep the whole for longer.
+  String8(const char* data, size_t size, SharedBytes* owner) : data_(data), size_(size), owner_(owner) {}
+  // Of so many bytes, to be filled.
+  static String8 blank(size_t length, char** bytes);
+  static String8 fromUtf16(std::u16string_view text);
+
+  std::string_view view() const { return {data_, size_}; }
+  void swap(String8& other) noexcept {
+    std::swap(data_, other.data_);
+    std::swap(size_, other.size_);
+    std::swap(owner_, other.owner_);
+  }
+  void letGo();
+
+  // A zero stands behind them. Without an owner they are a constant.
+  const char* data_ = "";
+  size_t size_ = 0;
+  SharedBytes* owner_ = nullptr;
 };
 
 }  // namespace android
