@@ -152,7 +152,8 @@ TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
   EXPECT_EQ(increment(service, 5), 6) << "while they wait";
 }
 
-TEST_F(HostilePeerTest, RepliesThatAreNeverRead) {
+TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
+  constexpr size_t kSize = 0x80000;
   std::list<RawPeer> lanes;
   for (int i = 0; i < 10; ++i) {
     lanes.push_back(lane());
@@ -161,9 +162,18 @@ TEST_F(HostilePeerTest, RepliesThatAreNeverRead) {
                             .object = number,
                             .code = TestObject::kReplyOfSize,
                             .dataSize = sizeof(int32_t)},
-                           std::vector<uint8_t>{0, 0, 8, 0});
+                           std::vector<uint8_t>{0, 0, kSize >> 16, 0});
   }
   EXPECT_EQ(increment(service, 5), 6) << "while threads wait to send half a megabyte";
+  for (RawPeer& late : lanes) {
+    EXPECT_EQ(late.statusOfReply(), OK);
+    size_t received = 0;
+    while (received < sizeof(FrameHeader) + kSize) {
+      const size_t size = late.receive(64 * 1024).size();
+      ASSERT_GT(size, 0U) << "it was not given up";
+      received += size;
+    }
+  }
 }
 
 TEST_F(HostilePeerTest, BindersThatAreNone) {

@@ -66,9 +66,9 @@ class RawPeer {
   bool receive(void* bytes, size_t size) {
     return ::recv(fd_.get(), bytes, size, 0) == static_cast<ssize_t>(size);
   }
-  /** The next packet, up to a size that fits every small frame. */
-  std::string receive() {
-    std::string packet(4096, '\0');
+  /** The next packet, up to a size; all small frames fit this one. */
+  std::string receive(size_t most = 4096) {
+    std::string packet(most, '\0');
     const ssize_t size = ::recv(fd_.get(), packet.data(), packet.size(), 0);
     EXPECT_GT(size, 0);
     packet.resize(static_cast<size_t>(std::max<ssize_t>(size, 0)));
