@@ -1,4 +1,5 @@
 #include <binder/ProcessState.h>
+#include <binder/StandIn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -150,6 +151,29 @@ TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
   std::vector<RawPeer> silent;
   for (int i = 0; i < 100; ++i) silent.emplace_back(path);
   EXPECT_EQ(increment(service, 5), 6) << "while they wait";
+}
+
+TEST_F(HostilePeerTest, DeathsOfObjectsThatAreNotRead) {
+  const android::String16 name("test.mortal");
+  const sp<TestObject> object = new TestObject;
+  ASSERT_EQ(android::defaultServiceManager()->addService(name, object), OK);
+  RawPeer holder(socketOf("test.mortal"));
+  holder.greet(ConnectionKind::kWatch);
+  Hello answer{};
+  ASSERT_TRUE(holder.receive(&answer, sizeof(answer)));
+  RawPeer held(socketOf("test.mortal"));
+  held.greet(ConnectionKind::kLane);
+  const auto isHeld = [&] {
+    EXPECT_EQ(android::defaultServiceManager()->addService(name, object), OK);
+    held.sendFrame({.kind = FrameKind::kAcquire, .object = numberOf("test.mortal")});
+    return held.statusOfReply() == OK;
+  };
+  int deaths = 0;
+  for (; deaths < 10'000 && isHeld(); ++deaths) android::standin::killObject(object);
+  int told = 0;
+  for (ObjectDeath death = 0; holder.receive(&death, sizeof(death));) ++told;
+  EXPECT_GT(told, 10);
+  EXPECT_LT(deaths, 10'000) << "it counts as dead when no more deaths can be told";
 }
 
 TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
