@@ -36,6 +36,12 @@ status_t read(const Parcel& parcel, CommonParcelable* value) {
 
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
   if (value.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) return android::BAD_VALUE;
+  // What a list needs at most, taken at once: its count, each element's marker, length, bytes and zeros.
+  // Where there isn't so much, it shows below.
+  size_t room = sizeof(int32_t);
+  for (const CommonParcelable& element : value) room += 3 * sizeof(int32_t) + element.blob().length();
+  static_cast<void>(parcel->setDataCapacity(parcel->dataSize() + room));
+
   status_t status = parcel->writeInt32(static_cast<int32_t>(value.size()));
   for (auto element = value.begin(); status == android::OK && element != value.end(); ++element) {
     status = write(parcel, *element);
