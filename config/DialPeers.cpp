@@ -7,27 +7,27 @@ using namespace com::qv;
 /* Dial peers */
 
 int bineder_get_configed_dialpeer_number(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getConfigedDialpeerNumber);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getConfigedDialpeerNumber);
 }
 int binder_dialpeer_get_config(int index, void* dialpeer) {
-  return configService.fetch<VESK_DIALPEER_CONFIG_SIZE>(dialpeer, &IConfigService::dialpeerGetConfig, index);
+  return configService.fetch<VESK_DIALPEER_CONFIG_SIZE>(dialpeer, ConfigService::dialpeerGetConfig, index);
 }
 int binder_dialpeer_set_config(int index, const char* dialpeer) {
-  return configService.value(&IConfigService::dialpeerSetConfig, index,
+  return configService.value(ConfigService::dialpeerSetConfig, index,
                              Record<VESK_DIALPEER_CONFIG_SIZE>{dialpeer});
 }
 void binder_dialpeer_delete_config(int index) {
-  configService.send(&IConfigService::dialpeerDeleteConfig, index);
+  configService.send(ConfigService::dialpeerDeleteConfig, index);
 }
 
 /* Their lines */
 
 int binder_dialpeer_get_line_max(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::dialpeerGetLineMax);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::dialpeerGetLineMax);
 }
 int binder_dialpeer_get_line_info(int line, char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, &IConfigService::dialpeerGetLineInfo, line);
+  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::dialpeerGetLineInfo, line);
 }
 int binder_dialpeer_is_p2p_line(int line) {
-  return configService.value(&IConfigService::dialpeerIsP2PLine, line);
+  return configService.value(ConfigService::dialpeerIsP2PLine, line);
 }

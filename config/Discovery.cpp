@@ -15,42 +15,41 @@ constexpr int32_t kQcmsPlatform = 2;
 /* Discovery */
 
 int binder_get_auto_discovery_config(void* out) {
-  return configService.fetch<VESK_AUTO_DISCOVERY_SIZE>(out, &IConfigService::getAutoDiscoveryConfig);
+  return configService.fetch<VESK_AUTO_DISCOVERY_SIZE>(out, ConfigService::getAutoDiscoveryConfig);
 }
 int binder_set_auto_discovery_config(const void* record) {
-  return configService.value(&IConfigService::setAutoDiscoveryConfig,
-                             Record<VESK_AUTO_DISCOVERY_SIZE>{record});
+  return configService.value(ConfigService::setAutoDiscoveryConfig, Record<VESK_AUTO_DISCOVERY_SIZE>{record});
 }
-int binder_qddp_send_scan(void) { return configService.value(&IConfigService::qddpSendScan); }
+int binder_qddp_send_scan(void) { return configService.value(ConfigService::qddpSendScan); }
 int binder_set_qddp_device_config(const void* device, const void* config) {
-  return configService.value(&IConfigService::setQddpDeviceConfig, Record<VESK_QDDP_DEVICE_SIZE>{device},
+  return configService.value(ConfigService::setQddpDeviceConfig, Record<VESK_QDDP_DEVICE_SIZE>{device},
                              Record<VESK_QDDP_CONFIG_SIZE>{config});
 }
 int binder_get_qddp_device_config(const void* device, const void* request, void* out) {
-  return configService.fetch<VESK_QDDP_CONFIG_SIZE>(out, &IConfigService::getQddpDeviceConfig,
+  return configService.fetch<VESK_QDDP_CONFIG_SIZE>(out, ConfigService::getQddpDeviceConfig,
                                                     Record<VESK_QDDP_DEVICE_SIZE>{device},
                                                     Record<VESK_QDDP_CONFIG_SIZE>{request});
 }
-void binder_qdps_manual_run(int a, int b) { configService.send(&IConfigService::qdspManualRun, a, b); }
-void binder_scan_device(void) { configService.send(&IConfigService::scanDevice); }
+void binder_qdps_manual_run(int a, int b) { configService.send(ConfigService::qdspManualRun, a, b); }
+void binder_scan_device(void) { configService.send(ConfigService::scanDevice); }
 
 /* Devices by IP address */
 
 int binder_get_device_name_by_ip(char* buf) {
-  return configService.fetch<VESK_DEVICE_NAME_SIZE>(buf, &IConfigService::getDeviceNameByIp, TextAt{buf, 0});
+  return configService.fetch<VESK_DEVICE_NAME_SIZE>(buf, ConfigService::getDeviceNameByIp, TextAt{buf, 0});
 }
 int binder_set_device_name_by_ip(const void* rec) {
-  return configService.send(&IConfigService::setDeviceNameByIp, TextAt{rec, 0},
+  return configService.send(ConfigService::setDeviceNameByIp, TextAt{rec, 0},
                             TextAt{rec, VESK_DEVICE_NAME_OFFSET});
 }
 int binder_send_reboot_to_target(const char* target) {
-  return configService.value(&IConfigService::sendRootToTarget, target);
+  return configService.value(ConfigService::sendRootToTarget, target);
 }
 int binderGetUsernameByIp(const char* ip, char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -2}, &IConfigService::getUsernameByIp, ip);
+  return configService.text(Absent{-1}, Bounded{dst, size, -2}, ConfigService::getUsernameByIp, ip);
 }
 int binderGetPasswordByIp(const char* ip, char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -2}, &IConfigService::getPasswordByIp, ip);
+  return configService.text(Absent{-1}, Bounded{dst, size, -2}, ConfigService::getPasswordByIp, ip);
 }
 
 /* QCMS */
@@ -68,5 +67,5 @@ int binderIsQcmsEnabled(void) {
 int binderGenQcmsMonitorDoorOpenUrl(const char* text1, const char* text2, const char* text3,
                                     const char* text4, char* dst) {
   return configService.text(Absent{-1}, Bounded{dst, VESK_QCMS_DOOR_OPEN_URL_SIZE, -1},
-                            &IConfigService::generateQcmsMonitorDoorOpenUrl, text1, text2, text3, text4);
+                            ConfigService::generateQcmsMonitorDoorOpenUrl, text1, text2, text3, text4);
 }

@@ -6,32 +6,28 @@ using namespace com::qv;
 
 /* The mode */
 
-int binder_get_dnd_mode(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getDndMode);
-}
-void binder_set_dnd_mode(int mode) { configService.send(&IConfigService::setDndMode, mode); }
+int binder_get_dnd_mode(void) { return configService.value(Absent{0}, Preset{0}, ConfigService::getDndMode); }
+void binder_set_dnd_mode(int mode) { configService.send(ConfigService::setDndMode, mode); }
 
 /* The state of a line */
 
-int binder_get_line_dnd_state(int line) {
-  return configService.value(&IConfigService::getLineDndState, line);
-}
+int binder_get_line_dnd_state(int line) { return configService.value(ConfigService::getLineDndState, line); }
 void binder_set_lind_dnd_state(int line, int on) {
-  configService.send(&IConfigService::setLineDndState, line, on);
+  configService.send(ConfigService::setLineDndState, line, on);
 }
 
 /* The times */
 
 int binder_get_space_dnd_start_time(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getSpaceDndStartTime);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getSpaceDndStartTime);
 }
 int binder_get_space_dnd_end_time(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getSpaceDndEndTime);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getSpaceDndEndTime);
 }
 void binder_set_space_dnd_time(const char* start_time, const char* end_time) {
-  configService.send(&IConfigService::setSpaceDndTime, start_time, end_time);
+  configService.send(ConfigService::setSpaceDndTime, start_time, end_time);
 }
 int binder_get_dnd_timer_state(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getTimerDndState);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getTimerDndState);
 }
-void binder_set_dnd_timer_state(int state) { configService.send(&IConfigService::setTimerDndState, state); }
+void binder_set_dnd_timer_state(int state) { configService.send(ConfigService::setTimerDndState, state); }

@@ -29,23 +29,23 @@ int binder_get_rtp_status(void* out, int max) {
                 static_cast<char*>(out) + VESK_RTP_STATUS_SIZE * static_cast<size_t>(index));
     return true;
   };
-  return configService.list<VESK_RTP_STATUS_SIZE>(put, &IConfigService::getRtpStatus);
+  return configService.list<VESK_RTP_STATUS_SIZE>(put, ConfigService::getRtpStatus);
 }
 
 /* Into an array */
 
 int binder_get_dsskey_icon_changed_arr(const vesk_array* array) {
-  return fill(StoreTo<VESK_DSSKEY_ICON_CHANGED_SIZE>{array}, &IConfigService::getDsskeyIconChangedArr);
+  return fill(StoreTo<VESK_DSSKEY_ICON_CHANGED_SIZE>{array}, ConfigService::getDsskeyIconChangedArr);
 }
 int binder_get_pick_up_info(const vesk_array* array) {
-  return fill(StoreTo<VESK_PICK_UP_INFO_SIZE>{array}, &IConfigService::getPickUpInfo);
+  return fill(StoreTo<VESK_PICK_UP_INFO_SIZE>{array}, ConfigService::getPickUpInfo);
 }
 int binder_get_monitor_device(const vesk_array* array) {
-  return fill(AppendTo<VESK_MONITOR_DEVICE_SIZE>{array}, &IConfigService::getMonitorDevice);
+  return fill(AppendTo<VESK_MONITOR_DEVICE_SIZE>{array}, ConfigService::getMonitorDevice);
 }
 int binder_get_qddp_scan_result(const vesk_array* array) {
-  return fill(AppendTo<VESK_QDDP_SCAN_RESULT_SIZE>{array}, &IConfigService::getQddpScanResult);
+  return fill(AppendTo<VESK_QDDP_SCAN_RESULT_SIZE>{array}, ConfigService::getQddpScanResult);
 }
 int binder_get_alarm_logs(const vesk_array* array) {
-  return fill(AppendTo<VESK_ALARM_LOG_SIZE>{array}, &IConfigService::getAlarmLogs);
+  return fill(AppendTo<VESK_ALARM_LOG_SIZE>{array}, ConfigService::getAlarmLogs);
 }

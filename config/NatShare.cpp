@@ -7,23 +7,23 @@ using namespace com::qv;
 /* Settings */
 
 int binder_get_nat_share_config(void* out) {
-  return configService.fetch<VESK_NAT_SHARE_CONFIG_SIZE>(out, &IConfigService::getNatShareConfig);
+  return configService.fetch<VESK_NAT_SHARE_CONFIG_SIZE>(out, ConfigService::getNatShareConfig);
 }
 int binder_set_nat_share_config(const void* record) {
-  return configService.value(&IConfigService::setNatShareConfig, Record<VESK_NAT_SHARE_CONFIG_SIZE>{record});
+  return configService.value(ConfigService::setNatShareConfig, Record<VESK_NAT_SHARE_CONFIG_SIZE>{record});
 }
 
 /* Network group */
 
 int binder_get_nat_share_network_group_key(char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -1}, &IConfigService::getNatShareNetworkGroupKey);
+  return configService.text(Absent{-1}, Bounded{dst, size, -1}, ConfigService::getNatShareNetworkGroupKey);
 }
 int binder_set_nat_share_network_group_key(const char* key) {
-  return configService.value(&IConfigService::setNatShareNetworkGroupKey, key);
+  return configService.value(ConfigService::setNatShareNetworkGroupKey, key);
 }
 int binder_get_nat_share_network_group_work_mode(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getNatShareNetworkGroupWorkMode);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getNatShareNetworkGroupWorkMode);
 }
 int binder_set_nat_share_network_group_work_mode(int mode) {
-  return configService.value(&IConfigService::setNatShareNetworkGroupWorkMode, mode);
+  return configService.value(ConfigService::setNatShareNetworkGroupWorkMode, mode);
 }

@@ -7,32 +7,32 @@ using namespace com::qv;
 /* Keypad, entry and menu */
 
 int binder_get_keyboard_password(void* out) {
-  return configService.fetch<VESK_KEYBOARD_PASSWORD_SIZE>(out, &IConfigService::getKeyboardPasswordConfig);
+  return configService.fetch<VESK_KEYBOARD_PASSWORD_SIZE>(out, ConfigService::getKeyboardPasswordConfig);
 }
 int binder_set_keyboard_password(const void* record) {
-  return configService.value(&IConfigService::setKeyboardPasswordConfig,
+  return configService.value(ConfigService::setKeyboardPasswordConfig,
                              Record<VESK_KEYBOARD_PASSWORD_SIZE>{record});
 }
 int binder_get_enter_password(int flag, char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getEnterPassword, flag);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getEnterPassword, flag);
 }
 int binder_set_menu_password(const char* password) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setMenuPassword, password);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setMenuPassword, password);
 }
 
 /* Keyboard lock */
 
 int binder_get_kblock_password(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getKblockPassword);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getKblockPassword);
 }
-void binder_set_kblock_status(int status) { configService.send(&IConfigService::setkblockStatus, status); }
+void binder_set_kblock_status(int status) { configService.send(ConfigService::setkblockStatus, status); }
 
 /* Security password */
 
 int binder_set_security_password(const char* password) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setSecurityPassword, password);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setSecurityPassword, password);
 }
 int binder_get_security_password(int flag, char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getSecurityPassword, flag);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getSecurityPassword, flag);
 }
-int binder_stop_security_input_tone(void) { return configService.value(&IConfigService::stopInputTone); }
+int binder_stop_security_input_tone(void) { return configService.value(ConfigService::stopInputTone); }

@@ -7,79 +7,79 @@ using namespace com::qv;
 /* The screen and its backgrounds */
 
 int binder_screeninfo_get_config(void* screeninfo) {
-  return configService.fetch<VESK_SCREENINFO_CONFIG_SIZE>(screeninfo, &IConfigService::screeninfoGetConfig);
+  return configService.fetch<VESK_SCREENINFO_CONFIG_SIZE>(screeninfo, ConfigService::screeninfoGetConfig);
 }
 int binder_screeninfo_set_config(const char* screeninfo) {
-  return configService.value(&IConfigService::screeninfoSetConfig,
+  return configService.value(ConfigService::screeninfoSetConfig,
                              Record<VESK_SCREENINFO_CONFIG_SIZE>{screeninfo});
 }
 int binder_get_display_item_config(void) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::getdisplayitemconfig);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::getdisplayitemconfig);
 }
 int binder_get_user_bg_config(void* config) {
-  return configService.fetch<VESK_USER_BG_CONFIG_SIZE>(config, &IConfigService::getUserBgConfig);
+  return configService.fetch<VESK_USER_BG_CONFIG_SIZE>(config, ConfigService::getUserBgConfig);
 }
 int binder_get_background_name(int index, void* name) {
-  return configService.fetch<VESK_BACKGROUND_NAME_SIZE>(name, &IConfigService::getBackgroundName, index);
+  return configService.fetch<VESK_BACKGROUND_NAME_SIZE>(name, ConfigService::getBackgroundName, index);
 }
 
 /* The idle screen and what is to be told on it */
 
 int binder_get_idle_tips(char* buffer, int size) {
-  return configService.text(Absent{-1}, Whole{buffer, size}, &IConfigService::idleGetTips);
+  return configService.text(Absent{-1}, Whole{buffer, size}, ConfigService::idleGetTips);
 }
 int binder_get_idle_icon_status(void* status) {
-  return configService.fetch<VESK_IDLE_ICON_STATUS_SIZE>(status, &IConfigService::getIdleIconStatus);
+  return configService.fetch<VESK_IDLE_ICON_STATUS_SIZE>(status, ConfigService::getIdleIconStatus);
 }
 int binder_get_missed_data(void* data) {
-  return configService.fetch<VESK_MISSED_DATA_SIZE>(data, &IConfigService::getMissedData);
+  return configService.fetch<VESK_MISSED_DATA_SIZE>(data, ConfigService::getMissedData);
 }
 int binder_get_popup_status(void* status) {
-  return configService.fetch<VESK_POPUP_STATUS_SIZE>(status, &IConfigService::getPopupStatus);
+  return configService.fetch<VESK_POPUP_STATUS_SIZE>(status, ConfigService::getPopupStatus);
 }
 
 /* The screen saver: C++ linkage, the short record */
 
 int binder_get_screensaver_display(ipc_screen_saver_display_t* display) {
   return configService.fetch<VESK_SCREENSAVER_DISPLAY_SHORT_SIZE>(display,
-                                                                  &IConfigService::getScreensaverDisplay);
+                                                                  ConfigService::getScreensaverDisplay);
 }
 
 /* Screen saver, colors, backlight */
 
 int binder_get_screensaver_timeout(void) {
-  return configService.value(Absent{-1}, Preset{0}, &IConfigService::getScreensaverTimeout);
+  return configService.value(Absent{-1}, Preset{0}, ConfigService::getScreensaverTimeout);
 }
 int binder_get_screensaver_display(void* out) {
-  return configService.fetch<VESK_SCREENSAVER_DISPLAY_SIZE>(out, &IConfigService::getScreensaverDisplay);
+  return configService.fetch<VESK_SCREENSAVER_DISPLAY_SIZE>(out, ConfigService::getScreensaverDisplay);
 }
 int binder_get_font_color(void* out) {
-  return configService.fetch<VESK_FONT_COLOR_SIZE>(out, &IConfigService::getFontColor);
+  return configService.fetch<VESK_FONT_COLOR_SIZE>(out, ConfigService::getFontColor);
 }
 int binderSetKeyboardBacklight(int value) {
-  return configService.value(&IConfigService::setKeyboardBacklight, value);
+  return configService.value(ConfigService::setKeyboardBacklight, value);
 }
 
 /* Language and theme */
 
 int binder_get_default_language(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultLanguage);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultLanguage);
 }
 int binder_set_default_language(const char* language) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setDefaultLanguage, language);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setDefaultLanguage, language);
 }
 int binder_get_default_standby_interface(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultStandbyInterface);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultStandbyInterface);
 }
 int binder_get_default_theme(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultTheme);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultTheme);
 }
 int binder_set_default_theme(const char* theme) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setDefaultTheme, theme);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setDefaultTheme, theme);
 }
 int binder_get_greeting_word(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getGreetingWord);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getGreetingWord);
 }
 int binder_set_greeting_word(const char* text) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setGreetingWord, text);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setGreetingWord, text);
 }

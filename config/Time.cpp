@@ -26,10 +26,10 @@ std::string timeZoneText(size_t index, const android::String16& entry) {
 /* Time and date */
 
 int binder_timedate_get_config(void* timedate) {
-  return configService.fetch<VESK_TIMEDATE_CONFIG_SIZE>(timedate, &IConfigService::timedateGetConfig);
+  return configService.fetch<VESK_TIMEDATE_CONFIG_SIZE>(timedate, ConfigService::timedateGetConfig);
 }
 int binder_timedate_set_config(const char* timedate) {
-  return configService.value(&IConfigService::timedateSetConfig, Record<VESK_TIMEDATE_CONFIG_SIZE>{timedate});
+  return configService.value(ConfigService::timedateSetConfig, Record<VESK_TIMEDATE_CONFIG_SIZE>{timedate});
 }
 
 /* Time zones */
@@ -54,14 +54,14 @@ int binder_get_time_zone(char* buffer, int size) {
   return 0;
 }
 int binder_trans_timezone_cfg_2_index(int cfg) {
-  return configService.value(&IConfigService::transTimezonecfg2index, cfg);
+  return configService.value(ConfigService::transTimezonecfg2index, cfg);
 }
 int binder_trans_timezone_index_2_cfg(int index) {
-  return configService.value(&IConfigService::transTimezoneindex2cfg, index);
+  return configService.value(ConfigService::transTimezoneindex2cfg, index);
 }
 
 /* Default time zone */
 
 int binder_get_default_tzpath(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, &IConfigService::getDefaultTzPath);
+  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultTzPath);
 }

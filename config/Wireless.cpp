@@ -6,66 +6,66 @@ using namespace com::qv;
 
 /* Wi-Fi */
 
-int binder_get_wlan_enable_config(void) { return configService.value(&IConfigService::getWlanEnabled); }
+int binder_get_wlan_enable_config(void) { return configService.value(ConfigService::getWlanEnabled); }
 int binder_set_wlan_enable_config(int enabled) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setWlanEnabled, enabled);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setWlanEnabled, enabled);
 }
-int binder_get_wifi_enable(void) { return configService.value(&IConfigService::getWifiEnable); }
-int binder_set_wifi_enable(int enable) { return configService.value(&IConfigService::setWifiEnable, enable); }
-int binder_get_wlan_log_enable_config() { return configService.value(&IConfigService::getWlanLogEnabled); }
+int binder_get_wifi_enable(void) { return configService.value(ConfigService::getWifiEnable); }
+int binder_set_wifi_enable(int enable) { return configService.value(ConfigService::setWifiEnable, enable); }
+int binder_get_wlan_log_enable_config() { return configService.value(ConfigService::getWlanLogEnabled); }
 int binder_get_ap_config(void* config) {
-  return configService.fetch<VESK_AP_CONFIG_SIZE>(config, &IConfigService::getApConfig);
+  return configService.fetch<VESK_AP_CONFIG_SIZE>(config, ConfigService::getApConfig);
 }
 int binder_set_ap_config(const char* config) {
-  return configService.value(&IConfigService::setApConfig, Record<VESK_AP_CONFIG_SIZE>{config});
+  return configService.value(ConfigService::setApConfig, Record<VESK_AP_CONFIG_SIZE>{config});
 }
 
 /* Bluetooth */
 
 int binder_get_bluetooth_enable_config(void) {
-  return configService.value(&IConfigService::getBluetoothEnebled);
+  return configService.value(ConfigService::getBluetoothEnebled);
 }
 int binder_set_bluetooth_enable_config(int enabled) {
-  return configService.value(Absent{0}, Preset{0}, &IConfigService::setBluetoothEnabled, enabled);
+  return configService.value(Absent{0}, Preset{0}, ConfigService::setBluetoothEnabled, enabled);
 }
 void binder_get_bluetooth_adapter_name_config(char* buffer, int size) {
-  configService.text(Absent{-1}, Cut{buffer, size}, &IConfigService::getBluetoothAdaperName);
+  configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getBluetoothAdaperName);
 }
 int binder_set_bluetooth_adapter_name_config(const char* name) {
-  return configService.value(&IConfigService::setBluetoothAdapterName, name);
+  return configService.value(ConfigService::setBluetoothAdapterName, name);
 }
 void binder_get_bluetooth_last_connected_addr(char* buffer, int size) {
-  configService.text(Absent{-1}, Cut{buffer, size}, &IConfigService::getBluetoothLastConnectedAddr);
+  configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getBluetoothLastConnectedAddr);
 }
 int binder_set_bluetooth_last_connected_addr(const char* address) {
-  return configService.value(&IConfigService::setBluetoothLastConnectedAddr, address);
+  return configService.value(ConfigService::setBluetoothLastConnectedAddr, address);
 }
 
 /* Access point events */
 
 int binder_ap_userinfo_event_process(const void* record, int flag) {
-  return configService.value(&IConfigService::apUserInfoEventProcess, Record<VESK_AP_USERINFO_SIZE>{record},
+  return configService.value(ConfigService::apUserInfoEventProcess, Record<VESK_AP_USERINFO_SIZE>{record},
                              flag);
 }
 int binder_ap_filename_event_process(const char* filename, int flag) {
-  return configService.value(&IConfigService::apFilenameEventProcess, filename, flag);
+  return configService.value(ConfigService::apFilenameEventProcess, filename, flag);
 }
-int binder_ap_input_timer_refresh(void) { return configService.value(&IConfigService::apInputTimerRefresh); }
+int binder_ap_input_timer_refresh(void) { return configService.value(ConfigService::apInputTimerRefresh); }
 
 /* Wireless keys (WK) */
 
-int binder_get_wk_num(void) { return configService.value(&IConfigService::getWkNum); }
+int binder_get_wk_num(void) { return configService.value(ConfigService::getWkNum); }
 int binder_get_wk_info(int index, void* out) {
-  return configService.fetch<VESK_WK_INFO_SIZE>(out, &IConfigService::getWkInfo, index);
+  return configService.fetch<VESK_WK_INFO_SIZE>(out, ConfigService::getWkInfo, index);
 }
 int binder_set_wk_info(int index, const void* record) {
-  return configService.value(&IConfigService::setWkInfo, index, Record<VESK_WK_INFO_SIZE>{record});
+  return configService.value(ConfigService::setWkInfo, index, Record<VESK_WK_INFO_SIZE>{record});
 }
-int binder_enter_wk_scan(int value) { return configService.value(&IConfigService::enterWkScan, value); }
-int binder_set_wk_config(int a, int b) { return configService.value(&IConfigService::setWkConfig, a, b); }
-int binder_wk_stop_ring(void) { return configService.value(&IConfigService::wkStopRing); }
+int binder_enter_wk_scan(int value) { return configService.value(ConfigService::enterWkScan, value); }
+int binder_set_wk_config(int a, int b) { return configService.value(ConfigService::setWkConfig, a, b); }
+int binder_wk_stop_ring(void) { return configService.value(ConfigService::wkStopRing); }
 /* Callers know this function by its -1. */
 int binder_get_wk_ring_time(char* dst, int size) {
-  configService.text(Absent{-1}, Cut{dst, size}, &IConfigService::getWkRingTime);
+  configService.text(Absent{-1}, Cut{dst, size}, ConfigService::getWkRingTime);
   return -1;
 }

@@ -6,6 +6,10 @@
 #include "ipc/Immortal.h"
 #include "ipc/Service.h"
 
+#define COM_QV_INTERFACE ExternalKeyService
+#define COM_QV_METHODS <com/qv/ExternalKeyService.def>
+#include "ipc/DeclareRows.h"
+
 using namespace com::qv;
 
 namespace {
@@ -35,18 +39,18 @@ bool connect_external_key_service(void) { return service.connect(); }
 /* Key modules */
 
 int binder_get_exkdev_mac(void* info) {
-  return service.fetch<VESK_EXK_DEV_INFO_SIZE>(info, &IExternalKeyService::getExkDevInfo);
+  return service.fetch<VESK_EXK_DEV_INFO_SIZE>(info, ExternalKeyService::getExkDevInfo);
 }
 int binder_get_exk_config(int value, void* config) {
-  return service.fetch<VESK_EXK_CONFIG_SIZE>(config, &IExternalKeyService::getExkeyConfig, value);
+  return service.fetch<VESK_EXK_CONFIG_SIZE>(config, ExternalKeyService::getExkeyConfig, value);
 }
 int binder_add_btk_config(const char* config) {
-  return service.send(&IExternalKeyService::addBtkConfig, BtkConfig{config});
+  return service.send(ExternalKeyService::addBtkConfig, BtkConfig{config});
 }
 int binder_set_or_get_singleState_config(void* record) {
-  return service.fetch(SingleStateAnswer{record}, &IExternalKeyService::set_or_get_singleState_config,
+  return service.fetch(SingleStateAnswer{record}, ExternalKeyService::set_or_get_singleState_config,
                        SingleState{record});
 }
 void binder_reset_exkdev_default_config(int a, int b) {
-  service.send(&IExternalKeyService::resetExkDevConfig, a, b);
+  service.send(ExternalKeyService::resetExkDevConfig, a, b);
 }

@@ -1,6 +1,10 @@
 #pragma once
 
+#include <algorithm>
+#include <array>
 #include <cstddef>
+#include <cstdint>
+#include <memory>
 #include <new>
 #include <string>
 #include <tuple>
@@ -9,9 +13,9 @@
 
 #include <com/qv/CommonParcelable.h>
 
-#include "ipc/Method.h"
+#include "ipc/Type.h"
 
-/* How a C function's arguments become those of a method. */
+/* What a method is called with: its parameters, or arguments of a C function that stand for them. */
 namespace com::qv {
 
 /** A C record as an in-argument. */
@@ -46,58 +50,92 @@ RecordBytes plain(Record<kSize> record) {
   return {record.bytes, kSize};
 }
 
-/** Makes a method's parameter of a C argument. */
+/** The parameter for an argument that isn't one. */
+template <class Parameter, class Argument>
+Parameter toParameter(const Argument& argument) {
+  if constexpr (requires { argument.toParameter(); }) {
+    return argument.toParameter();
+  } else if constexpr (std::is_same_v<Parameter, bool>) {
+    return argument != 0;
+  } else {
+    return Parameter(argument);  // A null text raises the standard library's logic error.
+  }
+}
+
+/** An argument's way into a parcel. */
+using Write = status_t (*)(Parcel* parcel, const void* argument);
+
+template <class Parameter, class Argument>
+constexpr Write writeOf() {
+  if constexpr (std::is_same_v<Parameter, Argument>) {
+    return Typed<Parameter>::writeValue;
+  } else {
+    return [](Parcel* parcel, const void* argument) {
+      return write(parcel, toParameter<Parameter>(*static_cast<const Argument*>(argument)));
+    };
+  }
+}
+
+/** Makes a parameter of an argument. */
 using Conversion = void (*)(void* parameter, const void* argument);
 
+/** Null where the argument is the parameter. */
 template <class Parameter, class Argument>
-void convert(void* parameter, const void* argument) {
-  const Argument& from = *static_cast<const Argument*>(argument);
-  if constexpr (requires { from.toParameter(); }) {
-    new (parameter) Parameter(from.toParameter());
-  } else if constexpr (std::is_same_v<Parameter, bool>) {
-    new (parameter) bool(from != 0);
-  } else {
-    new (parameter) Parameter(from);  // A null text raises the standard library's logic error.
-  }
-}
-
-/** Not where an argument is what the parameter is, nor for an out-argument. */
-template <class Parameter, class Argument>
-constexpr bool kIsConverted = !kIsOut<Parameter> && !std::is_same_v<Value<Parameter>, Argument>;
-
-/** Null where there is none. */
-template <class Parameter, class Argument>
-constexpr Conversion conversion() {
-  if constexpr (kIsConverted<Parameter, Argument>) {
-    return convert<Value<Parameter>, Argument>;
-  } else {
+constexpr Conversion conversionOf() {
+  if constexpr (std::is_same_v<Parameter, Argument>) {
     return nullptr;
+  } else {
+    return [](void* parameter, const void* argument) {
+      new (parameter) Parameter(toParameter<Parameter>(*static_cast<const Argument*>(argument)));
+    };
   }
 }
 
-template <class Parameters, class Arguments>
-struct ConversionsOf;
-template <class... Parameters, class... Arguments>
-struct ConversionsOf<std::tuple<Parameters...>, std::tuple<Arguments...>> {
-  static constexpr Conversion kEach[] = {conversion<Parameters, Arguments>()..., nullptr};
-  /** Null where no argument needs one. */
-  static constexpr const Conversion* kConversions =
-      (kIsConverted<Parameters, Arguments> || ...) ? kEach : nullptr;
+/** What is to know about the arguments that are given for a parameter list. */
+struct Arguments {
+  struct In {
+    Write write;
+    Conversion conversion;
+  };
+  const In* ins;
+  const Type* const* outs;
+  uint8_t inCount;
+  uint8_t outCount;
 };
 
-/** callWithArguments where there is something to convert. */
-void callConverting(android::IInterface* service, AnyMethod method, const Signature& signature,
-                    const Conversion* conversions, void** values);
+template <class Parameters, class Given>
+struct ArgumentsOf;
+template <class... Parameters, class... Given>
+struct ArgumentsOf<std::tuple<Parameters...>, std::tuple<Given...>> {
+  using List = ParameterList<Parameters...>;
 
-/** Calls a method.
- *
- * @param values      the C arguments, and where the results go; converted in place
- * @param conversions one for each of them; null if there is none to convert
- */
-inline void callWithArguments(android::IInterface* service, AnyMethod method, const Signature& signature,
-                              const Conversion* conversions, void** values) {
-  if (conversions != nullptr) return callConverting(service, method, signature, conversions, values);
-  signature.invoke(service, method, values);
+  template <class Parameter, class Argument>
+  static constexpr Arguments::In in() {
+    if constexpr (kIsOut<Parameter>) {
+      return {};
+    } else {
+      return {writeOf<Value<Parameter>, Argument>(), conversionOf<Value<Parameter>, Argument>()};
+    }
+  }
+  static constexpr auto kIns = [] {
+    std::array<Arguments::In, List::kIns> ins{};
+    const Arguments::In all[] = {in<Parameters, Given>()..., {}};
+    std::copy_n(all, ins.size(), ins.begin());
+    return ins;
+  }();
+  static constexpr Arguments kArguments{kIns.data(), List::kTypes + List::kIns, List::kIns,
+                                        List::kCount - List::kIns};
+};
+
+/** The address of an argument, or the one to which an out-argument points. */
+template <class Parameter, class Argument>
+void* addressOf(const Argument& argument) {
+  if constexpr (kIsOut<Parameter>) {
+    static_assert(std::is_same_v<Parameter, Argument>, "what is written there is a Value<Parameter>");
+    return argument;
+  } else {
+    return const_cast<void*>(static_cast<const void*>(std::addressof(argument)));
+  }
 }
 
 }  // namespace com::qv

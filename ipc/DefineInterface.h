@@ -63,24 +63,25 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
 [[gnu::flatten]] COM_QV_BN::COM_QV_BN() = default;
 [[gnu::flatten]] COM_QV_BN::~COM_QV_BN() = default;
 
+template <>
+Implementation implementationOf<COM_QV_I>(uint32_t code) {
+  switch (code) {
+#define METHOD(code, name, ...) \
+  case code:                    \
+    return implementation(&COM_QV_I::name);
+#include COM_QV_METHODS
+#undef METHOD
+  }
+  return {};
+}
+
 android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                         uint32_t flags) {
   if (code < android::IBinder::FIRST_CALL_TRANSACTION || code > std::size(kCodes)) {
     return BBinder::onTransact(code, data, reply, flags);
   }
   if (!data.checkInterface(this)) return android::BAD_TYPE;
-
-  const auto serve = [&](auto method) {
-    return serveMethod(static_cast<COM_QV_I*>(this), anyMethod(method), signatureOf(method), data, reply);
-  };
-  switch (code) {
-#define METHOD(code, name, ...) \
-  case code:                    \
-    return serve(&COM_QV_I::name);
-#include COM_QV_METHODS
-#undef METHOD
-  }
-  return android::UNKNOWN_TRANSACTION;
+  return serveMethod(static_cast<COM_QV_I*>(this), implementationOf<COM_QV_I>(code), data, reply);
 }
 
 }  // namespace com::qv

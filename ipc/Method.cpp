@@ -1,5 +1,7 @@
 #include "ipc/Method.h"
 
+#include "ipc/Transact.h"
+
 namespace com::qv {
 
 using android::binder::Status;
@@ -35,54 +37,69 @@ class Values {
  * they are declared.
  */
 template <class F>
-status_t forEachOut(const Signature& signature, F f) {
-  const size_t count = signature.outs();
+status_t forEachOut(size_t count, F f) {
   if (count == 0) return android::OK;
   status_t status = f(count - 1);
   for (size_t i = 0; status == android::OK && i + 1 < count; ++i) status = f(i);
   return status;
 }
 
-/** Takes the out-values of a reply that has more than one: none is written before all have been read. */
-[[gnu::noinline]] status_t takeOuts(const Parcel& reply, const Signature& signature, void* const* values) {
-  const Type* const* const types = signature.types + signature.ins;
-  Values received(types, signature.outs());
-  const status_t status = forEachOut(signature, [&](size_t i) { return types[i]->read(reply, received[i]); });
+/** The parameters that had to be made. */
+class Converted {
+ public:
+  Converted() = default;
+  ~Converted() {
+    while (count_ > 0) {
+      --count_;
+      types_[count_]->destroy(storage_ + count_);
+    }
+  }
+  Converted(const Converted&) = delete;
+  Converted& operator=(const Converted&) = delete;
+
+  void* add(const Type* type, Conversion conversion, const void* argument) {
+    Storage* const parameter = storage_ + count_;
+    conversion(parameter, argument);
+    types_[count_++] = type;
+    return parameter;
+  }
+
+ private:
+  size_t count_ = 0;
+  const Type* types_[kMaxParameters];
+  Storage storage_[kMaxParameters];
+};
+
+}  // namespace
+
+status_t takeOuts(const Parcel& reply, const Type* const* types, size_t count, void* const* values) {
+  Values received(types, count);
+  const status_t status = forEachOut(count, [&](size_t i) { return types[i]->read(reply, received[i]); });
   if (status == android::OK) {
-    for (size_t i = 0; i < signature.outs(); ++i) types[i]->move(values[i], received[i]);
+    for (size_t i = 0; i < count; ++i) types[i]->move(values[i], received[i]);
   }
   return status;
 }
 
-}  // namespace
-
 Status callMethod(android::IBinder* remote, const android::String16& token, uint32_t code,
-                  const Signature& signature, void* const* values) {
-  Parcel data;
-  Parcel reply;
-  Status result;
-
-  status_t status = data.writeInterfaceToken(token);
-  const size_t ins = signature.ins;
-  for (size_t i = 0; status == android::OK && i < ins; ++i) {
-    status = signature.types[i]->write(&data, values[i]);
-  }
-
-  if (status == android::OK) status = remote->transact(code, data, &reply, 0);
-  if (status == android::OK) status = result.readFromParcel(reply);
-  if (status == android::OK && result.isOk()) {
-    if (signature.outs() == 1) {
-      status = signature.types[ins]->read(reply, values[ins]);
-    } else if (signature.outs() > 1) {
-      status = takeOuts(reply, signature, values + ins);
-    }
-  }
-  if (status != android::OK) result.setFromStatusT(status);
-  return result;
+                  const Arguments& arguments, void* const* values) {
+  return transact(remote, token, code, arguments, values);
 }
 
-status_t serveMethod(android::IInterface* service, AnyMethod method, const Signature& signature,
-                     const Parcel& data, Parcel* reply) {
+void callLocally(android::IInterface* service, const Implementation& implementation,
+                 const Arguments& arguments, void** values) {
+  const Signature& signature = *implementation.signature;
+  Converted converted;
+  for (size_t i = 0; i < arguments.inCount; ++i) {
+    const Conversion conversion = arguments.ins[i].conversion;
+    if (conversion != nullptr) values[i] = converted.add(signature.types[i], conversion, values[i]);
+  }
+  signature.invoke(service, implementation.method, values);
+}
+
+status_t serveMethod(android::IInterface* service, const Implementation& implementation, const Parcel& data,
+                     Parcel* reply) {
+  const Signature& signature = *implementation.signature;
   Values locals(signature.types, signature.count);
   void* values[kMaxParameters];
   status_t status = android::OK;
@@ -92,10 +109,10 @@ status_t serveMethod(android::IInterface* service, AnyMethod method, const Signa
   }
 
   if (status == android::OK) {
-    const Status result = signature.invoke(service, method, values);
+    const Status result = signature.invoke(service, implementation.method, values);
     status = result.writeToParcel(reply);
     if (status == android::OK && result.isOk()) {
-      status = forEachOut(signature, [&](size_t i) {
+      status = forEachOut(signature.outs(), [&](size_t i) {
         const size_t out = signature.ins + i;
         return signature.types[out]->write(reply, locals[out]);
       });

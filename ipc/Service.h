@@ -4,6 +4,7 @@
 
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <mutex>
 #include <string>
 #include <system_error>
@@ -17,6 +18,7 @@
 #include <com/qv/CommonParcelable.h>
 
 #include "ipc/Arguments.h"
+#include "ipc/Method.h"
 #include "ipc/Slot.h"
 
 namespace com::qv {
@@ -50,9 +52,9 @@ template <class Client>
 class Service {
  public:
   using Interface = typename Client::Service;
-  using DiedCallback = typename Slot<Client>::DiedCallback;
+  using DiedCallback = Slot::DiedCallback;
   template <class... Parameters>
-  using Method = android::binder::Status (Interface::*)(Parameters...);
+  using Method = Row<Interface, Parameters...>;
 
   /** Connects without death notification. A failed attempt leaves the earlier client. */
   bool connect() {
@@ -78,7 +80,7 @@ class Service {
   }
 
   /** The proxy of the current client, null without one, for what none of the members below does. */
-  android::sp<Interface> proxy() const { return slot_.service(); }
+  android::sp<Interface> proxy() const { return slot_.template service<Client>(); }
 
   /** Gives up the current client. */
   void disconnect() { static_cast<void>(slot_.exchange({})); }
@@ -194,12 +196,20 @@ class Service {
 
   static android::sp<Client> newClient() { return new Client(android::String16(Client::kServiceName)); }
 
+  static std::shared_ptr<const Slot::Callee> calleeOf(const Client& client) {
+    const auto local = client.binder->queryLocalInterface(Interface::descriptor);
+    const bool isLocal = local.get() == client.service.get();
+    return std::make_shared<Slot::Callee>(Slot::Callee{client.service, isLocal ? nullptr : client.binder,
+                                                       Interface::descriptor, implementationOf<Interface>});
+  }
+
   /** Makes `client` the current one and its callbacks the current ones, as one step among concurrent ones. */
   template <class StoreCallbacks>
   void publish(const android::sp<Client>& client, DiedCallback onServiceDied, StoreCallbacks storeCallbacks) {
-    typename Slot<Client>::Connection replaced;  // Outlives the lock, so that the client goes outside it.
+    Slot::Connection replaced;  // Outlives the lock, so that the client goes outside it.
+    const std::shared_ptr<const Slot::Callee> callee = calleeOf(*client);
     const std::lock_guard lock(publishing_);
-    replaced = slot_.exchange({client, onServiceDied});
+    replaced = slot_.exchange({client, onServiceDied, callee});
     storeCallbacks();
   }
 
@@ -207,15 +217,8 @@ class Service {
   template <class... Parameters, class... Arguments>
   bool call(Method<Parameters...> method, const Arguments&... arguments) const {
     void* values[] = {addressOf<Parameters>(arguments)..., nullptr};
-    return callAny(anyMethod(method), SignatureOf<Parameters...>::kSignature,
-                   ConversionsOf<std::tuple<Parameters...>, std::tuple<Arguments...>>::kConversions, values);
-  }
-  [[gnu::noinline]] bool callAny(AnyMethod method, const Signature& signature, const Conversion* conversions,
-                                 void** values) const {
-    const auto service = slot_.service();
-    if (service == nullptr) return false;
-    callWithArguments(service.get(), method, signature, conversions, values);
-    return true;
+    return slot_.call(method.code,
+                      ArgumentsOf<std::tuple<Parameters...>, std::tuple<Arguments...>>::kArguments, values);
   }
 
   /** As the binder would: on a thread of its own, since the application may hold locks around its connect. */
@@ -227,7 +230,7 @@ class Service {
     }
   }
 
-  Slot<Client> slot_;
+  Slot slot_;
   std::mutex publishing_;
 };
 

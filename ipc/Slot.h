@@ -1,10 +1,12 @@
 #pragma once
 
+#include <memory>
 #include <mutex>
-#include <utility>
 
+#include <com/qv/ClientBase.h>
 #include <utils/StrongPointer.h>
 
+#include "ipc/Method.h"
 #include "ipc/ShortLock.h"
 
 namespace com::qv {
@@ -16,44 +18,49 @@ namespace com::qv {
  *
  * Meant to be immortal: calls and events may still look in while the process exits.
  */
-template <class Client>
 class Slot {
  public:
   using DiedCallback = void (*)();
 
-  struct Connection {
-    android::sp<Client> client;
-    DiedCallback onServiceDied = nullptr;
+  /** What calls go to. */
+  struct Callee {
+    android::sp<android::IInterface> service;
+    /** What `service` is a proxy of; null if it is an object of this process. */
+    android::sp<android::IBinder> remote;
+    const android::String16& descriptor;
+    Implementation (*implementationOf)(uint32_t code);
   };
 
-  /** The proxy of the current client; null without one. */
+  struct Connection {
+    android::sp<ClientBase> client;
+    DiedCallback onServiceDied = nullptr;
+    /** Apart from the client, which calls that are under way don't keep. Counted by this pointer alone,
+     * inline. */
+    std::shared_ptr<const Callee> callee;
+  };
+
+  /** The proxy of the current client, which is a `Client`; null without one. */
+  template <class Client>
   android::sp<typename Client::Service> service() const {
     const std::lock_guard guard(lock_);
-    return current_.client == nullptr ? nullptr : current_.client->service;
+    return current_.client == nullptr ? nullptr : static_cast<const Client&>(*current_.client).service;
   }
+
+  /** Calls a method of the current client's service, which is held meanwhile. False without a client. */
+  bool call(uint32_t code, const Arguments& arguments, void** values) const;
 
   /** What to call when `client` has died; null if it is not the current one. */
-  template <class Base>
-  DiedCallback onDeathOf(const Base* client) const {
-    const std::lock_guard guard(lock_);
-    return current_.client.get() == client ? current_.onServiceDied : nullptr;
-  }
+  DiedCallback onDeathOf(const ClientBase* client) const;
 
   /** Gives back the connection before. */
-  [[nodiscard]] Connection exchange(Connection connection) {
-    const std::lock_guard guard(lock_);
-    return std::exchange(current_, std::move(connection));
-  }
+  [[nodiscard]] Connection exchange(Connection connection);
 
   /** Empties the slot if `client` is still in it: it may have been replaced meanwhile. */
-  template <class Base>
-  void drop(const Base* client) {
-    Connection dropped;  // Outlives the lock, so that the client goes outside it.
-    const std::lock_guard guard(lock_);
-    if (current_.client.get() == client) std::swap(current_, dropped);
-  }
+  void drop(const ClientBase* client);
 
  private:
+  std::shared_ptr<const Callee> callee() const;
+
   mutable ShortLock lock_;
   Connection current_;
 };

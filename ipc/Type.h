@@ -2,15 +2,27 @@
 
 #include <algorithm>
 #include <cstddef>
+#include <cstdint>
 #include <memory>
 #include <new>
 #include <string>
+#include <type_traits>
 #include <utility>
 #include <vector>
 
 #include "ipc/Marshal.h"
 
 namespace com::qv {
+
+/** Where the lists of <com/qv/detail/Methods.h> end. */
+constexpr size_t kMaxParameters = 8;
+
+template <class Parameter>
+constexpr bool kIsOut = std::is_pointer_v<Parameter>;
+
+/** What a parameter refers to or points to. */
+template <class Parameter>
+using Value = std::remove_pointer_t<std::remove_cvref_t<Parameter>>;
 
 /** A type that crosses, for code that is compiled once for all of them. */
 struct Type {
@@ -42,6 +54,26 @@ struct Typed {
   static void destroyValue(void* value) { std::destroy_at(static_cast<T*>(value)); }
 
   static constexpr Type kType{writeValue, readValue, makeValue, moveValue, destroyValue};
+};
+
+/** What is to know about a parameter list: the in-parameters stand first. */
+template <class... Parameters>
+struct ParameterList {
+  static constexpr uint8_t kCount = sizeof...(Parameters);
+  static constexpr uint8_t kIns = (uint8_t{0} + ... + (kIsOut<Parameters> ? 0 : 1));
+  static_assert(kCount <= kMaxParameters);
+
+  static constexpr bool outsStandLast() {
+    bool out = false;
+    for (const bool isOut : {false, kIsOut<Parameters>...}) {
+      if (out && !isOut) return false;
+      out = isOut;
+    }
+    return true;
+  }
+  static_assert(outsStandLast(), "the number of in-arguments tells where the out-arguments begin");
+
+  static constexpr const Type* kTypes[kCount + 1] = {&Typed<Value<Parameters>>::kType..., nullptr};
 };
 
 }  // namespace com::qv

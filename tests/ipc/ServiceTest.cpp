@@ -15,6 +15,10 @@
 #include "ipc/Immortal.h"
 #include "ipc/Text.h"
 
+#define COM_QV_INTERFACE Sample
+#define COM_QV_METHODS "Sample.def"
+#include "ipc/DeclareRows.h"
+
 using android::IBinder;
 using android::sp;
 using android::String16;
@@ -85,7 +89,7 @@ bool connectTo(const char* name) {
   return service.connect(hook, serviceDied, [] { ++stores; });
 }
 
-bool isConnected() { return service.value(Absent{0}, Preset{0}, &ISample::truth, 1) != 0; }
+bool isConnected() { return service.value(Absent{0}, Preset{0}, Sample::truth, 1) != 0; }
 
 class ServiceTest : public testing::Test {
  protected:
@@ -106,16 +110,15 @@ class ServiceTest : public testing::Test {
 
 TEST_F(ServiceTest, WithoutAClientEveryMemberGivesItsAbsentValue) {
   char untouched[] = "untouched";
-  EXPECT_EQ(service.value(&ISample::numbers, 1, true), -1);
-  EXPECT_EQ(service.value(&ISample::truth, 1), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, &ISample::numbers, 1, true), 3);
-  EXPECT_EQ(service.fetch<3>(untouched, &ISample::record, 0, Record<3>{"abc"}), -1);
-  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, &ISample::text, "abc"), -5);
-  EXPECT_EQ(service.list<1>([](int, const char*) { return true; }, &ISample::records, 3), -1);
-  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, &ISample::text, static_cast<const char*>(nullptr)),
-            -5);
-  EXPECT_EQ(service.fetch(Exactly{untouched, 3}, &ISample::measure, Record<3>{"abc"}), -1);
-  EXPECT_EQ(service.send(&ISample::nothing), -1);
+  EXPECT_EQ(service.value(Sample::numbers, 1, true), -1);
+  EXPECT_EQ(service.value(Sample::truth, 1), 0);
+  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 3);
+  EXPECT_EQ(service.fetch<3>(untouched, Sample::record, 0, Record<3>{"abc"}), -1);
+  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, "abc"), -5);
+  EXPECT_EQ(service.list<1>([](int, const char*) { return true; }, Sample::records, 3), -1);
+  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, static_cast<const char*>(nullptr)), -5);
+  EXPECT_EQ(service.fetch(Exactly{untouched, 3}, Sample::measure, Record<3>{"abc"}), -1);
+  EXPECT_EQ(service.send(Sample::nothing), -1);
   EXPECT_EQ(service.proxy(), nullptr);
   EXPECT_STREQ(untouched, "untouched");
   EXPECT_EQ(remote_->calls, 0);
@@ -123,71 +126,71 @@ TEST_F(ServiceTest, WithoutAClientEveryMemberGivesItsAbsentValue) {
 
 TEST_F(ServiceTest, SendingTellsOnlyThatTheCallWasMade) {
   ASSERT_TRUE(connectTo(kPresent));
-  EXPECT_EQ(service.send(&ISample::nothing), 0);
-  EXPECT_EQ(service.send(&ISample::numbers, 21, true), 0) << "the answer is dropped";
+  EXPECT_EQ(service.send(Sample::nothing), 0);
+  EXPECT_EQ(service.send(Sample::numbers, 21, true), 0) << "the answer is dropped";
   fail();
-  EXPECT_EQ(service.send(&ISample::nothing), 0);
-  EXPECT_EQ(service.send(&ISample::numbers, 21, true), 0);
+  EXPECT_EQ(service.send(Sample::nothing), 0);
+  EXPECT_EQ(service.send(Sample::numbers, 21, true), 0);
   EXPECT_EQ(remote_->calls, 4);
 }
 
 TEST_F(ServiceTest, AValueIsTheAnswerOrThePreset) {
   ASSERT_TRUE(connectTo(kPresent));
-  EXPECT_EQ(service.value(&ISample::numbers, 21, true), 42);
-  EXPECT_EQ(service.value(&ISample::numbers, 21, 2), 42) << "an int other than 0 is true";
-  EXPECT_EQ(service.value(&ISample::numbers, 21, 0), 0);
-  EXPECT_EQ(service.value(&ISample::truth, 1), 1);
-  EXPECT_EQ(service.value(&ISample::truth, 0), 0);
+  EXPECT_EQ(service.value(Sample::numbers, 21, true), 42);
+  EXPECT_EQ(service.value(Sample::numbers, 21, 2), 42) << "an int other than 0 is true";
+  EXPECT_EQ(service.value(Sample::numbers, 21, 0), 0);
+  EXPECT_EQ(service.value(Sample::truth, 1), 1);
+  EXPECT_EQ(service.value(Sample::truth, 0), 0);
   const int values[] = {1, 2, 3};
-  EXPECT_EQ(service.value(&ISample::ints, IntArray{values, 3}), 6);
-  EXPECT_EQ(service.value(&ISample::ints, IntArray{values, 0}), 0);
-  EXPECT_EQ(service.value(&ISample::ints, IntArray{nullptr, -1}), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, &ISample::numbers, 1, true), 2);
+  EXPECT_EQ(service.value(Sample::ints, IntArray{values, 3}), 6);
+  EXPECT_EQ(service.value(Sample::ints, IntArray{values, 0}), 0);
+  EXPECT_EQ(service.value(Sample::ints, IntArray{nullptr, -1}), 0);
+  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 2);
 
   fail();
-  EXPECT_EQ(service.value(&ISample::numbers, 21, true), -1);
-  EXPECT_EQ(service.value(&ISample::truth, 1), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, &ISample::numbers, 1, true), 7);
-  EXPECT_EQ(service.value(Absent{3}, Preset{1}, &ISample::truth, -1), 1);
+  EXPECT_EQ(service.value(Sample::numbers, 21, true), -1);
+  EXPECT_EQ(service.value(Sample::truth, 1), 0);
+  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 7);
+  EXPECT_EQ(service.value(Absent{3}, Preset{1}, Sample::truth, -1), 1);
 }
 
 TEST_F(ServiceTest, ARecordIsTakenOnlyAtItsExactSize) {
   ASSERT_TRUE(connectTo(kPresent));
   const char sent[] = "a\0b\0c";
   char buffer[] = "########";
-  EXPECT_EQ(service.fetch<4>(buffer, &ISample::record, 0, Record<5>{sent}), -1);
-  EXPECT_EQ(service.fetch<6>(buffer, &ISample::record, 0, Record<5>{sent}), -1);
+  EXPECT_EQ(service.fetch<4>(buffer, Sample::record, 0, Record<5>{sent}), -1);
+  EXPECT_EQ(service.fetch<6>(buffer, Sample::record, 0, Record<5>{sent}), -1);
   EXPECT_STREQ(buffer, "########");
-  EXPECT_EQ(service.fetch<5>(buffer, &ISample::record, 0, Record<5>{sent}), 0);
+  EXPECT_EQ(service.fetch<5>(buffer, Sample::record, 0, Record<5>{sent}), 0);
   EXPECT_EQ(std::memcmp(buffer, "a\0b\0c###", sizeof(buffer)), 0);
 
   fail();
-  EXPECT_EQ(service.fetch<5>(buffer, &ISample::record, 0, Record<5>{"12345"}), -1);
+  EXPECT_EQ(service.fetch<5>(buffer, Sample::record, 0, Record<5>{"12345"}), -1);
   EXPECT_EQ(std::memcmp(buffer, "a\0b\0c###", sizeof(buffer)), 0);
 }
 
 TEST_F(ServiceTest, TheValueThatComesWithARecordCountsOnlyIfTheRecordIsTaken) {
   ASSERT_TRUE(connectTo(kPresent));
   char buffer[] = "########";
-  EXPECT_EQ(service.fetch(Exactly{buffer, 2}, &ISample::measure, Record<3>{"abc"}), -1);
+  EXPECT_EQ(service.fetch(Exactly{buffer, 2}, Sample::measure, Record<3>{"abc"}), -1);
   EXPECT_STREQ(buffer, "########");
-  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, &ISample::measure, Record<3>{"abc"}), 3);
+  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, Sample::measure, Record<3>{"abc"}), 3);
   EXPECT_STREQ(buffer, "abc#####");
   fail();
-  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, &ISample::measure, Record<3>{"xyz"}), -1);
-  EXPECT_EQ(service.fetch(Exactly{buffer, 0}, &ISample::measure, Record<3>{"xyz"}), -1) << "the preset";
+  EXPECT_EQ(service.fetch(Exactly{buffer, 3}, Sample::measure, Record<3>{"xyz"}), -1);
+  EXPECT_EQ(service.fetch(Exactly{buffer, 0}, Sample::measure, Record<3>{"xyz"}), -1) << "the preset";
   EXPECT_STREQ(buffer, "abc#####");
 }
 
 TEST_F(ServiceTest, ATextGoesByItsRule) {
   ASSERT_TRUE(connectTo(kPresent));
   char buffer[] = "########";
-  EXPECT_EQ(service.text(Absent{-5}, Whole{buffer, 3}, &ISample::text, "abc"), -1);
+  EXPECT_EQ(service.text(Absent{-5}, Whole{buffer, 3}, Sample::text, "abc"), -1);
   EXPECT_STREQ(buffer, "########");
-  EXPECT_EQ(service.text(Absent{-5}, Cut{buffer, 3}, &ISample::text, "abc"), 0);
+  EXPECT_EQ(service.text(Absent{-5}, Cut{buffer, 3}, Sample::text, "abc"), 0);
   EXPECT_STREQ(buffer, "ab");
   fail();
-  EXPECT_EQ(service.text(Absent{-5}, Bounded{buffer, 8, -2}, &ISample::text, "abc"), -2);
+  EXPECT_EQ(service.text(Absent{-5}, Bounded{buffer, 8, -2}, Sample::text, "abc"), -2);
   EXPECT_STREQ(buffer, "ab");
 }
 
@@ -199,19 +202,19 @@ TEST_F(ServiceTest, AListHandsOutTheRecordsOfItsSize) {
     stored.emplace_back(bytes, 2);
     return true;
   };
-  EXPECT_EQ(service.list<2>(store, &ISample::records, 5), 1);
+  EXPECT_EQ(service.list<2>(store, Sample::records, 5), 1);
   EXPECT_EQ(stored, std::vector<std::string>{"01"});
-  EXPECT_EQ(service.list<2>([](int, const char*) { return false; }, &ISample::records, 5), 0);
-  EXPECT_EQ(service.list<2>(store, &ISample::records, 2), 0);
+  EXPECT_EQ(service.list<2>([](int, const char*) { return false; }, Sample::records, 5), 0);
+  EXPECT_EQ(service.list<2>(store, Sample::records, 2), 0);
   fail();
-  EXPECT_EQ(service.list<2>(store, &ISample::records, 5), 0);
+  EXPECT_EQ(service.list<2>(store, Sample::records, 5), 0);
 }
 
 TEST_F(ServiceTest, ANullStringRaisesTheLogicError) {
   ASSERT_TRUE(connectTo(kPresent));
   const char* const null = nullptr;
   char untouched[] = "untouched";
-  EXPECT_THROW(service.text(Absent{-5}, Cut{untouched, 4}, &ISample::text, null), std::logic_error);
+  EXPECT_THROW(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, null), std::logic_error);
   EXPECT_STREQ(untouched, "untouched");
   EXPECT_EQ(remote_->calls, 0);
 }
@@ -224,7 +227,7 @@ TEST_F(ServiceTest, ACallKeepsItsProxy) {
     service.disconnect();
     clientGone = client.promote() == nullptr;
   };
-  EXPECT_EQ(service.value(&ISample::numbers, 21, true), 42);
+  EXPECT_EQ(service.value(Sample::numbers, 21, true), 42);
   EXPECT_TRUE(clientGone);
   EXPECT_FALSE(isConnected());
 }
@@ -312,7 +315,7 @@ TEST_F(ServiceTest, ConnectsDeathsAndCallsMayMeet) {
   for (int i = 0; i < 2; ++i) {
     callers.emplace_back([&] {
       while (!done) {
-        const int answer = service.value(Absent{-5}, Preset{-6}, &ISample::numbers, 21, true);
+        const int answer = service.value(Absent{-5}, Preset{-6}, Sample::numbers, 21, true);
         EXPECT_TRUE(answer == 42 || answer == -5) << answer;
       }
     });
