@@ -7,6 +7,7 @@
 #include <sstream>
 #include <utility>
 
+#include "FaultCommands.h"
 #include "Output.h"
 #include "ParseTime.h"
 
@@ -14,7 +15,6 @@ namespace sim {
 
 namespace {
 
-using android::binder::Status;
 using Words = std::vector<std::string>;
 
 /** Takes the words after the command; nothing if they are not understood. Says why in `error`, if the usage
@@ -143,126 +143,6 @@ std::optional<Command> relay(const Words& words, std::string*) {
   }};
 }
 
-/* Faults */
-
-struct Reason {
-  const char* name;
-  int32_t exception;
-  android::status_t status;
-};
-
-constexpr Reason kReasons[] = {
-    {"EX_SECURITY", Status::EX_SECURITY, 0},
-    {"EX_BAD_PARCELABLE", Status::EX_BAD_PARCELABLE, 0},
-    {"EX_ILLEGAL_ARGUMENT", Status::EX_ILLEGAL_ARGUMENT, 0},
-    {"EX_NULL_POINTER", Status::EX_NULL_POINTER, 0},
-    {"EX_ILLEGAL_STATE", Status::EX_ILLEGAL_STATE, 0},
-    {"EX_UNSUPPORTED_OPERATION", Status::EX_UNSUPPORTED_OPERATION, 0},
-    {"DEAD_OBJECT", 0, android::DEAD_OBJECT},
-    {"FAILED_TRANSACTION", 0, android::FAILED_TRANSACTION},
-    {"UNKNOWN_TRANSACTION", 0, android::UNKNOWN_TRANSACTION},
-    {"NO_MEMORY", 0, android::NO_MEMORY},
-    {"PERMISSION_DENIED", 0, android::PERMISSION_DENIED},
-};
-
-std::optional<size_t> findService(const std::string& name) {
-  const auto found = std::ranges::find_if(
-      kServices, [&](const ServiceRow& row) { return name == row.shortName || name == row.name; });
-  if (found == kServices.end()) return std::nullopt;
-  return static_cast<size_t>(found - kServices.begin());
-}
-
-std::optional<size_t> findService(const Words& words, std::string* error) {
-  const std::optional<size_t> service = findService(words[0]);
-  if (!service) *error = "no service: " + words[0];
-  return service;
-}
-
-template <Fault::Kind Kind>
-std::optional<Command> addFault(const Words& words, std::string* error) {
-  const std::optional<size_t> service = findService(words, error);
-  if (!service) return std::nullopt;
-  Fault fault{.kind = Kind};
-  if (Kind == Fault::kFail) fault.exception = Status::EX_ILLEGAL_STATE;
-  bool hasDelay = false;
-  for (size_t i = 1; i < words.size(); ++i) {
-    const std::string& word = words[i];
-    const auto& methods = kServices[*service].methods;
-    const auto method = std::ranges::find_if(methods, [&](const MethodRow& row) { return row.name == word; });
-    const auto reason = std::ranges::find_if(kReasons, [&](const Reason& each) { return each.name == word; });
-    const auto& events = kServices[*service].events;
-    const auto event = std::ranges::find_if(events, [&](const MethodRow& row) { return row.name == word; });
-    if (method != methods.end()) {
-      fault.code = method->code;
-      if (Kind == Fault::kShort && !answersWithRecord(*method)) {
-        *error = word + " answers with no record";
-        return std::nullopt;
-      }
-    } else if (Kind == Fault::kShort && event != events.end()) {
-      fault.code = event->code + Fault::kEvent;
-      if (!bringsRecord(*event)) {
-        *error = word + " brings no record";
-        return std::nullopt;
-      }
-    } else if (word == "always") {
-      fault.times = Fault::kAlways;
-    } else if (word == "times") {
-      const std::optional<int32_t> times = number(words, ++i, 0);
-      if (!times || *times < 1) return std::nullopt;
-      fault.times = *times;
-    } else if (Kind == Fault::kFail && reason != std::end(kReasons)) {
-      fault.exception = reason->exception;
-      fault.status = reason->status;
-    } else if (const std::optional<Time> delay = parseTime(word); Kind == Fault::kDelay && delay) {
-      fault.delay = *delay;
-      hasDelay = true;
-    } else if (const auto bytes = parseNumber<int32_t>(word);
-               Kind == Fault::kShort && bytes && *bytes != 0 && std::abs(*bytes) <= 4096) {
-      fault.bytes = *bytes;
-    } else {
-      *error = "neither a method of " + words[0] + " nor anything else that goes here: " + word;
-      return std::nullopt;
-    }
-  }
-  if (Kind == Fault::kDelay && !hasDelay) return std::nullopt;
-  return Command{[=](Runner& runner) {
-    runner.device().services()[*service]->add(fault);
-    return std::string();
-  }};
-}
-
-std::optional<Command> die(const Words& words, std::string* error) {
-  const std::optional<size_t> service = findService(words, error);
-  std::optional<Time> pause = Time(1000);
-  if (words.size() > 1) pause = words.size() == 3 && words[1] == "for" ? parseTime(words[2]) : std::nullopt;
-  if (!service || !pause) return std::nullopt;
-  return Command{[=](Runner& runner) {
-    const android::sp<FaultyService> dying = runner.device().services()[*service];
-    const uint64_t death = runner.device().kill(*dying);
-    runner.after(*pause, [dying, death] {
-      // A later death has a pause of its own.
-      if (dying->deaths() != death) return;
-      if (const android::status_t status = dying->revive(); status != android::OK) {
-        Output::self().say(std::string(dying->name()) +
-                           " can't come back: " + android::statusToString(status));
-      }
-    });
-    return std::string();
-  }};
-}
-
-std::optional<Command> heal(const Words& words, std::string* error) {
-  std::optional<size_t> only;
-  if (!words.empty() && !(only = findService(words, error))) return std::nullopt;
-  return Command{[=](Runner& runner) {
-    const auto& services = runner.device().services();
-    for (size_t i = 0; i < services.size(); ++i) {
-      if (!only || *only == i) services[i]->heal();
-    }
-    return std::string();
-  }};
-}
-
 /* The device, and scripts */
 
 std::optional<Command> status(const Words&, std::string*) {
@@ -324,12 +204,10 @@ constexpr CommandRow kRows[] = {
     {"udisk", "in|out", "a USB disk is plugged in or pulled out", 1, 1, udisk},
     {"multicast", "[ACTION]", "a multicast comes; without ACTION there is none any more", 0, 1, multicast},
     {"die", "SERVICE [for TIME]", "a service dies, and comes back after TIME (1s)", 1, 3, die},
-    {"fail", "SERVICE [METHOD] [times N|always] [REASON]", "the next calls fail", 1, 5,
-     addFault<Fault::kFail>},
-    {"delay", "SERVICE [METHOD] [times N|always] TIME", "the next calls are served later", 2, 5,
-     addFault<Fault::kDelay>},
+    {"fail", "SERVICE [METHOD] [times N|always] [REASON]", "the next calls fail", 1, 5, failCalls},
+    {"delay", "SERVICE [METHOD] [times N|always] TIME", "the next calls are served later", 2, 5, delayCalls},
     {"short", "SERVICE [METHOD|EVENT] [times N|always] [BYTES]", "the next records have BYTES (-1) more", 1,
-     5, addFault<Fault::kShort>},
+     5, distortRecords},
     {"heal", "[SERVICE]", "no more faults", 0, 1, heal},
     {"wait", "TIME", "a script goes on after TIME, which --speed divides", 1, 1, waitFor},
     {"status", "", "show the calls, the faults and what else there is to see", 0, 0, status},
@@ -422,7 +300,7 @@ std::vector<std::string> completions(const std::vector<std::string>& words) {
     } else if (service && std::string_view(row->arguments).find("METHOD") != std::string::npos) {
       for (const MethodRow& method : kServices[*service].methods) candidates.emplace_back(method.name);
       for (const MethodRow& event : kServices[*service].events) {
-        if (row->parse == addFault<Fault::kShort> && bringsRecord(event)) candidates.emplace_back(event.name);
+        if (row->parse == distortRecords && bringsRecord(event)) candidates.emplace_back(event.name);
       }
     }
   }
