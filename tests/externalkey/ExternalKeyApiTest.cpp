@@ -1,15 +1,14 @@
 #include <vesk/vesk_client.h>
 
-#include <climits>
 #include <cstring>
 
 #include "ApiTest.h"
+#include "ServiceTesting.h"
+#include "externalkey/ExternalKeyService.h"
 
 using namespace vesk::test;
 
 namespace {
-
-const std::string kConfig = pattern(136);
 
 /** A single-state record: the selector, and something that differs from record to record. */
 std::string singleState(int32_t selector, char rest) {
@@ -20,17 +19,17 @@ std::string singleState(int32_t selector, char rest) {
 
 /** Given to be fetched, or to be set: never written to. */
 std::string toGet = singleState(1, '?');
-std::string toSet = singleState(2, '!');
+std::string toSet = '\2' + kSentBytes.substr(1, VESK_SINGLE_STATE_CONFIG_SIZE - 1);
 
 /** What a function gives that doesn't look at the answer. */
 constexpr Gives kMade{.value = true, .success = 0, .failed = 0, .absent = -1};
 
 const ApiRow kRows[] = {
     API_ROW(binder_get_exkdev_mac(out), 1, Wire(), record(200)),
-    API_ROW(binder_get_exk_config(INT_MIN, out), 2, Wire().i32(INT_MIN), record(1154)),
-    API_ROW(binder_add_btk_config(kConfig.data()), 3, Wire().record(kConfig), kMade),
+    API_ROW(binder_get_exk_config(2, out), 2, Wire().i32(2), record(1154)),
+    API_ROW(binder_add_btk_config(kSent), 3, sent(136), kMade),
     API_ROW(binder_set_or_get_singleState_config(toSet.data()), 4, Wire().record(toSet), kMade),
-    API_ROW(binder_reset_exkdev_default_config(5, -5), 5, Wire().i32(5).i32(-5), kNothing),
+    API_ROW(binder_reset_exkdev_default_config(1, 2), 5, Wire().i32(1).i32(2), kNothing),
 };
 
 class ExternalKeyApiTest : public ApiTest {
@@ -39,33 +38,20 @@ class ExternalKeyApiTest : public ApiTest {
       : ApiTest("com.qv.ExternalKeyService", u"com.qv.IExternalKeyService", "ExternalKeyClient", kRows) {}
 };
 
-/* A process that has never been connected. */
-CHILD_ROLE(neverConnected) {
-  struct Unconnected : ExternalKeyApiTest {
-    void TestBody() override {
-      expectNothingWithoutConnection();
-      EXPECT_EQ(binder_set_or_get_singleState_config(toGet.data()), -1);
-      EXPECT_EQ(binder_set_or_get_singleState_config(nullptr), -1) << "the arguments are not looked at";
-    }
-  } test;
-  parent.ready();
-  test.TestBody();
-  return testing::Test::HasFailure() ? 1 : 0;
-}
-
-// In another process, since nothing ends a connection of this one.
-TEST_F(ExternalKeyApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) {
-  EXPECT_EQ(ChildProcess("neverConnected").wait(), 0);
-}
-
-TEST_F(ExternalKeyApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
+TEST_F(ExternalKeyApiTest, EveryFunctionKeepsToItsRow) {
+  expectNothingWithoutConnection();
+  EXPECT_EQ(binder_set_or_get_singleState_config(toGet.data()), -1);
+  EXPECT_EQ(binder_set_or_get_singleState_config(nullptr), -1) << "the arguments are not looked at";
   connectWith(connect_external_key_service);
   expectCallsAndAnswers(5);
+  expectFailures();
 }
 
-TEST_F(ExternalKeyApiTest, AFailedCallGivesItsValueAndWritesNothing) {
-  connectWith(connect_external_key_service);
-  expectFailures();
+TEST_F(ExternalKeyApiTest, TheSimulatedDeviceServesEachOfThem) {
+  const android::sp<sim::ExternalKeyService> device = new sim::ExternalKeyService(openStore());
+  std::string error;
+  ASSERT_TRUE(device->prepare(&error)) << error;
+  expectServedBy(device, connect_external_key_service);
 }
 
 TEST_F(ExternalKeyApiTest, ASingleStateIsReplacedOnlyByARecordOfItsSizeAndOnlyIfAskedFor) {
@@ -110,7 +96,7 @@ TEST_F(ExternalKeyApiTest, AFailedConnectKeepsTheEarlierConnection) {
 
 TEST_F(ExternalKeyApiTest, TheConnectionOutlivesTheService) {
   expectConnectionOutlivesService(connect_external_key_service, binder_get_exkdev_mac, 200);
-  EXPECT_EQ(binder_add_btk_config(kConfig.data()), 0);
+  EXPECT_EQ(binder_add_btk_config(kSent), 0);
 }
 
 }  // namespace

@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "ApiTest.h"
+#include "misc/MiscService.h"
 
 using namespace vesk::test;
 
@@ -11,7 +12,6 @@ namespace {
 
 constexpr Gives kAsked{.success = 0, .failed = 0, .absent = -1};
 constexpr Gives kStatus{.value = true, .success = kAnswer, .failed = 3, .absent = 3};
-constexpr Gives kFlag{.value = true, .success = 1, .failed = 0, .absent = 0};
 
 using Elements = std::vector<std::string>;
 
@@ -23,10 +23,9 @@ Elements elements;
 const vesk_array kList{&elements, nullptr, append};
 
 const ApiRow kRows[] = {
-    API_ROW(binder_local_ate_start(-1), 1, Wire().i32(-1), kAsked),
-    API_ROW(binder_local_ate_stop(2), 2, Wire().i32(2), kAsked),
+    API_ROW(binder_local_ate_start(0), 1, Wire().i32(0), kAsked),
     API_ROW(binder_get_ate_info_config(out), 3, Wire(), record(160)),
-    API_ROW(binder_switch_dsskey_page(6, INT_MIN), 6, Wire().i32(6).i32(INT_MIN), kNothing),
+    API_ROW(binder_switch_dsskey_page(0, 1), 6, Wire().i32(0).i32(1), kNothing),
     API_ROW(binder_backlight_always_active(5), 7, Wire().i32(1), kNothing),
     API_ROW(binder_backlight_always_active(0), 7, Wire().i32(0), kNothing),
     API_ROW(binder_start_backlight_presetting(), 8, Wire(), kNothing),
@@ -35,12 +34,14 @@ const ApiRow kRows[] = {
     API_ROW(binder_get_udisk_status(), 11, Wire(), kStatus),
     API_ROW(binder_get_udisk_capacity(out), 12, Wire(), record(104)),
     API_ROW(binder_get_udisk_record_files(&kList), 13, Wire(), kAsked),
-    API_ROW(binder_play_rec_file_start("\xC3\xA4.wav"), 14, Wire().text(u"\u00e4.wav"), kValue),
-    API_ROW(binder_play_rec_file_stop(), 15, Wire(), kNothing),
+    API_ROW(binder_play_rec_file_start("\xC3\xA4.wav"), 14, Wire().text(u"\u00e4.wav"), kValue, kRefused),
+    API_ROW(binder_play_rec_file_start("call-200.wav"), 14, Wire().text(u"call-200.wav"), kValue),
     API_ROW(binder_play_rec_file_pause(), 16, Wire(), kNothing),
     API_ROW(binder_play_rec_file_resume(), 17, Wire(), kNothing),
+    API_ROW(binder_play_rec_file_stop(), 15, Wire(), kNothing),
     API_ROW(binder_get_play_rec_file_state(), 18, Wire(), kValue),
-    API_ROW(binder_ate_touch_screen_result(19, -19), 19, Wire().i32(19).i32(-19), kAsked),
+    API_ROW(binder_ate_touch_screen_result(1, -19), 19, Wire().i32(1).i32(-19), kAsked, kRefused),
+    API_ROW(binder_local_ate_stop(2), 2, Wire().i32(2), kAsked),
     API_ROW(binder_notify_lcd_screen_shot_ready(), 20, Wire(), kNothing),
     API_ROW(binder_get_mqtt_multicast_info(out), 21, Wire(), record(676)),
     API_ROW(binder_has_mqtt_multicast_info(), 22, Wire(), kFlag),
@@ -75,25 +76,24 @@ class MiscApiTest : public ApiTest {
   }
 };
 
-TEST_F(MiscApiTest, WithoutAConnectionEveryFunctionGivesItsAbsentValue) {
+TEST_F(MiscApiTest, EveryFunctionKeepsToItsRow) {
   expectNothingWithoutConnection();
   EXPECT_EQ(binder_play_rec_file_start(nullptr), -1) << "the argument is not looked at";
-}
-
-TEST_F(MiscApiTest, EveryFunctionMakesItsCallAndGivesTheAnswer) {
   connect();
   expectCallsAndAnswers(20);
-}
-
-TEST_F(MiscApiTest, AFailedCallGivesItsValueAndWritesNothing) {
-  connect();
   expectFailures();
   EXPECT_EQ(elements, Elements());
+  expectDeathEndsCallAndConnection();
 }
 
-TEST_F(MiscApiTest, ADeathEndsTheCallAndTheConnection) {
-  connect();
-  expectDeathEndsCallAndConnection();
+TEST_F(MiscApiTest, TheSimulatedDeviceServesEachOfThem) {
+  expectServedBy(new sim::MiscService(1, [](const std::string&) {}), [] {
+    const vesk_misc_notice_callback ignore = [] {};
+    return connect_misc_service(
+        {ignore, ignore, [](const char*) {}, ignore, ignore, ignore, ignore, {}, ignore, [](int) {}, ignore},
+        nullptr);
+  });
+  EXPECT_EQ(elements.size(), 3u);
 }
 
 TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {

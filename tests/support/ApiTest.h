@@ -1,8 +1,10 @@
 #pragma once
 
+#include <binder/Status.h>
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <climits>
 #include <cstdlib>
 #include <set>
 #include <span>
@@ -18,36 +20,73 @@ namespace vesk::test {
 /** The out-value of every answer that has one. */
 constexpr int kAnswer = 4711;
 
+/** The buffer that rows receive into, and how much room they say it has unless the text of a row says
+ * otherwise. */
+constexpr int kRoom = 4600;
+
 /** What a C function gives, and from which answer. */
 struct Gives {
+  enum Text { kNone, kCut, kWhole };
+
   bool value = false; /**< the answer holds a value */
   int size = -1;      /**< of the record in the answer; negative without one */
   Result success = std::nullopt;
   Result failed = std::nullopt; /**< by a call that failed or a record of another size */
   Result absent = std::nullopt; /**< without a connection */
-  bool logs = false;
+  bool logsFailure = false;     /**< of what the record's size is wrong */
+  bool logsRecord = false;      /**< what is in it */
+  Text text = kNone;            /**< in the answer, and what becomes of it in a buffer that is too small */
 };
 
 constexpr Gives kNothing{};
-constexpr Gives kValue{.value = true, .success = kAnswer, .failed = -1, .absent = -1};
+constexpr Gives integer(int absent, int failed) {
+  return {.value = true, .success = kAnswer, .failed = failed, .absent = absent};
+}
+constexpr Gives kValue = integer(-1, -1);
+constexpr Gives kZeroUnlessAnswered = integer(0, 0);
+constexpr Gives flag(int absent) { return {.value = true, .success = 1, .failed = 0, .absent = absent}; }
+constexpr Gives kFlag = flag(0);
 constexpr Gives record(int size) { return {.size = size, .success = 0, .failed = -1, .absent = -1}; }
+constexpr Gives loggedRecord(int size) {
+  return {.size = size, .success = 0, .failed = -1, .absent = -1, .logsRecord = true};
+}
+/** A call that failed gives an empty text. */
+constexpr Gives text(Gives::Text rule, Result result, Result absent) {
+  return {.success = result, .failed = result, .absent = absent, .text = rule};
+}
+
+/** The buffer of a row, for functions that take it as one type or another. */
+struct Out {
+  char* bytes;
+  template <class T>
+  operator T*() const {
+    return reinterpret_cast<T*>(bytes);
+  }
+};
 
 /** A C function, called with certain arguments. */
 struct ApiRow {
   std::string_view text;
-  Result (*call)(void* out);
+  Result (*call)(Out out, int room);
   uint32_t code;
   Wire arguments;
   Gives gives;
+  /** What the simulated device makes of it. */
+  enum Service { kTaken, kRefused } service = kTaken;
 
   std::string function() const { return std::string(text.substr(0, text.find('('))); }
 };
 
-/** API_ROW(binder_do(1, out), code, arguments, gives): `out` is a buffer with room for every record. */
-#define API_ROW(call, code, arguments, gives)                                                                \
-  vesk::test::ApiRow {                                                                                       \
-#call, [](void* out) { return vesk::test::resultOf([&] { static_cast<void>(out); return call; }); }, code, \
-        arguments, gives \
+constexpr ApiRow::Service kRefused = ApiRow::kRefused;
+
+/** API_ROW(binder_do(1, out, room), code, arguments, gives[, kRefused]): `out` is a buffer with that much
+ * room. */
+#define API_ROW(call, code, arguments, ...)                                                               \
+  vesk::test::ApiRow {                                                                                    \
+#call, []([[maybe_unused]] vesk::test::Out out,                                                       \
+              [[maybe_unused]] int room) { return vesk::test::resultOf([&] { return call; }); }, code,    \
+                                                                                              arguments,  \
+                                                                                              __VA_ARGS__ \
   }
 
 /** `size` bytes, all values among them. */
@@ -57,6 +96,36 @@ inline std::string pattern(int size) {
   return bytes;
 }
 
+/** What rows send as a record, cut to its size: numbers that mean something wherever they stand, and short
+ * texts. */
+inline const std::string kSentBytes = [] {
+  std::string bytes;
+  for (int i = 0; i < 4544; ++i) bytes += static_cast<char>(i < 32 ? i % 4 == 0 : i % 41 * 6);
+  return bytes;
+}();
+inline const char* const kSent = kSentBytes.data();
+inline Wire sent(size_t size) { return Wire().record(kSentBytes.substr(0, size)); }
+
+/** Passes calls on to a service of this process, and keeps the status of the last answer. */
+class PassingBinder : public android::BBinder {
+ public:
+  explicit PassingBinder(const android::sp<android::BBinder>& service) : service_(service) {}
+
+  android::binder::Status status;
+
+ protected:
+  android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
+                               uint32_t flags) override {
+    const android::status_t result = service_->transact(code, data, reply, flags);
+    status.readFromParcel(*reply);
+    reply->setDataPosition(0);
+    return result;
+  }
+
+ private:
+  const android::sp<android::BBinder> service_;
+};
+
 /** The C functions of one service, which are called row by row. */
 class ApiTest : public ScriptedTest {
  protected:
@@ -64,8 +133,9 @@ class ApiTest : public ScriptedTest {
   ApiTest(const char* name, const char16_t* descriptor, const char* tag, std::span<const ApiRow> rows)
       : ScriptedTest(name, descriptor), tag_(tag), rows_(rows) {}
 
-  static constexpr size_t kRoom = 4600;
   static inline const std::string kUntouched = std::string(kRoom, '#');
+  /** What is in the buffer once a row has put something there. */
+  static std::string behind(const std::string& start) { return start + kUntouched.substr(start.size()); }
 
   template <class Connect>
   void connectWith(Connect connect) {
@@ -119,8 +189,11 @@ class ApiTest : public ScriptedTest {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
   }
 
+  Result call(const ApiRow& row, int room = kRoom) { return row.call({out_.data()}, room); }
+
   void expectNothingWithoutConnection() {
-    for (const ApiRow& row : rows_) EXPECT_EQ(row.call(out_.data()), row.gives.absent) << row.text;
+    out_ = kUntouched;
+    for (const ApiRow& row : rows_) EXPECT_EQ(call(row), row.gives.absent) << row.text;
     EXPECT_EQ(out_, kUntouched);
     EXPECT_EQ(log_.take(), std::vector<LogLine>());
   }
@@ -130,16 +203,16 @@ class ApiTest : public ScriptedTest {
     std::set<uint32_t> seen;
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.text);
-      const std::string sent = pattern(row.gives.size);
-      answer(outValues(row.gives, sent));
+      const std::string bytes = pattern(row.gives.size);
+      answer(outValues(row.gives, bytes));
       out_ = kUntouched;
-      EXPECT_EQ(row.call(out_.data()), row.gives.success);
-      EXPECT_EQ(out_, sent + kUntouched.substr(sent.size()));
+      EXPECT_EQ(call(row), row.gives.success);
+      EXPECT_EQ(out_, behind(row.gives.text == Gives::kNone ? bytes : std::string("text\0", 5)));
       expectRequest(row.code, row.arguments);
+      EXPECT_EQ(log_.take().size(), row.gives.logsRecord ? 1u : 0u);
       seen.insert(row.code);
     }
     EXPECT_EQ(seen.size(), codes);
-    EXPECT_EQ(log_.take(), std::vector<LogLine>());
   }
 
   /** No answer, an exception, half an answer, records one byte off: nothing is taken of any of them. */
@@ -147,8 +220,11 @@ class ApiTest : public ScriptedTest {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.text);
       size_t failures = 0;
+      const std::string untouched = row.gives.text == Gives::kNone ? kUntouched : behind({'\0'});
       const auto expectFailure = [&](const char* what) {
-        EXPECT_EQ(row.call(out_.data()), row.gives.failed) << what;
+        out_ = kUntouched;
+        EXPECT_EQ(call(row), row.gives.failed) << what;
+        EXPECT_EQ(out_, untouched) << what;
         EXPECT_TRUE(service_->take().has_value()) << what;
         ++failures;
       };
@@ -165,16 +241,56 @@ class ApiTest : public ScriptedTest {
           expectFailure("record of another size");
         }
       }
-      EXPECT_EQ(log_.take(), sizeErrors(row.function(), row.gives.logs ? failures : 0));
+      EXPECT_EQ(log_.take(), sizeErrors(row.function(), row.gives.logsFailure ? failures : 0));
     }
-    EXPECT_EQ(out_, kUntouched);
+  }
+
+  /** A text is cut to the room that the caller has, or is not given at all. */
+  void expectTextsKeepToTheirRoom() {
+    answer(Wire().text(u"12345678"));
+    for (const ApiRow& row : rows_) {
+      if (row.gives.text == Gives::kNone) continue;
+      SCOPED_TRACE(row.text);
+      for (const int room : {INT_MIN, -1, 0, 1, 8, 9, kRoom}) {
+        out_ = kUntouched;
+        const bool isGiven = room > 8 || row.gives.text == Gives::kCut;
+        EXPECT_EQ(call(row, room), isGiven ? row.gives.success : Result(-1)) << room;
+        const std::string text = std::string("12345678").substr(0, static_cast<size_t>(room) - 1) + '\0';
+        EXPECT_EQ(out_, isGiven && room > 0 ? behind(text) : kUntouched) << room;
+      }
+    }
+  }
+
+  /**
+   * The simulated device's service takes the calls of all rows, in their order, but those that say otherwise,
+   * and answers with records of the right sizes and with values that are no refusals.
+   */
+  template <class Connect>
+  void expectServedBy(const android::sp<android::BBinder>& device, Connect connect) {
+    const android::sp<PassingBinder> passing = new PassingBinder(device);
+    ASSERT_EQ(android::defaultServiceManager()->addService(android::String16(name_), passing), android::OK);
+    ASSERT_TRUE(connect());
+    for (const ApiRow& row : rows_) {
+      SCOPED_TRACE(row.text);
+      out_ = kUntouched;
+      const Result result = call(row);
+      const bool tells = row.gives.success != row.gives.failed;
+      const bool isTaken = passing->status.isOk() && (!tells || result.value_or(0) >= 0);
+      EXPECT_EQ(isTaken, row.service == ApiRow::kTaken) << passing->status.toString8().c_str();
+      const size_t size = isTaken ? static_cast<size_t>(std::max(row.gives.size, 0)) : 0;
+      if (row.gives.text == Gives::kNone) {
+        EXPECT_EQ(out_.substr(size), kUntouched.substr(size));
+      }
+      EXPECT_EQ(out_.substr(0, size) == kUntouched.substr(0, size), size == 0);
+    }
+    log_.take();
   }
 
   /** The service dies over a request, which fails like any other; the connection goes with it. */
   void expectDeathEndsCallAndConnection() {
     const auto row = std::ranges::find_if(rows_, [](const ApiRow& each) { return each.gives.size >= 0; });
     service_->dieOverNextRequest();
-    EXPECT_EQ(row->call(out_.data()), row->gives.failed) << row->text;
+    EXPECT_EQ(call(*row), row->gives.failed) << row->text;
     EXPECT_EQ(die(), std::vector<LogLine>{deathLine()});
     expectNothingWithoutConnection();
   }
@@ -186,6 +302,7 @@ class ApiTest : public ScriptedTest {
     Wire values;
     if (gives.value) values.i32(kAnswer);
     if (gives.size >= 0) values.record(record);
+    if (gives.text != Gives::kNone) values.text(u"text");
     return values;
   }
 
