@@ -10,6 +10,8 @@
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
+#include <fstream>
+#include <iterator>
 #include <mutex>
 #include <string>
 #include <thread>
@@ -143,30 +145,6 @@ class Device : public testing::Test {
   ChildProcess device_{"device"};
   bool hasQuit_ = false;
 };
-
-TEST_F(Device, TellsOfACallFromDiallingToItsEnd) {
-  EXPECT_EQ(binder_make_call(2, "200"), 1);
-  EXPECT_EQ(diary.readTo("info 2/1 'Alice Meyer' 200 4"),
-            "start 2/1 'Alice Meyer' 200 1\n"
-            "current 1\n"
-            "dialing 2/1 'Alice Meyer' 200 1\n"
-            "new 2/1 'Alice Meyer' 200 1\n"
-            "state 2/1 'Alice Meyer' 200 2\n"
-            "state 2/1 'Alice Meyer' 200 4\n"
-            "info 2/1 'Alice Meyer' 200 4\n");
-  binder_set_call_hold_status(1, true);
-  binder_set_call_hold_status(1, false);
-  binder_switch_call_muted_state();
-  binder_close_call(1);
-  EXPECT_EQ(diary.readTo("current 0"),
-            "state 2/1 'Alice Meyer' 200 5\n"
-            "state 2/1 'Alice Meyer' 200 4\n"
-            "info 2/1 'Alice Meyer' 200 4 muted\n"
-            "state 2/1 'Alice Meyer' 200 8 muted\n"
-            "gone 1\n"
-            "stop 1\n"
-            "current 0\n");
-}
 
 TEST_F(Device, OffersToReachAnEngagedNumber) {
   EXPECT_EQ(binder_make_call(0, "221"), 1);
@@ -399,6 +377,15 @@ TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {
   diary.readTo("died");
 }
 
+/** What the device says to a command line, and its exit code. */
+std::pair<std::string, int> run(const std::string& arguments) {
+  FILE* program = popen(("'" VESK_DEVICE "' " + arguments + " 2>&1 </dev/null").c_str(), "r");
+  std::string output;
+  for (int c; program != nullptr && (c = std::fgetc(program)) != EOF;) output += static_cast<char>(c);
+  const int status = program == nullptr ? -1 : pclose(program);
+  return {output, WIFEXITED(status) ? WEXITSTATUS(status) : -1};
+}
+
 TEST(CommandLine, AnswersAndRefuses) {
   struct {
     const char* arguments;
@@ -422,15 +409,73 @@ TEST(CommandLine, AnswersAndRefuses) {
       {"--script /proc/version", 2, "/proc/version:1: no command: Linux"},
   };
   for (const auto& row : rows) {
-    const std::string command = "'" VESK_DEVICE "' " + std::string(row.arguments) + " 2>&1 </dev/null";
-    FILE* program = popen(command.c_str(), "r");
-    ASSERT_NE(program, nullptr);
-    char output[4096];
-    const size_t length = fread(output, 1, sizeof(output), program);
-    const int status = pclose(program);
-    EXPECT_TRUE(WIFEXITED(status) && WEXITSTATUS(status) == row.exitCode) << row.arguments << ": " << status;
-    EXPECT_NE(std::string(output, length).find(row.says), std::string::npos)
-        << row.arguments << ": " << std::string(output, length);
+    const auto [output, exitCode] = run(row.arguments);
+    EXPECT_EQ(exitCode, row.exitCode) << row.arguments;
+    EXPECT_NE(output.find(row.says), std::string::npos) << row.arguments << ": " << output;
+  }
+}
+
+/** Runs a device with a script of these lines. */
+std::pair<std::string, int> runScript(const std::string& lines) {
+  const vesk::test::TemporaryDirectory directory;
+  const std::string path = directory.path() + "/script";
+  std::ofstream(path) << lines;
+  return run("--speed 100 --script '" + path + "'");
+}
+
+TEST(Script, IsCarriedOutInOrder) {
+  const auto [output, exitCode] = runScript(
+      "# Each command that says something, or that 'status' shows.\n"
+      "engaged\ntest passed\nudisk out\nmulticast page\n"
+      "voicemail 1 3 4\nvoicemail 9 1\nrelay 1 on\nrelay 9 on\nsms 200 Hello there\nincoming 200\n"
+      "fail database EX_SECURITY\ndelay relay getRelayDoState times 3 5s\n"
+      "short call always newOngoingCallEvent 4\ndie misc for 60s\nstatus\nheal relay\nwait "
+      "1s\nstatus\nquit\n");
+  const std::string shown =
+      "* line 1, chan 1, 200 (Alice Meyer), incoming\n"
+      "tone 5, DTMF type 0, key multiplexing off, door LED off\n"
+      "page 0, backlight 5, USB disk out, recording stopped, test off, multicast page\n"
+      "short com.qv.CallService newOngoingCallEvent always\n"
+      "fail com.qv.DatabaseService times 1\n"
+      "com.qv.MiscService is dead\n";
+  EXPECT_EQ(output,
+            "ready\n"
+            "There is no call that waits for its far end\n"
+            "The device refuses that now\n"
+            "There is no such line, or number of messages\n"
+            "There is no such output, or it is disabled\n" +
+                shown + "delay com.qv.RelayService getRelayDoState times 3\n" + shown);
+  EXPECT_EQ(exitCode, 0);
+}
+
+TEST(Script, IsRefusedAsAWhole) {
+  struct {
+    const char* line;
+    const char* says;
+  } const rows[] = {
+      {"incoming 201 nine", "not a line: nine"},
+      {"key five", "usage: key CODE [down|up]"},
+      {"voicemail one 2", "usage: voicemail LINE UNHEARD [HEARD]"},
+      {"relay 1 up", "usage: relay OUTPUT on|off|toggle|pulse"},
+      {"udisk away", "usage: udisk in|out"},
+      {"test sleep", "usage: test start [TEST]|stop|passed|failed"},
+      {"fail call 3", "neither a method of call nor anything else that goes here: 3"},
+      {"fail nobody", "no service: nobody"},
+      {"delay call", "usage: delay SERVICE [METHOD] [times N|always] TIME"},
+      {"short call makeCall", "makeCall answers with no record"},
+      {"short call dialCallStopEvent", "dialCallStopEvent brings no record"},
+      {"short misc times 0", "usage: short SERVICE [METHOD|EVENT] [times N|always] [BYTES]"},
+      {"die call 5s", "usage: die SERVICE [for TIME]"},
+      {"heal nobody", "no service: nobody"},
+      {"wait soon", "usage: wait TIME"},
+  };
+  std::string script;
+  for (const auto& row : rows) script += std::string(row.line) + "\n";
+  const auto [output, exitCode] = runScript(script);
+  EXPECT_EQ(exitCode, 2);
+  for (size_t at = 0; at < std::size(rows); ++at) {
+    const std::string told = "script:" + std::to_string(at + 1) + ": " + rows[at].says + "\n";
+    EXPECT_NE(output.find(told), std::string::npos) << rows[at].line << "\n" << output;
   }
 }
 

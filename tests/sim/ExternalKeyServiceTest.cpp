@@ -38,12 +38,6 @@ class ExternalKeyServiceTest : public testing::Test {
   android::sp<IExternalKeyService> service_;
 };
 
-TEST_F(ExternalKeyServiceTest, AnswersEachMethodAndTakesNoEmptyRecord) {
-#define METHOD(code, name, ...) vesk::test::expectAnswer(*service_, #name, &IExternalKeyService::name);
-#include <com/qv/ExternalKeyService.def>
-#undef METHOD
-}
-
 TEST_F(ExternalKeyServiceTest, AddsKeysAndResetsThem) {
   EXPECT_EQ(textOf(keysOf(1).key[0].value), "200");
   EXPECT_EQ(keysOf(0).keys, 0) << "there is no such module";

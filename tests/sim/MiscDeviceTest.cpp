@@ -10,16 +10,6 @@ namespace {
 using sim::MiscDevice;
 using sim::PlayState;
 
-TEST(MiscService, AnswersEachMethodAndTakesNoListenerThatIsNone) {
-  const android::sp<sim::MiscService> service = new sim::MiscService(1, [](const std::string&) {});
-#define METHOD(code, name, ...) \
-  vesk::test::expectAnswer<com::qv::IMiscService>(*service, #name, &com::qv::IMiscService::name);
-#include <com/qv/MiscService.def>
-#undef METHOD
-  EXPECT_FALSE(service->registerAteEventListener(nullptr).isOk());
-  EXPECT_FALSE(service->registerMiscEventListener(nullptr).isOk());
-}
-
 class MiscDeviceTest : public testing::Test {
  protected:
   void wait(int32_t ms) { device_.advanceTo(now_ += sim::Time(ms)); }

@@ -17,16 +17,6 @@ constexpr int32_t kDoor = 1;
 constexpr int32_t kLight = 3;
 constexpr int32_t kDisabled = 5;
 
-TEST(RelayService, AnswersEachMethodAndTakesNoEmptyRecord) {
-  const android::sp<sim::RelayService> service = new sim::RelayService(1, openStore());
-  std::string error;
-  ASSERT_TRUE(service->load(&error)) << error;
-#define METHOD(code, name, ...) \
-  vesk::test::expectAnswer<com::qv::IRelayService>(*service, #name, &com::qv::IRelayService::name);
-#include <com/qv/RelayService.def>
-#undef METHOD
-}
-
 class RelaysTest : public testing::Test {
  protected:
   void SetUp() override {

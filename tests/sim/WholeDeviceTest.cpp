@@ -2,7 +2,7 @@
 #include <unistd.h>
 #include <vesk/vesk_client.h>
 
-#include <cstring>
+#include <fstream>
 #include <memory>
 #include <set>
 #include <string>
@@ -18,8 +18,8 @@
 #include "misc/MiscRecords.h"
 #include "relay/RelayRecords.h"
 
-/* The database, misc, relay and external-key services of a vesk-device process, seen through the C API, also
- * after the process was killed and started again with the same state. */
+/* All services of a vesk-device process, seen through the C API, also after the process was killed and
+ * started again with the same state. */
 
 namespace {
 
@@ -85,6 +85,7 @@ class WholeDevice : public testing::Test {
     ASSERT_TRUE(connect_call_service(nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                                      nullptr, nullptr, nullptr));
+    ASSERT_TRUE(connect_config_service(nullptr));
     ASSERT_TRUE(connect_database_service(nullptr));
     ASSERT_TRUE(connect_misc_service(kCallbacks, nullptr));
     ASSERT_TRUE(connect_relay_service());
@@ -95,109 +96,60 @@ class WholeDevice : public testing::Test {
   std::unique_ptr<ChildProcess> device_;
 };
 
-TEST_F(WholeDevice, KeepsItsDatabase) {
+std::string config(const char* key) {
+  char value[64] = "nothing";
+  EXPECT_EQ(binder_get_config("section", key, "", value, sizeof(value)), 0);
+  return value;
+}
+
+TEST_F(WholeDevice, KeepsWhatWasSavedAndCommitted) {
+  EXPECT_EQ(binder_set_config("section", "key", "", "saved"), 0);
+  EXPECT_EQ(binder_save_config(), 0);
+  EXPECT_EQ(binder_set_config("section", "key", "", "not saved"), 0);
   sim::ContactRecord contact{};
   sim::copyText(contact.name, "Dana Novak");
-  sim::copyText(contact.note, std::string(sizeof(contact.note) - 1, 'n'));
   const int id = binder_phonebook_contact_create(2, &contact);
   EXPECT_EQ(id, 5);
-  const int sms = binder_send_sms(1, "300", "echo");
-  EXPECT_EQ(sms, 3);
-  EXPECT_EQ(binder_get_sms_count(1), 2);
-  binder_set_sms_read_done(sms + 1);
-  sim::MemoRecord memo{};
-  sim::copyText(memo.text, "Buy milk");
-  EXPECT_EQ(binder_add_memo(&memo), 2);
-  sim::DoorAccessRecord access{};
-  access.enabled = 1;
-  access.door = 3;
-  sim::copyText(access.credential, "5555");
-  EXPECT_EQ(binder_add_door_access(&access), 4);
-
   EXPECT_EQ(binder_make_call(1, "300"), 1);
   waitUntil("the machine answers", [] { return binder_get_call_have_ivr(); });
   binder_close_call(1);
-  killAndStart();
-
-  sim::ContactRecord found{};
-  ASSERT_EQ(binder_phonebook_contact_search(0, "novak"), 1);
-  EXPECT_EQ(binder_phonebook_contact_retrieve(1, 0, &found), id);
-  contact.id = id;
-  EXPECT_EQ(std::memcmp(&found, &contact, sizeof(contact)), 0);
-  int32_t groups[1] = {};
-  EXPECT_EQ(binder_phonebook_get_contact_groupid(id, 1, groups), 1);
-  EXPECT_EQ(groups[0], 2);
-  EXPECT_EQ(binder_get_sms_count(0), 4);
-  EXPECT_EQ(binder_get_sms_count(1), 1);
-  EXPECT_EQ(binder_get_memo_num(), 2);
-  sim::CallLogRecord call{};
-  EXPECT_EQ(binder_get_clog_info_by_id(0, &call), 1);
-  EXPECT_EQ(sim::textOf(call.name), "Echo Test");
-  EXPECT_GT(call.seconds, 0);
-  uint32_t voiceMail[2] = {};
-  binder_get_vsms_count(1, voiceMail);
-  EXPECT_EQ(voiceMail[0] + voiceMail[1], 3u);
-  EXPECT_EQ(binderCheckDoorAccessInfo("5555", 3, &access), 0);
-  EXPECT_EQ(access.granted, 1);
-  EXPECT_EQ(binderCheckDoorAccessInfo("5555", 1, &access), 0);
-  EXPECT_EQ(access.granted, 0);
-  sim::MemoRecord none{.id = 77, .due = 0, .done = 0, .reserved = 0, .text = {}};
-  EXPECT_EQ(binder_get_memo_info_by_index(2, &none), -1);
-  EXPECT_EQ(none.id, 77) << "refused, so untouched";
-}
-
-TEST_F(WholeDevice, KeepsWhatWasCommittedOfItsRelays) {
   const auto setTime = [](int32_t onMs) {
     const sim::RelayTimeRecord time{.device = 1, .output = 1, .delayMs = 0, .onMs = onMs};
     return binder_set_relay_do_time(reinterpret_cast<const char*>(&time));
   };
-  const auto onMs = [] {
-    sim::RelayOutputsRecord outputs{};
-    EXPECT_EQ(binder_get_relay_do_channels(1, &outputs), 0);
-    return outputs.outputs[0].onMs;
-  };
-  EXPECT_EQ(setTime(400'000), -1) << "outside of the bracket";
   EXPECT_EQ(binder_begin_relay_do_save(1), 0);
   EXPECT_EQ(setTime(400'000), 0);
-  EXPECT_EQ(onMs(), 3000);
   EXPECT_EQ(binder_commit_relay_do_save(1), 0);
   EXPECT_EQ(binder_begin_relay_do_save(1), 0);
   EXPECT_EQ(setTime(5), 0);
-  killAndStart();
-  EXPECT_EQ(onMs(), 400'000);
-  EXPECT_EQ(binder_get_relay_config_editable(), 1);
-  EXPECT_EQ(binder_commit_relay_do_save(1), -1);
-
-  const sim::RelayActRecord on{.device = 1, .output = 1, .act = sim::RelayAct::kOn};
-  EXPECT_EQ(binder_relay_set_act(reinterpret_cast<const char*>(&on)), 0);
-  EXPECT_EQ(binder_get_relay_do_state(1, 1), 1);
-  const sim::ScheduledRelayActRecord off{
-      .act = {.device = 1, .output = 1, .act = sim::RelayAct::kOff}, .afterMs = 100, .reserved = 0};
-  EXPECT_EQ(binder_relay_schedule_act(reinterpret_cast<const char*>(&off)), 0);
-  waitUntil("the output goes off", [] { return binder_get_relay_do_state(1, 1) == 0; });
-  EXPECT_EQ(binder_relay_get_act(1), 0);
-  sim::RelayInfoRecord info{};
-  EXPECT_EQ(binder_get_relay_dev_mac(&info), 0);
-  EXPECT_EQ(info.outputs, sim::kRelayOutputs);
-}
-
-TEST_F(WholeDevice, KeepsItsKeyModules) {
-  const sim::AddKeyRecord key{.module = 1, .key = 0, .type = 1, .line = 2, .label = "Door", .value = "240"};
-  EXPECT_EQ(binder_add_btk_config(reinterpret_cast<const char*>(&key)), 0);
   sim::KeyStateRecord state{.selector = 2, .module = 1, .key = 4, .state = 9, .text = "busy"};
   EXPECT_EQ(binder_set_or_get_singleState_config(&state), 0);
   killAndStart();
-  sim::ModuleKeysRecord keys{};
-  EXPECT_EQ(binder_get_exk_config(1, &keys), 0);
-  EXPECT_EQ(sim::textOf(keys.key[3].label), "Door");
-  EXPECT_EQ(keys.key[3].line, 2);
+
+  EXPECT_EQ(config("key"), "saved");
+  EXPECT_EQ(binder_factory_reset(0), 0);
+  EXPECT_EQ(config("key"), "");
+  sim::ContactRecord found{};
+  EXPECT_EQ(binder_phonebook_contact_retrieve(0, id, &found), id);
+  EXPECT_EQ(sim::textOf(found.name), "Dana Novak");
+  sim::CallLogRecord call{};
+  EXPECT_EQ(binder_get_clog_info_by_id(0, &call), 1);
+  EXPECT_EQ(sim::textOf(call.name), "Echo Test");
+  EXPECT_GT(call.seconds, 0);
+  sim::RelayOutputsRecord outputs{};
+  EXPECT_EQ(binder_get_relay_do_channels(1, &outputs), 0);
+  EXPECT_EQ(outputs.outputs[0].onMs, 400'000);
+  EXPECT_EQ(binder_commit_relay_do_save(1), -1) << "nothing was begun";
   state = {.selector = VESK_SINGLE_STATE_GET, .module = 1, .key = 4, .state = 0, .text = {}};
   EXPECT_EQ(binder_set_or_get_singleState_config(&state), 0);
   EXPECT_EQ(state.state, 9);
-  EXPECT_EQ(sim::textOf(state.text), "busy");
-  binder_reset_exkdev_default_config(1, 0);
-  EXPECT_EQ(binder_get_exk_config(1, &keys), 0);
-  EXPECT_EQ(keys.key[3].type, 0);
+}
+
+TEST(State, OfAnotherProgramEndsTheDevice) {
+  const vesk::test::TemporaryDirectory directory;
+  std::ofstream(directory.path() + "/device.db") << "not ours";
+  ChildProcess device("device", {directory.path()});
+  EXPECT_EQ(device.wait(), 1);
 }
 
 TEST_F(WholeDevice, TellsEachListenerOfTheMiscEvents) {
@@ -232,40 +184,6 @@ TEST_F(WholeDevice, TellsEachListenerOfTheMiscEvents) {
   EXPECT_EQ(info.passed, 2);
   EXPECT_EQ(info.failed, 1);
   hanging.kill();
-}
-
-TEST_F(WholeDevice, PlaysRecordingsAndTellsOfMulticast) {
-  vesk_records* files = vesk_records_create(VESK_UDISK_RECORD_FILE_SIZE);
-  EXPECT_EQ(binder_get_udisk_record_files(vesk_records_array(files)), 0);
-  ASSERT_EQ(vesk_records_count(files), 3u);
-  const auto recording = *static_cast<const sim::RecordingRecord*>(vesk_records_element(files, 2));
-  EXPECT_EQ(recording.seconds, 60);
-  EXPECT_EQ(binder_play_rec_file_start(recording.file), 0);
-  binder_play_rec_file_pause();
-  EXPECT_EQ(binder_get_play_rec_file_state(), 2);
-  binder_play_rec_file_resume();
-  waitUntil("it is over", [] { return binder_get_play_rec_file_state() == 0; });
-  EXPECT_EQ(binder_play_rec_file_start("nothing.wav"), -1);
-
-  sim::UdiskCapacityRecord capacity{};
-  EXPECT_EQ(binder_get_udisk_capacity(&capacity), 0);
-  EXPECT_EQ(capacity.usedMiB + capacity.freeMiB, capacity.totalMiB);
-  command("udisk out");
-  waitUntil("the disk is out", [] { return binder_get_udisk_status() == 0; });
-  EXPECT_EQ(binder_get_udisk_capacity(&capacity), -1);
-  vesk_records_clear(files);
-  EXPECT_EQ(binder_get_udisk_record_files(vesk_records_array(files)), 0);
-  EXPECT_EQ(vesk_records_count(files), 0u);
-  vesk_records_free(files);
-
-  char action[16] = "";
-  EXPECT_EQ(binder_has_mqtt_multicast_info(), 1);
-  EXPECT_EQ(binder_get_mqtt_multicast_action(action, sizeof(action)), 0);
-  EXPECT_STREQ(action, "page-all");
-  command("multicast");
-  waitUntil("there is no multicast", [] { return binder_has_mqtt_multicast_info() == 0; });
-  EXPECT_EQ(binder_get_mqtt_multicast_action(action, sizeof(action)), -1);
-  EXPECT_STREQ(action, "");
 }
 
 }  // namespace

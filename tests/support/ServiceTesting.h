@@ -10,8 +10,6 @@
 #include <optional>
 #include <string>
 #include <string_view>
-#include <tuple>
-#include <type_traits>
 
 #include "Records.h"
 #include "store/Store.h"
@@ -61,54 +59,6 @@ Record fetch(Interface& service, android::binder::Status (Interface::*method)(Pa
   const std::optional<Record> record = sim::unpack<Record>(bytes);
   EXPECT_EQ(record.has_value(), status.isOk());
   return record.value_or(Record{});
-}
-
-/** What the parameters of a method refer or point to. */
-template <typename... Params>
-using Values = std::tuple<std::remove_cvref_t<std::remove_pointer_t<Params>>...>;
-
-/** Calls a method with zeros, nulls and empty texts and records; its answer is in `values`. */
-template <typename Interface, typename... Params>
-android::binder::Status callWithNothing(Interface& service,
-                                        android::binder::Status (Interface::*method)(Params...),
-                                        Values<Params...>* values) {
-  const auto pass = []<typename Param>(std::type_identity<Param>, auto& value) -> decltype(auto) {
-    if constexpr (std::is_pointer_v<Param>) {
-      return &value;
-    } else {
-      return (value);
-    }
-  };
-  return std::apply(
-      [&](auto&... value) { return (service.*method)(pass(std::type_identity<Params>(), value)...); },
-      *values);
-}
-
-/** Calls a method with nothing: it answers in one of the ways that the
- * services have, and accepts no empty record. */
-template <typename Interface, typename... Params>
-void expectAnswer(Interface& service, const char* name,
-                  android::binder::Status (Interface::*method)(Params...)) {
-  using android::binder::Status;
-  SCOPED_TRACE(name);
-  Values<Params...> values;
-  const Status status = callWithNothing(service, method, &values);
-
-  EXPECT_EQ(status.transactionError(), android::OK);
-  const int32_t exception = status.exceptionCode();
-  EXPECT_TRUE(exception == Status::EX_NONE || exception == Status::EX_ILLEGAL_ARGUMENT ||
-              exception == Status::EX_ILLEGAL_STATE || exception == Status::EX_NULL_POINTER)
-      << status.toString8().c_str();
-  EXPECT_EQ(status.isOk(), status.exceptionMessage().length() == 0) << "an exception says why";
-  const auto check = [&]<typename Param>(std::type_identity<Param>, const auto& value) {
-    if constexpr (std::is_same_v<Param, com::qv::CommonParcelable*>) {
-      EXPECT_EQ(value.blob().length() > 0, status.isOk());
-    } else if constexpr (std::is_same_v<Param, int32_t*> &&
-                         (std::is_same_v<Params, const com::qv::CommonParcelable&> || ...)) {
-      EXPECT_EQ(value, -1) << "an empty record was accepted";
-    }
-  };
-  std::apply([&](const auto&... value) { (check(std::type_identity<Params>(), value), ...); }, values);
 }
 
 }  // namespace vesk::test
