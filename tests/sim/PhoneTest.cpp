@@ -3,6 +3,8 @@
 #include <gtest/gtest.h>
 
 #include <cstdio>
+#include <regex>
+#include <sstream>
 
 namespace {
 
@@ -42,6 +44,8 @@ struct Scenario {
   /** What happened before, which is not looked at. */
   void (*before)(Desk& desk);
   void (*play)(Desk& desk);
+  /** Which of the events have something to do with it; an expression. */
+  const char* about;
   const char* expected;
 };
 
@@ -50,6 +54,9 @@ void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.nam
 
 void nothing(Desk&) {}
 
+constexpr const char* kAll = "";
+constexpr const char* kRedialling = "makeCallRet|autoRedial|callCompletion|callState.*talking";
+
 class PhoneScenario : public testing::TestWithParam<Scenario> {};
 
 TEST_P(PhoneScenario, HasTheseEvents) {
@@ -57,7 +64,13 @@ TEST_P(PhoneScenario, HasTheseEvents) {
   GetParam().before(desk);
   desk.takeEvents();
   GetParam().play(desk);
-  EXPECT_EQ(desk.takeEvents(), GetParam().expected);
+  const std::regex about(GetParam().about);
+  std::istringstream events(desk.takeEvents());
+  std::string seen;
+  for (std::string line; std::getline(events, line);) {
+    if (line.empty() || std::regex_search(line, about)) seen += line + "\n";
+  }
+  EXPECT_EQ(seen, GetParam().expected);
 }
 
 const Scenario kCalls[] = {
@@ -67,7 +80,7 @@ const Scenario kCalls[] = {
        desk.wait(10s);
        desk->closeCall(1);
      },
-     R"(
+     kAll, R"(
 0.0 dialCallStartEvent line 2, chan 1, 200 (Alice Meyer), dialling
 0.0 currentCallChangedEvent 1
 0.0 dialingInfoChangedEvent line 2, chan 1, 200 (Alice Meyer), dialling
@@ -80,58 +93,37 @@ const Scenario kCalls[] = {
 10.0 dialCallStopEvent 1
 10.0 currentCallChangedEvent 0
 )"},
-    {"UnknownNumber", nothing,
+    {"CallsEndInTheirWays", nothing,
      [](Desk& desk) {
        desk->makeCall(0, "999");
+       desk.wait(1s);
+       desk->makeCall(1, "210");
+       desk.wait(40s);
+       desk.talkTo("230");
        desk.wait(10s);
+       desk.talkTo("250");  // Calls back once.
+       desk.wait(90s);
      },
-     R"(
-0.0 dialCallStartEvent line 1, chan 1, 999, dialling
-0.0 currentCallChangedEvent 1
-0.0 dialingInfoChangedEvent line 1, chan 1, 999, dialling
-0.0 newOngoingCallEvent line 1, chan 1, 999, dialling
+     "makeCallRet|ended|newOngoing.*incoming|Stop", R"(
 0.5 makeCallRetEvent 'Number not in service'
 0.5 callStateChangedEvent line 1, chan 1, 999, ended
-0.5 deleteOngoingCallEvent 1
 0.5 dialCallStopEvent 1
-0.5 currentCallChangedEvent 0
-)"},
-    {"NobodyAnswers", [](Desk& desk) { desk->makeCall(1, "210"); }, [](Desk& desk) { desk.wait(60s); },
-     R"(
-0.5 callStateChangedEvent line 1, chan 1, 210 (Empty Office), ringing
-30.5 makeCallRetEvent 'No answer'
-30.5 callStateChangedEvent line 1, chan 1, 210 (Empty Office), ended
-30.5 deleteOngoingCallEvent 1
-30.5 dialCallStopEvent 1
-30.5 currentCallChangedEvent 0
-)"},
-    {"FarEndHangsUp", [](Desk& desk) { desk.talkTo("230"); }, [](Desk& desk) { desk.wait(60s); },
-     R"(
-5.0 callStateChangedEvent line 1, chan 1, 230 (Time Signal), ended
-5.0 deleteOngoingCallEvent 1
-5.0 dialCallStopEvent 1
-5.0 currentCallChangedEvent 0
-)"},
-    {"FarEndCallsBackOnceAndGivesUp", [](Desk& desk) { desk.talkTo("250"); },
-     [](Desk& desk) { desk.wait(90s); },
-     R"(
-3.0 callStateChangedEvent line 1, chan 1, 250 (Call Me Back), ended
-3.0 deleteOngoingCallEvent 1
-3.0 dialCallStopEvent 1
-3.0 currentCallChangedEvent 0
-5.0 newOngoingCallEvent line 1, chan 1, 250 (Call Me Back), incoming
-5.0 currentCallChangedEvent 1
-35.0 callStateChangedEvent line 1, chan 1, 250 (Call Me Back), ended
-35.0 deleteOngoingCallEvent 1
-35.0 currentCallChangedEvent 0
+31.5 makeCallRetEvent 'No answer'
+31.5 callStateChangedEvent line 1, chan 1, 210 (Empty Office), ended
+31.5 dialCallStopEvent 1
+46.0 callStateChangedEvent line 1, chan 1, 230 (Time Signal), ended
+46.0 dialCallStopEvent 1
+55.0 callStateChangedEvent line 1, chan 1, 250 (Call Me Back), ended
+55.0 dialCallStopEvent 1
+57.0 newOngoingCallEvent line 1, chan 1, 250 (Call Me Back), incoming
+87.0 callStateChangedEvent line 1, chan 1, 250 (Call Me Back), ended
 )"},
     {"IncomingCallIsAnsweredAtTheHeadset",
      [](Desk& desk) {
        desk.talkTo("200");
        desk->incomingCall(2, "201");
      },
-     [](Desk& desk) { desk->headsetAnswerCall(); },
-     R"(
+     [](Desk& desk) { desk->headsetAnswerCall(); }, kAll, R"(
 2.0 keycodeEvent 226 pressed
 2.0 keycodeEvent 226 released
 2.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held
@@ -146,18 +138,12 @@ const Scenario kCalls[] = {
        desk->closeCall(0);
        desk->setCallHoldStatus(1, false);
      },
-     R"(
+     "held|talking|current|ended", R"(
 2.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held
-2.0 dialCallStartEvent line 1, chan 2, 202 (Zoë Lindqvist), dialling
 2.0 currentCallChangedEvent 2
-2.0 dialingInfoChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), dialling
-2.0 newOngoingCallEvent line 1, chan 2, 202 (Zoë Lindqvist), dialling
-2.5 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), ringing
 3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), talking
 3.0 callInfoChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), talking
 7.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), ended
-7.0 deleteOngoingCallEvent 2
-7.0 dialCallStopEvent 2
 7.0 currentCallChangedEvent 1
 7.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), talking
 )"},
@@ -172,7 +158,7 @@ const Scenario kCalls[] = {
        desk->switchCallMutedState();
        desk->switchCallMutedState();
      },
-     R"(
+     kAll, R"(
 3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), held
 3.0 currentCallChangedEvent 1
 3.0 callInfoChangedEvent line 1, chan 1, 200 (Alice Meyer), held, muted
@@ -186,9 +172,8 @@ const Scenario kCalls[] = {
        desk->edialChangeLine(2);
        desk->edialMakeCall();
      },
-     R"(
+     "dialling", R"(
 0.0 dialCallStartEvent line 1, chan 1, no number, dialling
-0.0 currentCallChangedEvent 1
 0.0 dialingInfoChangedEvent line 1, chan 1, 2, dialling
 0.0 dialingInfoChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), dialling
 0.0 dialingInfoChangedEvent line 2, chan 1, 202 (Zoë Lindqvist), dialling
@@ -196,13 +181,9 @@ const Scenario kCalls[] = {
 )"},
     {"AnotherCallClosesTheDialler", [](Desk& desk) { desk->edialWithLine(2, "20"); },
      [](Desk& desk) { desk->redialCall(), desk->makeCall(1, "200"), desk->dialSelectionRequest(7); },
-     R"(
+     "Start|Stop|Selection", R"(
 0.0 dialCallStopEvent 1
-0.0 currentCallChangedEvent 0
 0.0 dialCallStartEvent line 1, chan 1, 200 (Alice Meyer), dialling
-0.0 currentCallChangedEvent 1
-0.0 dialingInfoChangedEvent line 1, chan 1, 200 (Alice Meyer), dialling
-0.0 newOngoingCallEvent line 1, chan 1, 200 (Alice Meyer), dialling
 0.0 dialSelectionEvent 7
 )"},
     {"VideoStreamsAreCounted", nothing,
@@ -214,65 +195,50 @@ const Scenario kCalls[] = {
        desk->headsetAnswerCall();
        desk->closeCall(1);
      },
-     R"(
-0.0 dialCallStartEvent line 1, chan 1, 202 (Zoë Lindqvist), dialling, video
+     "Video|current|ended|callState", R"(
 0.0 currentCallChangedEvent 1
-0.0 dialingInfoChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), dialling, video
-0.0 newOngoingCallEvent line 1, chan 1, 202 (Zoë Lindqvist), dialling, video
 0.5 callStateChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), ringing, video
 1.0 callStateChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), talking, video
-1.0 callInfoChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), talking, video
 1.0 updateCallVideoStreamEvent 1
 1.0 updateCallVideoStreamEvent 1
-1.0 newOngoingCallEvent line 1, chan 2, 240 (Front Door), incoming, video
-1.0 keycodeEvent 226 pressed
-1.0 keycodeEvent 226 released
 1.0 callStateChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), held, video
 1.0 callStateChangedEvent line 1, chan 2, 240 (Front Door), talking, video
 1.0 currentCallChangedEvent 2
-1.0 callInfoChangedEvent line 1, chan 2, 240 (Front Door), talking, video
 1.0 updateCallVideoStreamEvent 2
 1.0 callStateChangedEvent line 1, chan 1, 202 (Zoë Lindqvist), ended, video
-1.0 deleteOngoingCallEvent 1
-1.0 dialCallStopEvent 1
 1.0 updateCallVideoStreamEvent 1
 )"},
 };
 
 const Scenario kConferences[] = {
-    {"StartsWithTheCallInProgress",
-     [](Desk& desk) {
-       desk.talkTo("200");
-       desk.talkTo("202");
-     },
-     [](Desk& desk) { desk->conferenceAddMembers({1}); },
-     R"(
-3.0 conferenceStartEvent 1, members 1 2
-3.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), in conference
-3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), in conference
-)"},
     {"MemberJoinsAndLeaves",
      [](Desk& desk) {
        desk.talkTo("200");
        desk.talkTo("202");
-       desk->conferenceAddMembers({2, 1});
-       desk.talkTo("230");
      },
      [](Desk& desk) {
+       desk->conferenceAddMembers({1});
+       desk.talkTo("230");
        desk->conferenceAddMembers({3});
        desk->conferenceRemoveMember(1);
        desk.wait(10s);
      },
-     R"(
-4.0 conferenceMembersChangedEvent 1, members 2 1 3
-4.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), in conference
+     "onference|held|ended|talking|current", R"(
+3.0 conferenceStartEvent 1, members 1 2
+3.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), in conference
+3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), in conference
+3.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held in conference
+3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), held in conference
+3.0 currentCallChangedEvent 3
+4.0 callStateChangedEvent line 1, chan 3, 230 (Time Signal), talking
+4.0 callInfoChangedEvent line 1, chan 3, 230 (Time Signal), talking
+4.0 conferenceMembersChangedEvent 1, members 1 2 3
 4.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), in conference
+4.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), in conference
 4.0 callStateChangedEvent line 1, chan 3, 230 (Time Signal), in conference
 4.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held
 4.0 conferenceMembersChangedEvent 1, members 2 3
 8.0 callStateChangedEvent line 1, chan 3, 230 (Time Signal), ended
-8.0 deleteOngoingCallEvent 3
-8.0 dialCallStopEvent 3
 8.0 conferenceStopEvent 1
 8.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), talking
 8.0 currentCallChangedEvent 2
@@ -291,7 +257,7 @@ const Scenario kConferences[] = {
        desk->conferenceHoldMember(1);
        desk->closeCall(2);
      },
-     R"(
+     "State|Info|Stop|current|Manager", R"(
 3.0 callInfoChangedEvent line 1, chan 1, 200 (Alice Meyer), in conference, muted
 3.0 conferenceManagerEvent
 3.0 callInfoChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), in conference, muted
@@ -303,7 +269,6 @@ const Scenario kConferences[] = {
 3.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held in conference, muted
 3.0 conferenceManagerEvent
 3.0 callStateChangedEvent line 1, chan 2, 202 (Zoë Lindqvist), ended, muted
-3.0 deleteOngoingCallEvent 2
 3.0 dialCallStopEvent 2
 3.0 conferenceStopEvent 1
 3.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), held, muted
@@ -320,7 +285,7 @@ const Scenario kConferences[] = {
        desk->conferenceResumeMember(1);
        desk->setCallHoldStatus(3, false);
      },
-     R"(
+     kAll, R"(
 5.0 callStateChangedEvent line 1, chan 3, 200 (Alice Meyer), held
 5.0 callStateChangedEvent line 1, chan 1, 200 (Alice Meyer), in conference
 5.0 conferenceManagerEvent
@@ -334,34 +299,8 @@ void dialEngaged(Desk& desk, const char* number) {
   desk.wait(500ms);
 }
 
-/** The events that are not about single calls. */
-std::string withoutCalls(const std::string& events) {
-  std::string kept = "\n";
-  size_t start = 1;
-  for (size_t end; (end = events.find('\n', start)) != std::string::npos; start = end + 1) {
-    const std::string line = events.substr(start, end - start);
-    for (const char* wanted : {"makeCallRet", "autoRedial", "callCompletion", "talking"}) {
-      if (line.find(wanted) == std::string::npos || line.find("callInfo") != std::string::npos) continue;
-      kept += line + "\n";
-      break;
-    }
-  }
-  return kept;
-}
-
-class RedialScenario : public testing::TestWithParam<Scenario> {};
-
-TEST_P(RedialScenario, HasTheseEvents) {
-  Desk desk;
-  GetParam().before(desk);
-  desk.takeEvents();
-  GetParam().play(desk);
-  EXPECT_EQ(withoutCalls(desk.takeEvents()), GetParam().expected);
-}
-
 const Scenario kRedials[] = {
-    {"EngagedNumberOffersCompletion", nothing, [](Desk& desk) { dialEngaged(desk, "221"); },
-     R"(
+    {"EngagedNumberOffersCompletion", nothing, [](Desk& desk) { dialEngaged(desk, "221"); }, kRedialling, R"(
 0.5 makeCallRetEvent 'Engaged'
 0.5 callCompletionInfoChangedEvent line 1, 221, offered
 )"},
@@ -372,7 +311,7 @@ const Scenario kRedials[] = {
        desk->callCompleteDialConfirm(1, "220");
        desk.wait(5s);
      },
-     R"(
+     kRedialling, R"(
 8.5 callCompletionInfoChangedEvent line 1, 220, free
 22.5 callStateChangedEvent line 1, chan 1, 220 (Carla Rossi), talking
 )"},
@@ -382,7 +321,7 @@ const Scenario kRedials[] = {
        desk->callCompleteCancel(1, "220");
        desk.wait(20s);
      },
-     "\n"},
+     kRedialling, "\n"},
     {"AnsweredNumberIsEngagedAnew",
      [](Desk& desk) {
        dialEngaged(desk, "220");
@@ -390,8 +329,7 @@ const Scenario kRedials[] = {
        desk.talkTo("220");
        desk->closeCall(0);
      },
-     [](Desk& desk) { dialEngaged(desk, "220"); },
-     R"(
+     [](Desk& desk) { dialEngaged(desk, "220"); }, kRedialling, R"(
 13.0 makeCallRetEvent 'Engaged'
 13.0 callCompletionInfoChangedEvent line 1, 220, offered
 )"},
@@ -400,7 +338,7 @@ const Scenario kRedials[] = {
        desk->callAutoRedial();
        desk.wait(60s);
      },
-     R"(
+     kRedialling, R"(
 0.5 autoRedialInfoChangedEvent 220, 0 of 5 times, every 5 s
 5.5 autoRedialInfoChangedEvent 220, 1 of 5 times, every 5 s
 6.0 makeCallRetEvent 'Engaged'
@@ -414,7 +352,7 @@ const Scenario kRedials[] = {
        desk->autoRedialsoftbtnMakeCall();
        desk.wait(60s);
      },
-     R"(
+     kRedialling, R"(
 0.5 autoRedialInfoChangedEvent 221, 0 of 5 times, every 5 s
 0.5 autoRedialInfoChangedEvent 221, 1 of 5 times, every 5 s
 1.0 makeCallRetEvent 'Engaged'
@@ -439,7 +377,7 @@ const Scenario kRedials[] = {
        desk->autoRedialsoftbtnCancel();
        desk.wait(60s);
      },
-     R"(
+     kRedialling, R"(
 0.5 autoRedialInfoChangedEvent 221, 0 of 5 times, every 5 s
 10.5 autoRedialInfoChangedEvent 221, 1 of 5 times, every 5 s
 10.5 autoRedialInfoChangedEvent over
@@ -450,7 +388,7 @@ std::string nameOf(const testing::TestParamInfo<Scenario>& info) { return info.p
 
 INSTANTIATE_TEST_SUITE_P(Calls, PhoneScenario, testing::ValuesIn(kCalls), nameOf);
 INSTANTIATE_TEST_SUITE_P(Conferences, PhoneScenario, testing::ValuesIn(kConferences), nameOf);
-INSTANTIATE_TEST_SUITE_P(Redials, RedialScenario, testing::ValuesIn(kRedials), nameOf);
+INSTANTIATE_TEST_SUITE_P(Redials, PhoneScenario, testing::ValuesIn(kRedials), nameOf);
 
 TEST(Phone, RefusesWhatMakesNoSenseAndStaysAsItIs) {
   const std::string tooLong(sim::kMaxNumberLength + 1, '1');
@@ -546,29 +484,6 @@ TEST(Phone, SaysWhetherAMachineIsTalking) {
   EXPECT_TRUE(desk->getCallHaveIvr());
   desk.talkTo("200");
   EXPECT_FALSE(desk->getCallHaveIvr());
-}
-
-TEST(Phone, KeepsSnapshotsOfAChannelUntilTheyAreDeleted) {
-  Desk desk;
-  const int32_t chan = desk.talkTo("240");
-  desk->videoSnapshot(chan);
-  desk.wait(1s);
-  desk->videoSnapshot(0);
-  desk->closeCall(chan);
-
-  EXPECT_EQ(desk->getSnapshotNums(chan), 2);
-  EXPECT_EQ(desk->getSnapshotNums(chan + 1), 0);
-  EXPECT_EQ(desk->requestSnapShotData(chan), 0);
-  const std::optional<sim::Snapshot> second = desk->getSnapshotInfoByIndex(chan, 1);
-  ASSERT_TRUE(second);
-  EXPECT_EQ(second->number, "240");
-  EXPECT_EQ(second->takenAt, desk->now());
-  EXPECT_FALSE(desk->getSnapshotInfoByIndex(chan, 2));
-  EXPECT_FALSE(desk->getSnapshotInfoByIndex(chan, -1));
-
-  desk->deleteSnapshot(chan);
-  EXPECT_EQ(desk->getSnapshotNums(chan), 0);
-  EXPECT_EQ(desk->requestSnapShotData(chan), sim::kRefused);
 }
 
 TEST(Phone, LightsTheDoorForThreeSecondsFromTheLastTime) {
