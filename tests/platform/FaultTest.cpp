@@ -5,6 +5,8 @@
 #include <sys/epoll.h>
 #include <sys/mman.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <atomic>
 #include <cerrno>
@@ -81,8 +83,8 @@ FAILING(int, -1, epoll_create1, (int flags), (flags), noexcept)
 FAILING(int, -1, epoll_ctl, (int epoll, int what, int fd, epoll_event* event), (epoll, what, fd, event),
         noexcept)
 FAILING(int, -1, memfd_create, (const char* name, unsigned flags), (name, flags), noexcept)
-FAILING(void*, MAP_FAILED, mmap, (void* at, size_t size, int access, int flags, int fd, off_t offset),
-        (at, size, access, flags, fd, offset), noexcept)
+FAILING(int, -1, ftruncate, (int fd, off_t size), (fd, size), noexcept)
+FAILING(int, -1, fstat, (int fd, struct stat* info), (fd, info), noexcept)
 FAILING(int, errno, pthread_create,
         (pthread_t * thread, const pthread_attr_t* attributes, void* (*run)(void*), void* argument),
         (thread, attributes, run, argument), noexcept)
@@ -184,8 +186,8 @@ constexpr FaultRow kRows[] = {
     {kMailbox, kService, "sendmsg", ENOMEM, kAlways, DEAD_OBJECT, true, "Cannot allocate memory"},
     // A lane does without.
     {kMailbox, kCaller, "memfd_create", EMFILE, kAlways, OK, true, ""},
-    {kMailbox, kCaller, "mmap", ENOMEM, kAlways, OK, true, ""},
-    {kMailbox, kService, "mmap", ENOMEM, kAlways, OK, true, ""},
+    {kMailbox, kCaller, "ftruncate", ENOMEM, kAlways, OK, true, ""},
+    {kMailbox, kService, "fstat", ENOMEM, kAlways, OK, true, ""},
 };
 
 /** Uses the service while the fault lasts, on connections that stand or on new ones. */
