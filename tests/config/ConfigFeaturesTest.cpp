@@ -1,7 +1,6 @@
 #include <com/qv/IConfigService.h>
 
 #include <climits>
-#include <stdexcept>
 
 #include "ConfigFixture.h"
 
@@ -126,16 +125,6 @@ TEST_F(ConfigFeaturesTest, Base64IsCopiedWholeWhateverItsLength) {
   buffer = kUntouched;
   EXPECT_EQ(binder_src_to_B64("source", 1, buffer.data(), 0), 0);
   EXPECT_EQ(buffer, '\0' + kUntouched.substr(1));
-}
-
-TEST_F(ConfigFeaturesTest, ANullTextRaisesTheLogicErrorAndSendsNothing) {
-  EXPECT_EQ(binder_set_default_theme(nullptr), 0) << "without a connection, arguments are not looked at";
-  EXPECT_EQ(binder_set_device_name_by_ip(nullptr), -1);
-  connect();
-  EXPECT_THROW(binder_set_default_theme(nullptr), std::logic_error);
-  answer(Wire().i32(4711));
-  EXPECT_EQ(binder_set_default_theme("dark"), 4711);
-  expectRequest(284, Wire().text(u"dark"));
 }
 
 /** Answers the two questions about QCMS. */

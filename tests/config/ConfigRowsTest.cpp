@@ -19,7 +19,11 @@ std::span<const ApiRow> rows() {
   return all;
 }
 
-bool connectToService() { return connect_config_service(nullptr); }
+int deaths = 0;
+
+bool connectToService() {
+  return connect_config_service([] { ++deaths; });
+}
 
 class ConfigRowsTest : public ApiTest {
  protected:
@@ -35,6 +39,17 @@ TEST_F(ConfigRowsTest, EveryFunctionKeepsToItsRow) {
   expectFailures();
   expectTextsKeepToTheirRoom();
   expectDeathEndsCallAndConnection();
+  EXPECT_EQ(deaths, 1);
+}
+
+TEST_F(ConfigRowsTest, AFailedConnectKeepsTheEarlierConnection) {
+  connectWith(connectToService);
+  failToConnectWith([] { return connect_config_service(nullptr); });
+  answer(Wire().i32(kAnswer));
+  EXPECT_EQ(binder_get_dnd_mode(), kAnswer);
+  deaths = 0;
+  die();
+  EXPECT_EQ(deaths, 1) << "and its callback";
 }
 
 TEST_F(ConfigRowsTest, TheSimulatedDeviceServesEachOfThem) {

@@ -260,6 +260,8 @@ TEST_F(SettingsTest, ANullStringRaisesTheLogicErrorAndSendsNothing) {
   EXPECT_THROW(binder_set_dhcp(1, nullptr), std::logic_error);
   EXPECT_THROW(binder_play_ring(nullptr), std::logic_error);
   EXPECT_FALSE(service_->take().has_value());
+  die();
+  EXPECT_EQ(binder_set_default_theme(nullptr), 0) << "without a connection, arguments are not looked at";
 }
 
 }  // namespace

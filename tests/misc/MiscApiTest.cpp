@@ -96,6 +96,13 @@ TEST_F(MiscApiTest, TheSimulatedDeviceServesEachOfThem) {
   EXPECT_EQ(elements.size(), 3u);
 }
 
+TEST_F(MiscApiTest, AFailedConnectKeepsTheEarlierConnection) {
+  connect();
+  failToConnectWith([] { return connect_misc_service({}, nullptr); });
+  answer(Wire().i32(kAnswer));
+  EXPECT_EQ(binder_get_udisk_status(), kAnswer);
+}
+
 TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
   connect();
   const std::string first(64, 'a');

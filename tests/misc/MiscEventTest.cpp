@@ -228,19 +228,6 @@ CHILD_ROLE(miscService) {
   return 0;
 }
 
-TEST_F(MiscEventTest, AFailedConnectKeepsTheConnectionAndItsCallbacks) {
-  ASSERT_TRUE(connect_misc_service(kCallbacks, nullptr));
-  ChildProcess("miscService").kill();  // Took the name over.
-  log_.take();
-  EXPECT_FALSE(connect_misc_service({}, nullptr));
-  EXPECT_EQ(
-      log_.take(),
-      (std::vector<LogLine>{{ANDROID_LOG_INFO, "MiscClient", "Connect com.qv.MiscService failed!!! "}}));
-  EXPECT_EQ(binder_get_udisk_status(), 7);
-  EXPECT_TRUE(service_->misc->wkRingHdl(1).isOk());
-  EXPECT_EQ(told.take(), std::vector<std::string>{"ring 1"});
-}
-
 TEST_F(MiscEventTest, AServiceInAnotherProcessRaisesEventsAndDies) {
   ChildProcess child("miscService");
   ASSERT_TRUE(connect_misc_service(kCallbacks, [] { ++deaths; }));

@@ -29,7 +29,6 @@ using vesk::test::become;
 using vesk::test::ChildProcess;
 
 CHILD_ROLE(device) {
-  if (!args.empty()) setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
   parent.ready();
   return become({VESK_DEVICE, "--speed", "50"});
 }
@@ -129,21 +128,15 @@ class Device : public testing::Test {
  protected:
   void SetUp() override { ASSERT_TRUE(connectWithDiary()); }
   void TearDown() override {
-    if (!hasQuit_) quit();
-  }
-
-  void command(const std::string& line) { EXPECT_TRUE(device_.channel().send(line + "\n")); }
-
-  void quit() {
-    hasQuit_ = true;
     command("quit");
     EXPECT_EQ(device_.wait(), 0) << "exit code of vesk-device";
     diary.readTo("died");
   }
 
+  void command(const std::string& line) { EXPECT_TRUE(device_.channel().send(line + "\n")); }
+
  private:
   ChildProcess device_{"device"};
-  bool hasQuit_ = false;
 };
 
 TEST_F(Device, OffersToReachAnEngagedNumber) {
@@ -306,64 +299,6 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
   diary.readTo("info 1/1 'Empty Office' 210 4");
   command("hangup");
   diary.readTo("gone 1");
-}
-
-vesk::test::Channel* toTest = nullptr;
-
-/** Tells the test of each selection; with an argument it never returns from the first. */
-CHILD_ROLE(listener) {
-  toTest = &parent.channel();
-  const auto onSelection = args.empty() ? [](int) { toTest->send("selection"); } : [](int) {
-    toTest->send("selection");
-    for (;;) pause();
-  };
-  if (!connect_call_service(nullptr, nullptr, onSelection, nullptr, nullptr, nullptr, nullptr, nullptr,
-                            nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
-                            nullptr, nullptr)) {
-    return 1;
-  }
-  parent.ready();
-  parent.waitForEnd();
-  return 0;
-}
-
-TEST_F(Device, KeepsServingWhenListenersDieAndHang) {
-  ChildProcess dying("listener");
-  ChildProcess hanging("listener", {"hang"});
-  binder_dial_selection_request(1);
-  EXPECT_EQ(dying.channel().receive(), "selection");
-  EXPECT_EQ(hanging.channel().receive(), "selection");
-  diary.readTo("selection 1");
-
-  dying.kill();
-  for (int i = 2; i < 100; ++i) {
-    binder_dial_selection_request(i);
-    const std::string expected = "selection " + std::to_string(i);
-    ASSERT_EQ(diary.readTo(expected), expected + "\n");
-  }
-  quit();
-}
-
-/** Makes a call on the device of another directory, and tells its channel. */
-CHILD_ROLE(neighbour) {
-  setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
-  if (!connectWithDiary()) return 1;
-  parent.ready();
-  parent.channel().send(std::to_string(binder_make_call(1, "210")));
-  parent.waitForEnd();
-  return 0;
-}
-
-TEST_F(Device, KnowsNothingOfTheDeviceNextToIt) {
-  const vesk::test::TemporaryDirectory directory;
-  ChildProcess other("device", {directory.path()});
-  ChildProcess neighbour("neighbour", {directory.path()});
-  EXPECT_EQ(neighbour.channel().receive(), "1");
-  EXPECT_EQ(binder_make_call(1, "200"), 1) << "the only call of this device";
-  other.kill();
-  const std::string events = diary.readTo("info 1/1 'Alice Meyer' 200 4");
-  EXPECT_EQ(events.find("Empty Office"), std::string::npos) << events;
-  EXPECT_EQ(binder_get_first_valid_line(), 1);
 }
 
 TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {

@@ -1,250 +1,55 @@
-#include <binder/Binder.h>
 #include <com/qv/ICallService.h>
-#include <com/qv/IConfigService.h>
-#include <com/qv/IDatabaseService.h>
-#include <com/qv/IExternalKeyService.h>
 #include <com/qv/IMiscService.h>
-#include <com/qv/IRelayService.h>
 #include <gtest/gtest.h>
 
-#include <functional>
 #include <memory>
 #include <string>
-#include <tuple>
-#include <type_traits>
 #include <vector>
 
-#include "Binder.h"
 #include "Events.h"
 #include "Interfaces.h"
 #include "Render.h"
 #include "Value.h"
 
-/* veskctl's own reading of the tables, against the library's proxies and stubs, row by row. */
+/* What veskctl's library makes of events, values and names. All its calls are in
+ * tests/sim/EveryMethodTest.cpp. */
 
 namespace {
 
 using android::sp;
 using android::String16;
-using android::binder::Status;
-using com::qv::CommonParcelable;
-using com::qv::IAteEventListener;
-using com::qv::ICallEventListener;
-using com::qv::IMiscEventListener;
 
-/* The sample of each type, as the library has it. */
-
-sp<android::IBinder> sampleBinder() {
-  static const sp<android::IBinder>& binder = *new sp<android::IBinder>(new android::BBinder);
-  return binder;
-}
-
-void sample(int32_t* value) { *value = -7; }
-void sample(bool* value) { *value = true; }
-void sample(std::string* value) { *value = "a\"ä"; }
-void sample(std::vector<int32_t>* value) { *value = {1, -2}; }
-void sample(std::vector<String16>* value) { *value = {String16("one"), String16()}; }
-void sample(CommonParcelable* value) { *value = CommonParcelable("a\0b", 3); }
-void sample(std::vector<CommonParcelable>* value) {
-  *value = {CommonParcelable("a\0b", 3), CommonParcelable()};
-}
-template <class Listener>
-void sample(sp<Listener>* value) {
-  *value = Listener::asInterface(sampleBinder());
-}
-
-/** And as veskctl takes and shows it, in the order of its types. */
-struct {
-  const char* argument;
-  const char* shown;
-} const kSamples[] = {
-    {"-7", "-7"},
-    {"yes", "true"},
-    {"a\"ä", R"("a\"ä")"},
-    {"1,-2", "[1, -2]"},
-    {nullptr, R"(["one", ""])"},
-    {"hex:610062", "{3 bytes: 61 00 62}"},
-    {nullptr, "[{3 bytes: 61 00 62}, {0 bytes}]"},
-    {nullptr, nullptr},
-};
-
-template <class T>
-bool isSample(const T& value) {
-  T expected;
-  sample(&expected);
-  return value == expected;
-}
-bool isSample(const CommonParcelable& value) { return value.blob() == android::String8("a\0b", 3); }
-bool isSample(const std::vector<CommonParcelable>& value) {
-  return value.size() == 2 && isSample(value[0]) && value[1].blob().empty();
-}
-template <class Listener>
-bool isSample(const sp<Listener>& value) {
-  return Listener::asBinder(value) == sampleBinder();
-}
-
-template <class... Parameters>
-Status answerSamples(const Parameters&... parameters) {
-  [[maybe_unused]] const auto each = [](const auto& parameter) {
-    if constexpr (std::is_pointer_v<std::remove_cvref_t<decltype(parameter)>>) {
-      sample(parameter);
-    } else {
-      EXPECT_TRUE(isSample(parameter));
+TEST(Listener, ReadsWhatProxiesSend) {
+  const auto queue = std::make_shared<veskctl::EventQueue>();
+  const sp<android::IBinder> listener = new veskctl::EventListener(veskctl::listeners()[0], queue);
+  const auto call = com::qv::ICallEventListener::asInterface(listener);
+  const auto ate =
+      com::qv::IAteEventListener::asInterface(new veskctl::EventListener(veskctl::listeners()[2], queue));
+  EXPECT_TRUE(call->conferenceStartEvent(-7, {1, -2}).isOk());
+  EXPECT_TRUE(call->callCompletionInfoChangedEvent({"a\0b", 3}, true).isOk());
+  EXPECT_TRUE(ate->updateContextEvent("a\"ä").isOk());
+  std::string shown;
+  for (const veskctl::Event& event : queue->take()) {
+    shown += event.method->name;
+    for (size_t i = 0; i < event.arguments.size(); ++i) {
+      shown += " " + veskctl::brief(event.method->ins()[i], event.arguments[i]);
     }
-  };
-  (each(parameters), ...);
-  return Status::ok();
-}
-
-/** Calls a method with samples, and expects samples back. */
-template <class Interface, class... Parameters>
-Status callWithSamples(Interface& interface, Status (Interface::*method)(Parameters...)) {
-  std::tuple<std::remove_pointer_t<std::remove_cvref_t<Parameters>>...> values;
-  const auto fill = [&]<class Parameter>(auto& value, std::type_identity<Parameter>) {
-    if constexpr (!std::is_pointer_v<Parameter>) sample(&value);
-  };
-  const auto pass = []<class Parameter>(auto& value, std::type_identity<Parameter>) -> decltype(auto) {
-    if constexpr (std::is_pointer_v<Parameter>) {
-      return &value;
-    } else {
-      return (value);
-    }
-  };
-  return std::apply(
-      [&](auto&... value) {
-        (fill(value, std::type_identity<Parameters>()), ...);
-        const Status status = (interface.*method)(pass(value, std::type_identity<Parameters>())...);
-        [[maybe_unused]] const auto check = [](const auto& one) { EXPECT_TRUE(isSample(one)); };
-        if (status.isOk()) (check(value), ...);
-        return status;
-      },
-      values);
-}
-
-struct InterfaceSample {
-  const char* className;
-  sp<android::IBinder> (*makeService)();
-  /** In the order of their codes. */
-  std::vector<Status (*)(const sp<android::IBinder>& binder)> calls;
-};
-
-#define COM_QV_INTERFACE CallService
-#define COM_QV_METHODS <com/qv/CallService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE ConfigService
-#define COM_QV_METHODS <com/qv/ConfigService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE DatabaseService
-#define COM_QV_METHODS <com/qv/DatabaseService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE MiscService
-#define COM_QV_METHODS <com/qv/MiscService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE RelayService
-#define COM_QV_METHODS <com/qv/RelayService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE ExternalKeyService
-#define COM_QV_METHODS <com/qv/ExternalKeyService.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE CallEventListener
-#define COM_QV_METHODS <com/qv/CallEventListener.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE MiscEventListener
-#define COM_QV_METHODS <com/qv/MiscEventListener.def>
-#include "Echo.h"
-#define COM_QV_INTERFACE AteEventListener
-#define COM_QV_METHODS <com/qv/AteEventListener.def>
-#include "Echo.h"
-
-/** Passes transactions on and keeps the bytes of the last one. */
-class Tee : public android::BBinder {
- public:
-  explicit Tee(const sp<android::IBinder>& target) : target_(target) {}
-
-  std::string taken() { return std::exchange(bytes_, {}); }
-
- protected:
-  android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
-                               uint32_t flags) override {
-    bytes_ = std::to_string(code) + " " + std::to_string(flags) + " ";
-    bytes_.append(reinterpret_cast<const char*>(data.data()), data.dataSize());
-    return target_->transact(code, data, reply, flags);
+    shown += "\n";
   }
-
- private:
-  const sp<android::IBinder> target_;
-  std::string bytes_;
-};
-
-std::vector<veskctl::Value> sampleArguments(const veskctl::Method& method) {
-  std::vector<veskctl::Value> values;
-  for (const veskctl::Parameter& parameter : method.ins()) {
-    const char* const text = kSamples[static_cast<size_t>(parameter.type)].argument;
-    std::string error;
-    values.push_back(text == nullptr ? veskctl::Value(sampleBinder())
-                                     : veskctl::parse(parameter.type, text, &error).value());
-  }
-  return values;
-}
-
-void expectSamples(std::span<const veskctl::Parameter> parameters,
-                   const std::vector<veskctl::Value>& values) {
-  ASSERT_EQ(values.size(), parameters.size());
-  for (size_t i = 0; i < values.size(); ++i) {
-    EXPECT_EQ(veskctl::brief(parameters[i], values[i]),
-              kSamples[static_cast<size_t>(parameters[i].type)].shown);
-  }
-}
-
-TEST(Table, SendsWhatProxiesSendAndReadsWhatStubsAnswer) {
-  const std::vector<const InterfaceSample*> samples = {
-      &sampleOfCallService,       &sampleOfConfigService,     &sampleOfDatabaseService,
-      &sampleOfMiscService,       &sampleOfRelayService,      &sampleOfExternalKeyService,
-      &sampleOfCallEventListener, &sampleOfMiscEventListener, &sampleOfAteEventListener};
-  ASSERT_EQ(veskctl::interfaces().size(), samples.size());
-  size_t rows = 0;
-  for (size_t i = 0; i < samples.size(); ++i) {
-    const veskctl::Interface& interface = veskctl::interfaces()[i];
-    EXPECT_STREQ(interface.className, samples[i]->className);
-    ASSERT_EQ(interface.methods.size(), samples[i]->calls.size());
-    const sp<Tee> tee = new Tee(samples[i]->makeService());
-    for (const veskctl::Method& method : interface.methods) {
-      SCOPED_TRACE(interface.descriptor() + "::" + method.signature());
-      ASSERT_TRUE(samples[i]->calls[method.code - 1](tee).isOk());
-      const std::string proxySent = tee->taken();
-      const veskctl::Answer answer = veskctl::transact(*tee, interface, method, sampleArguments(method));
-      ASSERT_TRUE(answer.status.isOk()) << veskctl::toText(answer.status);
-      EXPECT_EQ(tee->taken(), proxySent);
-      expectSamples(method.outs(), answer.outs);
-      ++rows;
-    }
-  }
-  EXPECT_EQ(rows, 486u);
-}
-
-TEST(Table, ListenersReadWhatProxiesSend) {
-  const std::vector<const InterfaceSample*> samples = {&sampleOfCallEventListener, &sampleOfMiscEventListener,
-                                                       &sampleOfAteEventListener};
-  for (size_t i = 0; i < samples.size(); ++i) {
-    const veskctl::Interface& interface = veskctl::listeners()[i];
-    const auto queue = std::make_shared<veskctl::EventQueue>();
-    const sp<android::IBinder> listener = new veskctl::EventListener(interface, queue);
-    for (const veskctl::Method& method : interface.methods) {
-      SCOPED_TRACE(method.signature());
-      EXPECT_TRUE(samples[i]->calls[method.code - 1](listener).isOk());
-      const std::vector<veskctl::Event> events = queue->take();
-      ASSERT_EQ(events.size(), 1u);
-      EXPECT_EQ(events[0].method, &method);
-      expectSamples(method.ins(), events[0].arguments);
-    }
-    // A request of another interface, one that ends too soon, and a method that is none.
-    android::Parcel reply;
-    android::Parcel foreign;
-    foreign.writeInterfaceToken(String16("com.qv.ICallService"));
-    EXPECT_EQ(listener->transact(1, foreign, &reply), android::BAD_TYPE);
-    EXPECT_EQ(listener->transact(99, foreign, &reply), android::UNKNOWN_TRANSACTION);
-    EXPECT_TRUE(queue->take().empty());
-  }
+  EXPECT_EQ(shown,
+            "conferenceStartEvent -7 [1, -2]\n"
+            "callCompletionInfoChangedEvent {3 bytes: 61 00 62} true\n"
+            "updateContextEvent \"a\\\"ä\"\n");
+  // A request of another interface, one that ends too soon, and a method that is none.
+  android::Parcel reply;
+  android::Parcel foreign;
+  foreign.writeInterfaceToken(String16("com.qv.ICallService"));
+  EXPECT_EQ(listener->transact(1, foreign, &reply), android::BAD_TYPE);
+  android::Parcel shortened;
+  shortened.writeInterfaceToken(String16("com.qv.ICallEventListener"));
+  EXPECT_EQ(listener->transact(2, shortened, &reply), android::NOT_ENOUGH_DATA);
+  EXPECT_EQ(listener->transact(99, foreign, &reply), android::UNKNOWN_TRANSACTION);
+  EXPECT_TRUE(queue->take().empty());
 }
 
 TEST(Value, TakesOnlyWhatFits) {
@@ -321,6 +126,30 @@ TEST(Render, ShowsWhatIsKnownOfARecord) {
   // Of another size it is another record.
   bytes.pop_back();
   EXPECT_EQ(veskctl::brief(parameter, veskctl::Record{bytes}).substr(0, 11), "{359 bytes:");
+}
+
+TEST(Render, ShowsValuesOfEveryType) {
+  using veskctl::Type;
+  const struct {
+    Type type;
+    veskctl::Value value;
+    const char* inFull;
+    const char* json;
+  } rows[] = {
+      {Type::kInt32, -7, "int32     -7\n", "-7"},
+      {Type::kBool, true, "bool      true\n", "true"},
+      {Type::kInt32s, std::vector<int32_t>{1, -2}, "int32[]   [1, -2]\n", "[1,-2]"},
+      {Type::kStrings, std::vector<std::string>{"one", ""},
+       "string[]  2 texts\n    [0] \"one\"\n    [1] \"\"\n", R"(["one",""])"},
+      {Type::kRecords, std::vector<veskctl::Record>{{""}}, "record[]  1 record\n    [0] 0 bytes\n",
+       R"([{"size":0,"hex":""}])"},
+      {Type::kListener, sp<android::IBinder>(), "listener  null\n", "null"},
+  };
+  for (const auto& row : rows) {
+    const veskctl::Parameter parameter{"value", row.type, false, {}};
+    EXPECT_EQ(veskctl::inFull(parameter, row.value, 5), std::string("  value  ") + row.inFull);
+    EXPECT_EQ(veskctl::toJson(parameter, row.value).dump(), row.json);
+  }
 }
 
 TEST(Names, AreFoundOrSuggested) {
