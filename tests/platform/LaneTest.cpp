@@ -219,6 +219,9 @@ struct Caller {
     Parcel data;
     return server.receive(&header, &data);
   }
+  /** Of the server's mailbox. */
+  std::atomic<uint32_t>& state() { return *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out()); }
+  static constexpr uint32_t kAwaited = 1;
 
   UniqueFd socket;
   Lane server;
@@ -232,19 +235,20 @@ const FrameHeader kRequest{.kind = FrameKind::kRequest, .hints = kHintBackToBack
 TEST_F(MailboxTest, LooksInVainBecomeRare) {
   if (!looksOut()) GTEST_SKIP() << "needs two processors";
   ASSERT_TRUE(share());
-  // The hint promises a call at once, and it never comes.
+  // The hint promises a call at once, and it never comes before the server sleeps.
   const auto exchange = [this] {
     std::thread late([this] {
-      std::this_thread::sleep_for(2 * Lookouts::self().patience());
+      while (state() != kAwaited) std::this_thread::yield();
       put(kRequest);
     });
     EXPECT_EQ(receive(), OK);
     late.join();
     EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
     mailboxes.in().empty();
+    return server.patience().looks();
   };
-  for (int i = 0; i < 2000 && server.patience().looks() == 0; ++i) exchange();
-  ASSERT_EQ(server.patience().looks(), 1U);
+  // A process that had to wait for a processor rests for a while.
+  EXPECT_TRUE(within(microseconds(30'000'000), [&] { return exchange() > 0; }));
   for (int i = 0; i < 200; ++i) exchange();
   // After the nth, 2^n - 1 waits go by without.
   EXPECT_LE(server.patience().looks(), 8U);
@@ -305,21 +309,19 @@ TEST_F(MailboxTest, ACallerThatUndoesWhatWakesTheServer) {
   };
   struct sigaction before;
   ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
-  constexpr uint32_t kAwaited = 1;
-  auto& state = *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out());
   std::atomic<bool> isDone = false;
   std::thread receiver([&] {
     EXPECT_EQ(receive(), DEAD_OBJECT);
     isDone = true;
   });
-  while (state != kAwaited) std::this_thread::yield();
+  while (state() != kAwaited) std::this_thread::yield();
   // It is away from what it sleeps on when it is woken, and when it is back, all is as before.
   ::pthread_kill(receiver.native_handle(), SIGUSR1);
   const bool heldUp = within(microseconds(500'000), [] { return isHeldUp.load(); });
   socket = UniqueFd();
   if (heldUp) {
-    while (state == kAwaited) std::this_thread::yield();
-    state = kAwaited;
+    while (state() == kAwaited) std::this_thread::yield();
+    state() = kAwaited;
   }
   goesOn = true;
   EXPECT_TRUE(within(microseconds(10'000'000), [&] { return isDone.load(); }));
@@ -368,7 +370,7 @@ INSTANTIATE_TEST_SUITE_P(Sizes, MailboxFrameTest,
 TEST_F(MailboxTest, AStateThatIsNoneHoldsNothingUp) {
   ASSERT_TRUE(share());
   mailboxes.out().fill(0);
-  *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out()) = 77;
+  state() = 77;
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
 
