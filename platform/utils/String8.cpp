@@ -39,6 +39,10 @@ String8::String8(const String8& other) : data_(other.data_), size_(other.size_),
   }
 }
 
+String8::~String8() {
+  if (owner_ != nullptr) owner_->letGo(1);
+}
+
 String8::String8(const char* text) : String8(orEmpty(text)) {}
 
 String8::String8(const char* bytes, size_t length) {
@@ -70,8 +74,6 @@ String8 String8::fromUtf16(std::u16string_view text) {
   utf16_to_utf8(text.data(), text.size(), bytes, utf8.size() + 1);
   return utf8;
 }
-
-void String8::letGo() { owner_->letGo(1); }
 
 String8 String8::format(const char* format, ...) {
   va_list args;

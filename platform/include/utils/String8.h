@@ -38,9 +38,7 @@ class String8 {
     swap(other);
     return *this;
   }
-  ~String8() {
-    if (owner_ != nullptr) letGo();
-  }
+  ~String8();
 
   static String8 format(const char* format, ...) __attribute__((format(printf, 1, 2)));
   static String8 formatV(const char* format, va_list args) __attribute__((format(printf, 1, 0)));
@@ -106,7 +104,6 @@ class String8 {
     std::swap(size_, other.size_);
     std::swap(owner_, other.owner_);
   }
-  void letGo();
 
   // A zero stands behind them. Without an owner they are a constant.
   const char* data_ = "";
