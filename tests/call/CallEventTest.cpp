@@ -141,53 +141,63 @@ CommonParcelable parcel(const std::string& bytes) { return {bytes.data(), bytes.
 using Fire = std::function<Status(ICallEventListener&)>;
 using FireRecord = std::function<Status(ICallEventListener&, const CommonParcelable&)>;
 
+/** An event without a record, and one with it. */
+#define EVENT(call) [](ICallEventListener& to) { return to.call; }
+#define RECORD_EVENT(call) [](ICallEventListener& to, const CommonParcelable& record) { return to.call; }
+
 struct RecordEvent {
   FireRecord fire;
   std::string record;
-  Called called;
+  int callback;
   std::vector<LogLine> log;
   std::vector<LogLine> logOnWrongSize;
+  const char* more = "";
+
+  Called called() const { return {callback, record + more}; }
 };
 
 std::vector<RecordEvent> recordEvents() {
   const std::string call = callInfo();
-  const std::string redial = autoRedialInfo();
-  const std::string completion = callCompletionInfo();
   const std::string callText = "(line:2, chan:-7, name:Ann %s, number:100)";
   return {
-      {&ICallEventListener::dialCallStartEvent,
+      {RECORD_EVENT(dialCallStartEvent(record)),
        call,
-       {0, call},
+       0,
        {info("dialCallStartEvent")},
        {info("dialCallStartEvent"), error("peddial started param error!!!")}},
-      {&ICallEventListener::newOngoingCallEvent,
+      {RECORD_EVENT(newOngoingCallEvent(record)),
        call,
-       {3, call},
+       3,
        {info("newOngoingCallEvent" + callText)},
        {error("newOngoingCallEvent param error!!!")}},
-      {&ICallEventListener::callStateChangedEvent, call, {4, call}, {}, {}},
-      {&ICallEventListener::callInfoChangedEvent,
+      {RECORD_EVENT(callStateChangedEvent(record)), call, 4, {}, {}},
+      {RECORD_EVENT(callInfoChangedEvent(record)),
        call,
-       {5, call},
+       5,
        {info("callInfoChangedEvent" + callText)},
        {error("newOutgoingCallEvent param error!!!")}},
-      {&ICallEventListener::dialingInfoChangedEvent,
+      {RECORD_EVENT(dialingInfoChangedEvent(record)),
        call,
-       {15, call},
+       15,
        {info("dialingInfoChangedEvent" + callText)},
        {error("dialingInfoChangedEvent param error!!!")}},
-      {&ICallEventListener::autoRedialInfoChangedEvent,
-       redial,
-       {16, redial},
+      {RECORD_EVENT(autoRedialInfoChangedEvent(record)),
+       autoRedialInfo(),
+       16,
        {debug("autoRedialInfoChangedEvent(maxtimes:5, interval:30, dialNumber:200, currenttimes:1)")},
        {debug("autoRedialInfoChangedEvent param error!!!")}},
-      {[](ICallEventListener& to, const CommonParcelable& record) {
-         return to.callCompletionInfoChangedEvent(record, true);
-       },
-       completion,
-       {17, completion + "true"},
+      {RECORD_EVENT(callCompletionInfoChangedEvent(record, true)),
+       callCompletionInfo(),
+       17,
        {debug("callCompletionInfoChangedEvent(line:3, dialNumber:300)")},
-       {debug("callCompletionInfoChangedEvent param error!!!")}},
+       {debug("callCompletionInfoChangedEvent param error!!!")},
+       "true"},
+      {RECORD_EVENT(callCompletionInfoChangedEvent(record, false)),
+       callCompletionInfo(),
+       17,
+       {debug("callCompletionInfoChangedEvent(line:3, dialNumber:300)")},
+       {debug("callCompletionInfoChangedEvent param error!!!")},
+       "false"},
   };
 }
 
@@ -198,45 +208,25 @@ struct Event {
 };
 
 std::vector<Event> events() {
-  using Listener = ICallEventListener;
   std::vector<Event> all = {
-      {[](Listener& to) { return to.dialCallStopEvent(-1); }, {1, "-1"}, {info("dialCallStopEvent")}},
-      {[](Listener& to) { return to.dialSelectionEvent(2); }, {2, "2"}, {}},
-      {[](Listener& to) { return to.deleteOngoingCallEvent(7); },
-       {7, "7"},
-       {info("deleteOngoingCallEvent, chan: [7]")}},
-      {[](Listener& to) { return to.currentCallChangedEvent(-8); },
-       {6, "-8"},
-       {info("currentCallChangedEvent, chan: [-8]")}},
-      {[](Listener& to) { return to.updateCallVideoStreamEvent(9); },
-       {8, "9"},
-       {info("updateCallVideoStreamEvent, num: [9]")}},
-      {[](Listener& to) {
-         return to.conferenceStartEvent(10, {3, -4});
-       },
+      {EVENT(dialCallStopEvent(-1)), {1, "-1"}, {info("dialCallStopEvent")}},
+      {EVENT(dialSelectionEvent(2)), {2, "2"}, {}},
+      {EVENT(deleteOngoingCallEvent(7)), {7, "7"}, {info("deleteOngoingCallEvent, chan: [7]")}},
+      {EVENT(currentCallChangedEvent(-8)), {6, "-8"}, {info("currentCallChangedEvent, chan: [-8]")}},
+      {EVENT(updateCallVideoStreamEvent(9)), {8, "9"}, {info("updateCallVideoStreamEvent, num: [9]")}},
+      {EVENT(conferenceStartEvent(10, (std::vector{3, -4}))),
        {9, "10: 3 -4"},
        {info("conferenceStartEvent")}},
-      {[](Listener& to) { return to.conferenceStartEvent(10, {}); },
-       {9, "10:"},
-       {info("conferenceStartEvent")}},
-      {[](Listener& to) { return to.conferenceStopEvent(11); }, {10, "11"}, {info("conferenceStopEvent")}},
-      {[](Listener& to) { return to.conferenceMembersChangedEvent(12, {5}); },
-       {11, "12: 5"},
-       {info("conferenceMembersChangedEvent")}},
-      {[](Listener& to) { return to.conferenceManagerEvent(); }, {12, ""}, {info("conferenceManagerEvent")}},
-      {[](Listener& to) { return to.makeCallRetEvent("busy %d"); },
-       {14, "busy %d"},
-       {info("makeCallRetEvent")}},
-      {[](Listener& to) { return to.keycodeEvent(15, -1); },
-       {13, "15 -1"},
-       {info("keycodeEvent(code:15, status:-1)")}},
-      {[](Listener& to) { return to.callCompletionInfoChangedEvent(parcel(callCompletionInfo()), false); },
-       {17, callCompletionInfo() + "false"},
-       {debug("callCompletionInfoChangedEvent(line:3, dialNumber:300)")}},
+      {EVENT(conferenceStartEvent(10, {})), {9, "10:"}, {info("conferenceStartEvent")}},
+      {EVENT(conferenceStopEvent(11)), {10, "11"}, {info("conferenceStopEvent")}},
+      {EVENT(conferenceMembersChangedEvent(12, {5})), {11, "12: 5"}, {info("conferenceMembersChangedEvent")}},
+      {EVENT(conferenceManagerEvent()), {12, ""}, {info("conferenceManagerEvent")}},
+      {EVENT(makeCallRetEvent("busy %d")), {14, "busy %d"}, {info("makeCallRetEvent")}},
+      {EVENT(keycodeEvent(15, -1)), {13, "15 -1"}, {info("keycodeEvent(code:15, status:-1)")}},
   };
   for (const RecordEvent& event : recordEvents()) {
-    all.push_back(
-        {[event](Listener& to) { return event.fire(to, parcel(event.record)); }, event.called, event.log});
+    all.push_back({[event](ICallEventListener& to) { return event.fire(to, parcel(event.record)); },
+                   event.called(), event.log});
   }
   return all;
 }
@@ -288,7 +278,7 @@ TEST_F(CallEventTest, ARecordOfAnotherSizeIsDropped) {
   connect(kAllCallbacks);
   for (const RecordEvent& event : recordEvents()) {
     for (const std::string& record : {event.record + '\0', event.record.substr(1), std::string()}) {
-      SCOPED_TRACE(testing::Message() << event.called.index << " with " << record.size() << " bytes");
+      SCOPED_TRACE(testing::Message() << event.callback << " with " << record.size() << " bytes");
       EXPECT_TRUE(event.fire(*listener_, parcel(record)).isOk());
       EXPECT_EQ(log_.take(), event.logOnWrongSize);
       EXPECT_TRUE(calls.empty());
