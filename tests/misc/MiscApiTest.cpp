@@ -4,6 +4,7 @@
 #include <stdexcept>
 
 #include "ApiTest.h"
+#include "misc/MiscRecords.h"
 #include "misc/MiscService.h"
 
 using namespace vesk::test;
@@ -94,6 +95,16 @@ TEST_F(MiscApiTest, TheSimulatedDeviceServesEachOfThem) {
         nullptr);
   });
   EXPECT_EQ(elements.size(), 3u);
+  EXPECT_EQ(binder_play_rec_file_start("call-200.wav"), 0);
+  EXPECT_EQ(binder_get_play_rec_file_state(), 1);
+  binder_play_rec_file_pause();
+  EXPECT_EQ(binder_get_play_rec_file_state(), 2);
+  EXPECT_EQ(binder_get_udisk_status(), 1);
+  sim::UdiskCapacityRecord capacity{};
+  EXPECT_EQ(binder_get_udisk_capacity(&capacity), 0);
+  EXPECT_EQ(capacity.usedMiB + capacity.freeMiB, capacity.totalMiB);
+  EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), kRoom), 0);
+  EXPECT_STREQ(out_.c_str(), "page-all");
 }
 
 TEST_F(MiscApiTest, AFailedConnectKeepsTheEarlierConnection) {

@@ -140,6 +140,11 @@ TEST_F(WholeDevice, KeepsWhatWasSavedAndCommitted) {
   EXPECT_EQ(binder_get_relay_do_channels(1, &outputs), 0);
   EXPECT_EQ(outputs.outputs[0].onMs, 400'000);
   EXPECT_EQ(binder_commit_relay_do_save(1), -1) << "nothing was begun";
+  const sim::RelayActRecord on{.device = 1, .output = 2, .act = sim::RelayAct::kOn};
+  EXPECT_EQ(binder_relay_set_act(reinterpret_cast<const char*>(&on)), 0);
+  EXPECT_EQ(binder_get_relay_do_state(1, 2), 1);
+  EXPECT_EQ(binder_get_relay_do_state(1, 1), 0);
+  EXPECT_EQ(binder_relay_get_act(2), 1);
   state = {.selector = VESK_SINGLE_STATE_GET, .module = 1, .key = 4, .state = 0, .text = {}};
   EXPECT_EQ(binder_set_or_get_singleState_config(&state), 0);
   EXPECT_EQ(state.state, 9);
