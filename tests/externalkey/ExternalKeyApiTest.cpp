@@ -87,13 +87,6 @@ TEST_F(ExternalKeyApiTest, ASingleStateIsReplacedOnlyByARecordOfItsSizeAndOnlyIf
   }
 }
 
-TEST_F(ExternalKeyApiTest, AFailedConnectKeepsTheEarlierConnection) {
-  connectWith(connect_external_key_service);
-  failToConnectWith(connect_external_key_service);
-  answer(Wire().record(pattern(200)));
-  EXPECT_EQ(binder_get_exkdev_mac(out_.data()), 0);
-}
-
 TEST_F(ExternalKeyApiTest, TheConnectionOutlivesTheService) {
   expectConnectionOutlivesService(connect_external_key_service, binder_get_exkdev_mac, 200);
   EXPECT_EQ(binder_add_btk_config(kSent), 0);
