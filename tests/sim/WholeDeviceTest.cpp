@@ -1,7 +1,9 @@
 #include <gtest/gtest.h>
+#include <sys/resource.h>
 #include <unistd.h>
 #include <vesk/vesk_client.h>
 
+#include <csignal>
 #include <fstream>
 #include <memory>
 #include <set>
@@ -28,6 +30,8 @@ using vesk::test::ChildProcess;
 using vesk::test::waitUntil;
 
 CHILD_ROLE(device) {
+  // A file that may not grow is an error like any other.
+  std::signal(SIGXFSZ, SIG_IGN);
   parent.ready();
   return vesk::test::become({VESK_DEVICE, "--speed", "50", "--state", args[0].c_str()});
 }
@@ -72,6 +76,12 @@ class WholeDevice : public testing::Test {
   void killAndStart() {
     device_->kill();
     start();
+  }
+
+  /** How large the device's files may become. */
+  void limitFiles(rlim_t size) const {
+    const rlimit limit{size, RLIM_INFINITY};
+    ASSERT_EQ(::prlimit(device_->pid(), RLIMIT_FSIZE, &limit, nullptr), 0);
   }
 
   void command(const std::string& line) { EXPECT_TRUE(device_->channel().send(line + "\n")); }
@@ -155,6 +165,28 @@ TEST(State, OfAnotherProgramEndsTheDevice) {
   std::ofstream(directory.path() + "/device.db") << "not ours";
   ChildProcess device("device", {directory.path()});
   EXPECT_EQ(device.wait(), 1);
+}
+
+TEST_F(WholeDevice, GoesOnWhileNothingCanBeStored) {
+  const auto save = [](const char* value) {
+    EXPECT_EQ(binder_set_config("section", "key", "", value), 0);
+    return binder_save_config();
+  };
+  sim::ContactRecord contact{};
+  sim::copyText(contact.name, "Dana Novak");
+  EXPECT_EQ(save("before"), 0);
+  const int contacts = binder_phonebook_contact_create(2, &contact);
+  EXPECT_GT(contacts, 0);
+  limitFiles(0);
+  EXPECT_EQ(save("meanwhile"), -1);
+  EXPECT_EQ(binder_phonebook_contact_create(2, &contact), -1);
+  EXPECT_EQ(config("key"), "meanwhile") << "what isn't stored is still there";
+  EXPECT_EQ(binder_make_call(1, "200"), 1);
+  limitFiles(RLIM_INFINITY);
+  EXPECT_EQ(binder_phonebook_contact_create(2, &contact), contacts + 1);
+  killAndStart();
+  EXPECT_EQ(config("key"), "before");
+  EXPECT_EQ(binder_phonebook_contact_create(2, &contact), contacts + 2);
 }
 
 TEST_F(WholeDevice, TellsEachListenerOfTheMiscEvents) {
