@@ -2,6 +2,8 @@
 
 #include <vesk/config.h>
 
+#include <atomic>
+
 #include "ServiceTesting.h"
 #include "config/ConfigService.h"
 
@@ -19,7 +21,7 @@ std::span<const ApiRow> rows() {
   return all;
 }
 
-int deaths = 0;
+std::atomic<int> deaths = 0;
 
 bool connectToService() {
   return connect_config_service([] { ++deaths; });
