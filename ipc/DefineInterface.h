@@ -11,7 +11,6 @@
 #define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)
 #define COM_QV_BP COM_QV_CAT(Bp, COM_QV_INTERFACE)
 #define COM_QV_BN COM_QV_CAT(Bn, COM_QV_INTERFACE)
-#define COM_QV_DEFAULT COM_QV_CAT(Default, COM_QV_INTERFACE)
 
 namespace com::qv {
 
@@ -89,6 +88,5 @@ android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& da
 #undef COM_QV_I
 #undef COM_QV_BP
 #undef COM_QV_BN
-#undef COM_QV_DEFAULT
 #undef COM_QV_INTERFACE
 #undef COM_QV_METHODS

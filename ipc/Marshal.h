@@ -21,7 +21,13 @@ inline status_t write(Parcel* parcel, int32_t value) { return parcel->writeInt32
 inline status_t read(const Parcel& parcel, int32_t* value) { return parcel.readInt32(value); }
 
 inline status_t write(Parcel* parcel, bool value) { return parcel->writeBool(value); }
-inline status_t read(const Parcel& parcel, bool* value) { return parcel.readBool(value); }
+inline status_t read(const Parcel& parcel, bool* value) {
+  // A platform's readBool may write where it fails; the value has to stay then.
+  bool received = false;
+  const status_t status = parcel.readBool(&received);
+  if (status == android::OK) *value = received;
+  return status;
+}
 
 inline status_t write(Parcel* parcel, const std::string& value) { return parcel->writeUtf8AsUtf16(value); }
 inline status_t read(const Parcel& parcel, std::string* value) { return parcel.readUtf8FromUtf16(value); }

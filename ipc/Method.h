@@ -14,9 +14,10 @@
 #include "ipc/Arguments.h"
 
 /*
- * A method's two ends: callMethod is what a proxy's method and a C function do, serveMethod what a stub does
- * for it. Both are compiled once and walk over the types of a parameter list. What is compiled for each
- * distinct parameter list only turns a method's arguments into addresses, or addresses into arguments.
+ * A method's two ends: transact (ipc/Transact.h) is what a proxy's method does by callMethod and a C function
+ * by Slot::call, serveMethod what a stub does for it. They walk over the types of a parameter list. What is
+ * compiled for each distinct parameter list only turns a method's arguments into addresses, or addresses into
+ * arguments.
  */
 namespace com::qv {
 

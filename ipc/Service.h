@@ -42,8 +42,8 @@ struct Exactly {
 
 /**
  * One service as the C functions see it: the current client, and the frame that they share. Each C function
- * states its facts to one of the members below. They hold the proxy for the length of the call, look at
- * nothing but the out-values, and may be called from any thread.
+ * states its facts to one of the members below. They hold what they call for the length of the call, look
+ * at nothing but the out-values, and may be called from any thread.
  *
  * A Service is immortal, as calls and events may still look in while the process exits; ReleaseAtExit lets
  * its client go.
