@@ -8,11 +8,13 @@ using android::binder::Status;
 
 namespace {
 
-/** Some values of a parameter list, made empty. */
+/** Some values of a parameter list. */
 class Values {
  public:
-  Values(const Type* const* types, size_t count) : types_(types) {
-    for (; count_ < count; ++count_) types_[count_]->make(storage_ + count_);
+  Values() = default;
+  /** Empty ones. */
+  Values(const Type* const* types, size_t count) {
+    for (size_t i = 0; i < count; ++i) add(types[i], types[i]->make);
   }
   ~Values() {
     while (count_ > 0) {
@@ -23,11 +25,20 @@ class Values {
   Values(const Values&) = delete;
   Values& operator=(const Values&) = delete;
 
+  /** One more, which `make` makes of its memory. */
+  template <class Make>
+  void* add(const Type* type, Make make) {
+    Storage* const value = storage_ + count_;
+    make(value);
+    types_[count_++] = type;
+    return value;
+  }
+
   void* operator[](size_t i) { return storage_ + i; }
 
  private:
-  const Type* const* types_;
   size_t count_ = 0;
+  const Type* types_[kMaxParameters];
   Storage storage_[kMaxParameters];
 };
 
@@ -43,32 +54,6 @@ status_t forEachOut(size_t count, F f) {
   for (size_t i = 0; status == android::OK && i + 1 < count; ++i) status = f(i);
   return status;
 }
-
-/** The parameters that had to be made. */
-class Converted {
- public:
-  Converted() = default;
-  ~Converted() {
-    while (count_ > 0) {
-      --count_;
-      types_[count_]->destroy(storage_ + count_);
-    }
-  }
-  Converted(const Converted&) = delete;
-  Converted& operator=(const Converted&) = delete;
-
-  void* add(const Type* type, Conversion conversion, const void* argument) {
-    Storage* const parameter = storage_ + count_;
-    conversion(parameter, argument);
-    types_[count_++] = type;
-    return parameter;
-  }
-
- private:
-  size_t count_ = 0;
-  const Type* types_[kMaxParameters];
-  Storage storage_[kMaxParameters];
-};
 
 }  // namespace
 
@@ -89,10 +74,11 @@ Status callMethod(android::IBinder* remote, const android::String16& token, uint
 void callLocally(android::IInterface* service, const Implementation& implementation,
                  const Arguments& arguments, void** values) {
   const Signature& signature = *implementation.signature;
-  Converted converted;
+  Values converted;
   for (size_t i = 0; i < arguments.inCount; ++i) {
     const Conversion conversion = arguments.ins[i].conversion;
-    if (conversion != nullptr) values[i] = converted.add(signature.types[i], conversion, values[i]);
+    if (conversion == nullptr) continue;
+    values[i] = converted.add(signature.types[i], [&](void* parameter) { conversion(parameter, values[i]); });
   }
   signature.invoke(service, implementation.method, values);
 }
