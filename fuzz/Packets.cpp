@@ -1,6 +1,7 @@
 #include "Packets.h"
 
 #include <sys/socket.h>
+#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
@@ -98,7 +99,8 @@ void sendPackets(int socket, const std::vector<Packet>& packets) {
         FUZZ_CHECK(mailboxes);
         intoMailbox = true;
       }
-      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? shared.get() : socket);
+      // Not this socket, whose end would not come before that of the packet.
+      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? shared.get() : STDERR_FILENO);
       std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size() * sizeof(int));
     }
     if (::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;
