@@ -13,7 +13,8 @@ size_t placeOfThread() {
 }
 
 std::unique_ptr<Lane> takeFrom(std::atomic<Lane*>& place) {
-  if (place.load(std::memory_order_relaxed) == nullptr) return nullptr;
+  // In order with isDead(): see Remote::returnLane().
+  if (place.load() == nullptr) return nullptr;
   return std::unique_ptr<Lane>(place.exchange(nullptr));
 }
 

@@ -68,6 +68,9 @@ class Lane {
    * this is to be said again, since a thread may still sleep: the other side can undo what wakes it. */
   bool end();
 
+  /** Whether the other side has not taken the frame that was sent to it last by mailbox. */
+  bool hasUntaken() { return isShared_ && !mailboxes_.out().isEmpty(); }
+
   int socket() const { return socket_.get(); }
 
   /** The objects of the frame received last. */

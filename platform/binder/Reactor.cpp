@@ -25,6 +25,10 @@ namespace android::transport {
 
 namespace {
 
+/** Marks the events of lanes. Any thread may close a lane, and its descriptor may be that of another
+ * connection before the event is looked at. */
+constexpr uint64_t kOfLane = uint64_t{1} << 32;
+
 /** Until what failed for want of descriptors or threads is tried again. */
 constexpr int kRetryMs = 50;
 
@@ -66,7 +70,7 @@ status_t Reactor::add(Entry entry) {
   const int fd = entry.connection.get();
   epoll_event event = {};
   event.events = EPOLLIN;
-  event.data.fd = fd;
+  event.data.u64 = static_cast<uint32_t>(fd);
   entries_.emplace(fd, std::move(entry));
   if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, fd, &event) == 0) return OK;
   const int error = errno;
@@ -107,7 +111,7 @@ status_t Reactor::openSocket(std::string* failure) {
   const std::lock_guard lock(mutex_);
   epoll_event event = {};
   event.events = EPOLLIN;
-  event.data.fd = socket.get();
+  event.data.u64 = static_cast<uint32_t>(socket.get());
   status = start();
   if (status == OK && ::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, socket.get(), &event) < 0) status = -errno;
   if (status != OK) {
@@ -140,7 +144,7 @@ bool Reactor::watch(Lane* lane) {
   epoll_event event = {};
   // Whatever else comes over the socket is read by the lane itself.
   event.events = EPOLLRDHUP | EPOLLONESHOT;
-  event.data.fd = lane->socket();
+  event.data.u64 = kOfLane | static_cast<uint32_t>(lane->socket());
   if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, lane->socket(), &event) < 0) return false;
   lanes_.emplace(lane->socket(), lane);
   return true;
@@ -155,15 +159,13 @@ void Reactor::forget(Lane* lane) {
   ended_.erase(lane);
 }
 
-/** Whether the descriptor is that of a lane. */
-bool Reactor::endLane(int fd) {
+void Reactor::endLane(int fd) {
   const std::lock_guard lock(mutex_);
   const auto entry = lanes_.find(fd);
-  if (entry == lanes_.end()) return false;
-  // The descriptor may have become that of another lane meanwhile.
+  if (entry == lanes_.end()) return;
+  // It may be another lane than that of the event.
   pollfd poller{fd, POLLRDHUP, 0};
   if (::poll(&poller, 1, 0) == 1 && entry->second->end()) ended_.insert(entry->second);
-  return true;
 }
 
 void Reactor::endLanesAgain() {
@@ -179,8 +181,11 @@ void Reactor::run() {
     std::erase_if(waiting_, [this](const WaitingLane& lane) { return serveOnThread(lane); });
     while (!strangers_.empty() && strangers_.front().deadline <= Clock::now()) listenToOldestStranger();
     if (ready != 1) continue;
-    const int fd = event.data.fd;
-    if (endLane(fd)) continue;
+    const int fd = static_cast<int>(static_cast<uint32_t>(event.data.u64));
+    if ((event.data.u64 & kOfLane) != 0) {
+      endLane(fd);
+      continue;
+    }
     bool isListening;
     {
       const std::lock_guard lock(mutex_);

@@ -81,7 +81,7 @@ class Reactor {
   Entry take(int fd);
   void run();
   int timeoutMs();
-  bool endLane(int fd);
+  void endLane(int fd);
   void endLanesAgain();
   void listenToOldestStranger();
   void accept();

@@ -258,13 +258,42 @@ status_t Remote::acquire(uint64_t number) {
 
 void Remote::sendRelease(uint64_t number) {
   if (isDead() || Transport::self().forked) return;
-  // Whoever lets an object go must not wait for its process. What can't be sent now goes with the next call.
+  // Whoever lets an object go must not wait for its process. What can't be sent now is sent by a thread that
+  // may wait, or with the next call.
   status_t status = OK;
   std::unique_ptr<Lane> lane = idle_.take();
   if (lane == nullptr) lane = openLane(kNoPatience, &status);
   if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
   if (lane == nullptr || status != OK) putOff(&number, 1);
   if (lane != nullptr && (status == OK || status == WOULD_BLOCK)) returnLane(std::move(lane));
+  // There may be no next call.
+  if (status == WOULD_BLOCK && !sendsPutOff_.exchange(true)) {
+    Transport::self().reactor.runForeign("binder:release",
+                                         [self = shared_from_this()] { self->sendPutOff(); });
+  }
+}
+
+void Remote::sendPutOff() {
+  status_t status = OK;
+  do {
+    std::vector<uint64_t> unreleased;
+    {
+      const std::lock_guard lock(mutex_);
+      hasUnreleased_ = false;
+      unreleased.swap(unreleased_);
+    }
+    std::unique_ptr<Lane> lane = idle_.take();
+    if (lane == nullptr) lane = openLane(kNoPatience, &status);
+    size_t sent = 0;
+    while (lane != nullptr && status == OK && sent < unreleased.size()) {
+      status = lane->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, kAnswerTimeoutMs);
+      if (status == OK) ++sent;
+    }
+    if (sent < unreleased.size()) putOff(&unreleased[sent], unreleased.size() - sent);
+    if (lane != nullptr && (status == OK || status == WOULD_BLOCK)) returnLane(std::move(lane));
+    sendsPutOff_ = false;
+    // What has been put off since then found a thread that was about to send it.
+  } while (status == OK && !isDead() && hasUnreleased_ && !sendsPutOff_.exchange(true));
 }
 
 void Remote::putOff(const uint64_t* numbers, size_t count) {

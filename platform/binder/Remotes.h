@@ -58,6 +58,8 @@ class Remote : public std::enable_shared_from_this<Remote> {
   status_t openWatch(std::string* failure);
   status_t acquire(uint64_t number);
   void sendRelease(uint64_t number);
+  /** Sends what was put off. On a thread that may wait. */
+  void sendPutOff();
   void putOff(const uint64_t* numbers, size_t count);
   sp<BpBinder> knownProxy(uint64_t number);
 
@@ -80,6 +82,8 @@ class Remote : public std::enable_shared_from_this<Remote> {
   /** Objects to be released that no lane would take at the time. */
   std::vector<uint64_t> unreleased_;
   std::atomic<bool> hasUnreleased_{false};
+  /** A thread is about to send them. */
+  std::atomic<bool> sendsPutOff_{false};
 };
 
 /** All processes whose objects this process holds. */

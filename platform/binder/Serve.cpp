@@ -52,12 +52,18 @@ bool answerAcquire(Lane* lane, Peer* peer, uint64_t number) {
 
 void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid) {
   Lane lane(std::move(connection), Lane::Side::kServes);
+  uint64_t acquired = 0;
   for (bool usable = true; usable;) {
     // Anew for each transaction: the one before may have left it cleared.
     CallingIdentity::set({peer->pid(), uid});
     FrameHeader header;
     Parcel data;
-    if (lane.receive(&header, &data) != OK) return;
+    if (lane.receive(&header, &data) != OK) {
+      // Who has not taken the answer doesn't know that it holds the object.
+      if (acquired != 0 && lane.hasUntaken()) peer->drop(acquired);
+      return;
+    }
+    acquired = header.kind == FrameKind::kAcquire ? header.object : 0;
     switch (header.kind) {
       case FrameKind::kRequest:
         usable = answerRequest(&lane, header, peer.get(), &data);

@@ -100,20 +100,46 @@ TEST_F(ShortageTest, WantOfDescriptorsIsSaidOnceAndNotForEachAttempt) {
   EXPECT_NE(lookUp(), nullptr);
 }
 
+int32_t aliveAt(const sp<IBinder>& service) {
+  Parcel data;
+  Parcel reply;
+  return service->transact(TestObject::kCountAlive, data, &reply) == OK ? reply.readInt32() : -1;
+}
+
+/** Sees the service's objects go, which calls of the process that held them would help. */
+CHILD_ROLE(bystander) {
+  const sp<IBinder> service = android::defaultServiceManager()->getService(String16("test.service"));
+  parent.ready();
+  for (int i = 0; i < 1000; ++i) {
+    if (aliveAt(service) == 1) return 0;
+    std::this_thread::sleep_for(std::chrono::milliseconds(10));
+  }
+  return 1;
+}
+
 TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
   const sp<IBinder> service = process.get();
   std::vector<sp<IBinder>> objects;
   for (int i = 0; i < 2000; ++i) objects.push_back(binderFrom(service, TestObject::kMakeObject));
-  const auto aliveThere = [&] {
-    Parcel data;
-    Parcel reply;
-    return service->transact(TestObject::kCountAlive, data, &reply) == OK ? reply.readInt32() : -1;
-  };
-  ASSERT_EQ(aliveThere(), 2001);
+  ASSERT_EQ(aliveAt(service), 2001);
   ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
   objects.clear();
   ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
-  waitUntil("the releases to arrive", [&] { return aliveThere() == 1; });
+  EXPECT_EQ(vesk::test::ChildProcess("bystander").wait(), 0);
+}
+
+TEST_F(ShortageTest, WhatWasHeldTooLateForWhoAskedIsLetGo) {
+  const sp<IBinder> service = process.get();
+  ServiceProcess keeper("test.keeper");
+  const sp<IBinder> keeping = keeper.get();
+  ASSERT_EQ(callWith(keeping, TestObject::kKeep, binderFrom(service, TestObject::kMakeObject)), OK);
+  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  EXPECT_EQ(binderFrom(keeping, TestObject::kGetKept), nullptr) << "for its process doesn't answer";
+  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  Parcel none;
+  Parcel reply;
+  EXPECT_EQ(keeping->transact(TestObject::kDropKept, none, &reply), OK);
+  waitUntil("the object to go", [&] { return aliveAt(service) == 1; });
 }
 
 /** What a program does that forks and leaves, as after an exec that failed. */
