@@ -3,7 +3,6 @@
 #include <sys/wait.h>
 #include <unistd.h>
 
-#include <csignal>
 #include <cstdlib>
 #include <cstring>
 
@@ -49,7 +48,7 @@ INSTANTIATE_TEST_SUITE_P(Queue, StoppedProcessTest, testing::Bool(),
                          [](const auto& parameter) { return parameter.param ? "Full" : "Free"; });
 
 TEST_P(StoppedProcessTest, IsFoundAgain) {
-  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  process.child().suspend();
   if (GetParam()) fillQueueOf(vesk::test::socketOf("test.service"));
   const auto start = std::chrono::steady_clock::now();
   std::vector<std::thread> threads;
@@ -57,7 +56,7 @@ TEST_P(StoppedProcessTest, IsFoundAgain) {
   for (std::thread& thread : threads) thread.join();
   // Each may wait five seconds, but not one after the other.
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(9));
-  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  process.child().resume();
   for (int i = 0; i < 2; ++i) {
     const sp<IBinder> service = lookUp();
     ASSERT_NE(service, nullptr);
@@ -122,9 +121,9 @@ TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
   std::vector<sp<IBinder>> objects;
   for (int i = 0; i < 2000; ++i) objects.push_back(binderFrom(service, TestObject::kMakeObject));
   ASSERT_EQ(aliveAt(service), 2001);
-  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  process.child().suspend();
   objects.clear();
-  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  process.child().resume();
   EXPECT_EQ(vesk::test::ChildProcess("bystander").wait(), 0);
 }
 
@@ -133,9 +132,9 @@ TEST_F(ShortageTest, WhatWasHeldTooLateForWhoAskedIsLetGo) {
   ServiceProcess keeper("test.keeper");
   const sp<IBinder> keeping = keeper.get();
   ASSERT_EQ(callWith(keeping, TestObject::kKeep, binderFrom(service, TestObject::kMakeObject)), OK);
-  ASSERT_EQ(::kill(process.child().pid(), SIGSTOP), 0);
+  process.child().suspend();
   EXPECT_EQ(binderFrom(keeping, TestObject::kGetKept), nullptr) << "for its process doesn't answer";
-  ASSERT_EQ(::kill(process.child().pid(), SIGCONT), 0);
+  process.child().resume();
   Parcel none;
   Parcel reply;
   EXPECT_EQ(keeping->transact(TestObject::kDropKept, none, &reply), OK);

@@ -145,6 +145,14 @@ void ChildProcess::stop() {
   EXPECT_EQ(wait(), 0) << "exit code of child " << pid_;
 }
 
+void ChildProcess::suspend() {
+  int status = 0;
+  ::kill(pid_, SIGSTOP);
+  if (waitpid(pid_, &status, WUNTRACED) != pid_ || !WIFSTOPPED(status)) fatal("waitpid");
+}
+
+void ChildProcess::resume() { ::kill(pid_, SIGCONT); }
+
 void Parent::waitForEnd() {
   while (!channel_.receive(-1).empty()) {
   }

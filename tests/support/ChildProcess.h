@@ -56,6 +56,9 @@ class ChildProcess {
   /** Closes the channel, which ends a role that waits in Parent::waitForEnd(). A failure unless it exits with
    * 0. */
   void stop();
+  /** Returns when no thread of the child runs any more, which a bare SIGSTOP says nothing about. */
+  void suspend();
+  void resume();
 
  private:
   struct SocketPair;

@@ -194,7 +194,7 @@ TEST(Veskctl, CallsAListenerThatHasAName) {
 
 TEST(Veskctl, DoesNotWaitForEverForAProcessThatHangs) {
   ChildProcess service("scriptedService", {"com.qv.ConfigService"});
-  ::kill(service.pid(), SIGSTOP);
+  service.suspend();
   const Row rows[] = {
       {"$V list --timeout 0.3", 0, "com.qv.ConfigService       no answer"},
       {"$V list --timeout 0.3", 0, "com.qv.CallService         absent"},
@@ -202,7 +202,7 @@ TEST(Veskctl, DoesNotWaitForEverForAProcessThatHangs) {
       {"$V call --timeout 0.3 config saveConfig", 6, "com.qv.ConfigService: no answer in time"},
   };
   expectRows(rows);
-  ::kill(service.pid(), SIGCONT);
+  service.resume();
 }
 
 TEST(Veskctl, ShowsAndCallsTheDevice) {
