@@ -29,7 +29,7 @@ using vesk::test::ChildProcess;
 namespace {
 
 struct Options {
-  unsigned seconds = 8;
+  unsigned seconds = 6;
   unsigned seed = 1;
   /** Call, misc and config service, in this order. */
   unsigned services = 3;
@@ -79,7 +79,7 @@ class Storm {
 
   void run() {
     // The first part shows what memory the others may take.
-    if (blow(options_.seconds * 1000ms / 4) && blow(options_.seconds * 1000ms / 2) && leaveFirst()) {
+    if (blow(options_.seconds * 1000ms / 3) && blow(options_.seconds * 2000ms / 3) && leaveFirst()) {
       EXPECT_GT(kills_, 0);
       expectTidyDirectory();
     }
