@@ -11,7 +11,7 @@
 
 using namespace com::qv;
 
-Guarded<CallCallbacks>& com::qv::callCallbacks = immortal<Guarded<CallCallbacks>>();
+Synchronized<CallCallbacks>& com::qv::callCallbacks = immortal<Synchronized<CallCallbacks>>();
 
 namespace {
 

@@ -2,7 +2,7 @@
 
 #include <vesk/call.h>
 
-#include "ipc/Guarded.h"
+#include "ipc/Synchronized.h"
 
 namespace com::qv {
 
@@ -29,6 +29,6 @@ struct CallCallbacks {
 };
 
 /** Those of the current connection. */
-extern Guarded<CallCallbacks>& callCallbacks;
+extern Synchronized<CallCallbacks>& callCallbacks;
 
 }  // namespace com::qv

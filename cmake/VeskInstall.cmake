@@ -4,7 +4,7 @@
 #   vesk::service   vesk::client, the platform's headers and libraries: for processes that derive from the classes
 #                   of <com/qv/...>
 #
-# vesk_client.pc and vesk_service.pc offer the same two to everybody else. The stand-in for the platform is a
+# vesk_client.pc and vesk_service.pc offer the same two to everybody else. the host platform is a
 # component of its own (platform), for it is not installed where the device brings the real one.
 
 include(CMakePackageConfigHelpers)
@@ -15,7 +15,7 @@ install(TARGETS vesk_client vesk_service EXPORT vesk_client
   LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT client)
 install(DIRECTORY include/ DESTINATION ${CMAKE_INSTALL_INCLUDEDIR} COMPONENT client
   FILES_MATCHING PATTERN "*.h" PATTERN "*.hpp" PATTERN "*.def")
-if(VESK_PLATFORM STREQUAL "standin")
+if(VESK_PLATFORM STREQUAL "host")
   install(TARGETS log utils binder EXPORT vesk_client
     LIBRARY DESTINATION ${CMAKE_INSTALL_LIBDIR} COMPONENT platform)
   install(DIRECTORY platform/include/ DESTINATION ${VESK_PLATFORM_INCLUDEDIR} COMPONENT platform)
@@ -43,7 +43,7 @@ else()
   set(pc_libdir "\${pcfiledir}/..")
   set(pc_includedir "\${pcfiledir}/${pc_includedir}")
 endif()
-if(VESK_PLATFORM STREQUAL "standin")
+if(VESK_PLATFORM STREQUAL "host")
   cmake_path(GET VESK_PLATFORM_INCLUDEDIR FILENAME platform_folder)
   set(pc_platform_cflags "-I\${includedir}/${platform_folder}")
 else()

@@ -8,7 +8,7 @@ target_include_directories(vesk_client
 # Its objects bring these already, but only what is named here is recorded for the linkers of the installed library's users.
 target_link_libraries(vesk_client PRIVATE vesk::binder vesk::utils vesk::log)
 set_target_properties(vesk_client PROPERTIES EXPORT_NAME client)
-if(VESK_PLATFORM STREQUAL "standin")
+if(VESK_PLATFORM STREQUAL "host")
   set_target_properties(vesk_client PROPERTIES INSTALL_RPATH "$ORIGIN")
 endif()
 

@@ -44,7 +44,7 @@ int binder_set_default_ext_line(int line) {
 
 int binder_get_default_line_enable(void) { return configService.value(ConfigService::getDefaultLineEnable); }
 int binder_get_default_line(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getDefaultLine);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDefaultLine);
 }
 int binder_get_line_srtp_status(int line) {
   return configService.value(ConfigService::getLineSrtpEnable, line);

@@ -8,7 +8,7 @@ using namespace com::qv;
 /* Codecs and calls */
 
 int binder_get_media_codec_list(char* buffer, int size) {
-  return configService.text(Absent{-1}, Whole{buffer, size}, ConfigService::getMediaCodecList);
+  return configService.text(IfNotConnected{-1}, AllOrNothing{buffer, size}, ConfigService::getMediaCodecList);
 }
 int binder_set_call_state(int state) { return configService.value(ConfigService::setCallState, state); }
 
@@ -92,10 +92,10 @@ int binder_set_redial_call_info(const void* record) {
   return configService.value(ConfigService::setRedialCallModel, Record<VESK_REDIAL_CALL_INFO_SIZE>{record});
 }
 int binder_get_emergency_number(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getEmergencyNumber);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getEmergencyNumber);
 }
 int binder_set_emergency_number(const char* number) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setEmergencyNumber, number);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setEmergencyNumber, number);
 }
 
 /* Voice mail, headset and hook */
@@ -127,10 +127,10 @@ void binder_set_ban_anonymous_status(int value, int status) {
   configService.send(ConfigService::setBanAnonymousCallStatus, value, status);
 }
 int binder_get_caller_display_type(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getCallerDisplayType);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getCallerDisplayType);
 }
 int binder_get_display_to_info_enable(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getDisplayToInfoEnable);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDisplayToInfoEnable);
 }
 int binder_get_pick_up_config(void* out) {
   return configService.fetch<VESK_PICK_UP_CONFIG_SIZE>(out, ConfigService::getPickUpConfig);

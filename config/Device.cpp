@@ -10,10 +10,10 @@ int binder_get_phone_status(void* status) {
   return configService.fetch<VESK_PHONE_STATUS_SIZE>(status, ConfigService::getPhoneStatus);
 }
 int binder_get_phone_uboot(char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getUbootVerise);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getUbootVerise);
 }
 int binder_get_vendor_info(char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getVendorInfo);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getVendorInfo);
 }
 int binder_get_battery_status(void) { return configService.value(ConfigService::getBatteryStatus); }
 int binder_get_electr_value(void) { return configService.value(ConfigService::getElectrValue); }
@@ -35,16 +35,17 @@ int binder_get_hotel_custom_info(void* info) {
 
 int binder_get_device_model(void) { return configService.value(ConfigService::getDeviceModel); }
 int binder_get_phone_state(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getPhoneState);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getPhoneState);
 }
 int binder_generate_key(int a, int b, int flag1, int flag2) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::veskGenerateKey, a, b, flag1, flag2);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::veskGenerateKey, a, b, flag1,
+                             flag2);
 }
 int binder_get_local_config(void* out) {
   return configService.fetch<VESK_LOCAL_CONFIG_SIZE>(out, ConfigService::getLocalData);
 }
 int binder_get_net_phonebook_num(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getNetPhonebookNum);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getNetPhonebookNum);
 }
 int binder_get_xml_pbook_config_by_index(int index, void* out) {
   return configService.fetch<VESK_XML_PBOOK_CONFIG_SIZE>(out, ConfigService::getXmlPbookConfig, index);
@@ -53,5 +54,5 @@ int binder_get_ldap_pbook_config_by_index(int index, void* out) {
   return configService.fetch<VESK_LDAP_PBOOK_CONFIG_SIZE>(out, ConfigService::getLdapPbookConfig, index);
 }
 int binder_src_to_B64(const char* src, int a, char* dst, int b) {
-  return configService.text(Absent{-1}, Unbounded{dst}, ConfigService::srcToB64, src, a, b);
+  return configService.text(IfNotConnected{-1}, Unchecked{dst}, ConfigService::srcToB64, src, a, b);
 }

@@ -7,7 +7,7 @@ using namespace com::qv;
 /* Dial peers */
 
 int bineder_get_configed_dialpeer_number(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getConfigedDialpeerNumber);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getConfigedDialpeerNumber);
 }
 int binder_dialpeer_get_config(int index, void* dialpeer) {
   return configService.fetch<VESK_DIALPEER_CONFIG_SIZE>(dialpeer, ConfigService::dialpeerGetConfig, index);
@@ -23,10 +23,11 @@ void binder_dialpeer_delete_config(int index) {
 /* Their lines */
 
 int binder_dialpeer_get_line_max(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::dialpeerGetLineMax);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::dialpeerGetLineMax);
 }
 int binder_dialpeer_get_line_info(int line, char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::dialpeerGetLineInfo, line);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::dialpeerGetLineInfo,
+                            line);
 }
 int binder_dialpeer_is_p2p_line(int line) {
   return configService.value(ConfigService::dialpeerIsP2PLine, line);

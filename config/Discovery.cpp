@@ -46,10 +46,12 @@ int binder_send_reboot_to_target(const char* target) {
   return configService.value(ConfigService::sendRootToTarget, target);
 }
 int binderGetUsernameByIp(const char* ip, char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -2}, ConfigService::getUsernameByIp, ip);
+  return configService.text(IfNotConnected{-1}, TruncateZeroFill{dst, size, -2},
+                            ConfigService::getUsernameByIp, ip);
 }
 int binderGetPasswordByIp(const char* ip, char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -2}, ConfigService::getPasswordByIp, ip);
+  return configService.text(IfNotConnected{-1}, TruncateZeroFill{dst, size, -2},
+                            ConfigService::getPasswordByIp, ip);
 }
 
 /* QCMS */
@@ -66,6 +68,6 @@ int binderIsQcmsEnabled(void) {
 }
 int binderGenQcmsMonitorDoorOpenUrl(const char* text1, const char* text2, const char* text3,
                                     const char* text4, char* dst) {
-  return configService.text(Absent{-1}, Bounded{dst, VESK_QCMS_DOOR_OPEN_URL_SIZE, -1},
+  return configService.text(IfNotConnected{-1}, TruncateZeroFill{dst, VESK_QCMS_DOOR_OPEN_URL_SIZE, -1},
                             ConfigService::generateQcmsMonitorDoorOpenUrl, text1, text2, text3, text4);
 }

@@ -6,7 +6,9 @@ using namespace com::qv;
 
 /* The mode */
 
-int binder_get_dnd_mode(void) { return configService.value(Absent{0}, Preset{0}, ConfigService::getDndMode); }
+int binder_get_dnd_mode(void) {
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDndMode);
+}
 void binder_set_dnd_mode(int mode) { configService.send(ConfigService::setDndMode, mode); }
 
 /* The state of a line */
@@ -19,15 +21,15 @@ void binder_set_lind_dnd_state(int line, int on) {
 /* The times */
 
 int binder_get_space_dnd_start_time(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getSpaceDndStartTime);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getSpaceDndStartTime);
 }
 int binder_get_space_dnd_end_time(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getSpaceDndEndTime);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getSpaceDndEndTime);
 }
 void binder_set_space_dnd_time(const char* start_time, const char* end_time) {
   configService.send(ConfigService::setSpaceDndTime, start_time, end_time);
 }
 int binder_get_dnd_timer_state(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getTimerDndState);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getTimerDndState);
 }
 void binder_set_dnd_timer_state(int state) { configService.send(ConfigService::setTimerDndState, state); }

@@ -38,7 +38,7 @@ int binder_set_monitor_config(const void* record) {
 }
 int binderGetRtspClientWorkMode(void) { return configService.value(ConfigService::getRtspClientWorkMode); }
 int binder_get_snapshot_timeout(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getSnapshotTimeout);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getSnapshotTimeout);
 }
 void binder_url_opendoor(const char* url) { configService.send(ConfigService::urlOpenDoor, url); }
 int binder_elevator_contron_info(int info) {
@@ -48,19 +48,19 @@ int binder_elevator_contron_info(int info) {
 /* Family call */
 
 int binder_set_family_call_enabled(int enabled) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setFamilyCallEnabled, enabled);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setFamilyCallEnabled, enabled);
 }
 int binder_get_family_call_type(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getFamilyCallType);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getFamilyCallType);
 }
 int binder_get_family_call_ip(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getFamilyCallIp);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getFamilyCallIp);
 }
 
 /* Alarm */
 
 int binder_get_alarm_resetcode(char* dst, int value, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getAlarmResetCode, value);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getAlarmResetCode, value);
 }
 int binder_get_alarm_mode(void) { return configService.value(ConfigService::getAlarmMode); }
 int binder_set_alarm_mode(int mode) { return configService.value(ConfigService::setAlarmMode, mode); }
@@ -71,23 +71,23 @@ int binder_security_logs_del_by_id(int id) {
 /* Inputs, outputs and relays */
 
 int binder_get_input_nums(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getInputNums);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getInputNums);
 }
 int binder_get_alarm_input_nums(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getAlarmInputNums);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getAlarmInputNums);
 }
 int binder_get_output_nums(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getOutputNums);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getOutputNums);
 }
 int binder_input_reset_send_mqtt(int value) {
   return configService.value(ConfigService::inputResetSendMqtt, value);
 }
 int binder_get_inputlogs_unread_num(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getInputlogsUnreadNum);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getInputlogsUnreadNum);
 }
 int binder_set_inputlogs_read_done(void) { return configService.value(ConfigService::setInputlogsReadDone); }
 int binder_get_relay_output_trigger(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getRelayOutputTrigger, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getRelayOutputTrigger, value);
 }
 void binder_set_relay_output_trigger(int value, int trigger) {
   configService.send(ConfigService::setRelayOutputTrigger, value, trigger);

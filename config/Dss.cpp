@@ -28,13 +28,13 @@ T copyOf(const void* record) {
 /* DSS keys */
 
 int binder_get_dsskey_pages(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getDsskeyPages, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDsskeyPages, value);
 }
 int binder_get_dsskey_numbers(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getDsskeyNumbers, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDsskeyNumbers, value);
 }
 int binder_get_empty_dss_url_index(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getEmptyDssUrlIndex, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getEmptyDssUrlIndex, value);
 }
 int binder_dss_memory_disable_auto_line(int value) {
   return configService.value(ConfigService::isDssMemoryDisableAutoLine, value);
@@ -70,7 +70,7 @@ int binder_formatting_dsskey_value(const char* dsskey, int* type, char* buffer, 
     return -1;
   }
   if (type != nullptr) *type = value.type;
-  return Cut{buffer, size}.store(std::string(value.text, strnlen(value.text, sizeof(value.text))));
+  return Truncate{buffer, size}.store(std::string(value.text, strnlen(value.text, sizeof(value.text))));
 }
 int binder_parsing_dsskey_value(int type, const char* text, void* dsskey) {
   if (dsskey == nullptr) return -1;
@@ -122,7 +122,7 @@ int binder_get_softkey_config_num(int value) {
   return configService.value(ConfigService::getSoftkeyNum, value);
 }
 int binder_get_softkey_config_text(int a, int b, char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getSoftkeyText, a, b);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getSoftkeyText, a, b);
 }
 int binder_get_softkey_config_key_index(int a, int b) {
   return configService.value(ConfigService::getSoftkeyConfigKeyIndex, a, b);
@@ -144,14 +144,14 @@ int binder_get_mdc_expand_config(int a, int b, void* out) {
   return configService.fetch<VESK_MDC_EXPAND_SIZE>(out, ConfigService::getMdcExpandConfig, a, b);
 }
 int binder_get_exkey_state(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getExkeyState, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getExkeyState, value);
 }
 
 /* List of soft keys */
 
 int binder_get_softkey_list(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getSoftkeyList);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getSoftkeyList);
 }
 int binder_set_softkey_list(int value, const char* list) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setSoftkeyList, value, list);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setSoftkeyList, value, list);
 }

@@ -7,8 +7,8 @@ using namespace com::qv;
 /* Keys and values */
 
 int binder_get_config(const char* section, const char* key, const char* sub_key, char* buffer, int size) {
-  return configService.text(Absent{-1}, Whole{buffer, size}, ConfigService::getConfig, section, key, sub_key,
-                            size);
+  return configService.text(IfNotConnected{-1}, AllOrNothing{buffer, size}, ConfigService::getConfig, section,
+                            key, sub_key, size);
 }
 int binder_get_config_bool(const char* section, const char* key, const char* sub_key) {
   return configService.value(ConfigService::getConfigBool, section, key, sub_key);

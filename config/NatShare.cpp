@@ -16,13 +16,14 @@ int binder_set_nat_share_config(const void* record) {
 /* Network group */
 
 int binder_get_nat_share_network_group_key(char* dst, int size) {
-  return configService.text(Absent{-1}, Bounded{dst, size, -1}, ConfigService::getNatShareNetworkGroupKey);
+  return configService.text(IfNotConnected{-1}, TruncateZeroFill{dst, size, -1},
+                            ConfigService::getNatShareNetworkGroupKey);
 }
 int binder_set_nat_share_network_group_key(const char* key) {
   return configService.value(ConfigService::setNatShareNetworkGroupKey, key);
 }
 int binder_get_nat_share_network_group_work_mode(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getNatShareNetworkGroupWorkMode);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getNatShareNetworkGroupWorkMode);
 }
 int binder_set_nat_share_network_group_work_mode(int mode) {
   return configService.value(ConfigService::setNatShareNetworkGroupWorkMode, mode);

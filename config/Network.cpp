@@ -14,22 +14,22 @@ int binder_get_network_details(int a, int b, void* details) {
 }
 int binder_get_active_network_type(void) { return configService.value(ConfigService::getActiveNetworkType); }
 int binder_get_eth_link_status(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getEthLinkStatus);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getEthLinkStatus);
 }
 int binder_get_wlan_ipv4_addr(char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getWlanIpv4Address);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getWlanIpv4Address);
 }
 
 /* Addresses */
 
 int binder_get_ip_mode(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getIpMode, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getIpMode, value);
 }
 int binder_set_ip_mode(int value, int mode) {
   return configService.value(ConfigService::setIpMode, value, mode);
 }
 int binder_get_ip_state(int value, int flag) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getIpState, value, flag);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getIpState, value, flag);
 }
 int binder_get_static_ip_config(int value, int flag, void* config) {
   return configService.fetch<VESK_STATIC_IP_CONFIG_SIZE>(config, ConfigService::getStaticIpConfig, value,
@@ -56,7 +56,7 @@ int binder_set_pppoe_ipv4_config(const char* config) {
 /* DHCP options */
 
 int binder_get_dhcp(int index, char* buffer, int size) {
-  return configService.text(Absent{0}, Cut{buffer, size}, ConfigService::getDhcpConfig, index);
+  return configService.text(IfNotConnected{0}, Truncate{buffer, size}, ConfigService::getDhcpConfig, index);
 }
 int binder_set_dhcp(int index, const char* text) {
   return configService.value(ConfigService::setDhcpConfig, index, text);

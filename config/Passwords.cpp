@@ -14,25 +14,25 @@ int binder_set_keyboard_password(const void* record) {
                              Record<VESK_KEYBOARD_PASSWORD_SIZE>{record});
 }
 int binder_get_enter_password(int flag, char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getEnterPassword, flag);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getEnterPassword, flag);
 }
 int binder_set_menu_password(const char* password) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setMenuPassword, password);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setMenuPassword, password);
 }
 
 /* Keyboard lock */
 
 int binder_get_kblock_password(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getKblockPassword);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getKblockPassword);
 }
 void binder_set_kblock_status(int status) { configService.send(ConfigService::setkblockStatus, status); }
 
 /* Security password */
 
 int binder_set_security_password(const char* password) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setSecurityPassword, password);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setSecurityPassword, password);
 }
 int binder_get_security_password(int flag, char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getSecurityPassword, flag);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getSecurityPassword, flag);
 }
 int binder_stop_security_input_tone(void) { return configService.value(ConfigService::stopInputTone); }

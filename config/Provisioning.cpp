@@ -22,7 +22,7 @@ int binder_set_auto_sps_config(const char* config) {
 /* Management */
 
 int binder_get_tr069_type(int value) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getTr069Type, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getTr069Type, value);
 }
 int binder_get_tr069_seting_config(void* config) {
   return configService.fetch<VESK_TR069_SETING_CONFIG_SIZE>(config, ConfigService::getTr069SetingConfig);

@@ -14,7 +14,7 @@ int binder_screeninfo_set_config(const char* screeninfo) {
                              Record<VESK_SCREENINFO_CONFIG_SIZE>{screeninfo});
 }
 int binder_get_display_item_config(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getdisplayitemconfig);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getdisplayitemconfig);
 }
 int binder_get_user_bg_config(void* config) {
   return configService.fetch<VESK_USER_BG_CONFIG_SIZE>(config, ConfigService::getUserBgConfig);
@@ -26,7 +26,7 @@ int binder_get_background_name(int index, void* name) {
 /* The idle screen and what is to be told on it */
 
 int binder_get_idle_tips(char* buffer, int size) {
-  return configService.text(Absent{-1}, Whole{buffer, size}, ConfigService::idleGetTips);
+  return configService.text(IfNotConnected{-1}, AllOrNothing{buffer, size}, ConfigService::idleGetTips);
 }
 int binder_get_idle_icon_status(void* status) {
   return configService.fetch<VESK_IDLE_ICON_STATUS_SIZE>(status, ConfigService::getIdleIconStatus);
@@ -48,7 +48,7 @@ int binder_get_screensaver_display(ipc_screen_saver_display_t* display) {
 /* Screen saver, colors, backlight */
 
 int binder_get_screensaver_timeout(void) {
-  return configService.value(Absent{-1}, Preset{0}, ConfigService::getScreensaverTimeout);
+  return configService.value(IfNotConnected{-1}, IfFailed{0}, ConfigService::getScreensaverTimeout);
 }
 int binder_get_screensaver_display(void* out) {
   return configService.fetch<VESK_SCREENSAVER_DISPLAY_SIZE>(out, ConfigService::getScreensaverDisplay);
@@ -63,23 +63,24 @@ int binderSetKeyboardBacklight(int value) {
 /* Language and theme */
 
 int binder_get_default_language(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultLanguage);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getDefaultLanguage);
 }
 int binder_set_default_language(const char* language) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setDefaultLanguage, language);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setDefaultLanguage, language);
 }
 int binder_get_default_standby_interface(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultStandbyInterface);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size},
+                            ConfigService::getDefaultStandbyInterface);
 }
 int binder_get_default_theme(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultTheme);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getDefaultTheme);
 }
 int binder_set_default_theme(const char* theme) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setDefaultTheme, theme);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setDefaultTheme, theme);
 }
 int binder_get_greeting_word(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getGreetingWord);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getGreetingWord);
 }
 int binder_set_greeting_word(const char* text) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setGreetingWord, text);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setGreetingWord, text);
 }

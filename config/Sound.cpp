@@ -7,13 +7,14 @@ using namespace com::qv;
 /* Ringtones and ringing */
 
 int binder_ringtone_get_list_len(int flag) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::ringtoneGetListLen, flag);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::ringtoneGetListLen, flag);
 }
 int binder_ringtone_get_ring_name(int index, char* buffer, int size) {
-  return configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::ringtoneGetRingName, index);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::ringtoneGetRingName,
+                            index);
 }
 int binder_ringtone_get_ring_index(const char* name) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::ringtoneGetRingIndex, name);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::ringtoneGetRingIndex, name);
 }
 void binder_play_ring(const char* ring) { configService.send(ConfigService::playRing, ring); }
 void binder_stop_ring(void) { configService.send(ConfigService::stopRing); }
@@ -32,10 +33,10 @@ int binder_set_voice_volume(int a, int b, int flag) {
 /* Ring type and priority */
 
 int binder_get_ring_type(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getRingType);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getRingType);
 }
 int binder_set_ring_type(const char* type) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setRingType, type);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setRingType, type);
 }
 int binder_get_ring_priority(void) { return configService.value(ConfigService::getRingPriority); }
 
@@ -53,5 +54,5 @@ int binder_set_audio_device_mode(int mode) {
   return configService.value(ConfigService::setAudioDevMode, mode);
 }
 int binder_get_audio_device_mode(void) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::getAudioDevMode);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getAudioDevMode);
 }

@@ -63,5 +63,5 @@ int binder_trans_timezone_index_2_cfg(int index) {
 /* Default time zone */
 
 int binder_get_default_tzpath(char* dst, int size) {
-  return configService.text(Absent{0}, Cut{dst, size}, ConfigService::getDefaultTzPath);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getDefaultTzPath);
 }

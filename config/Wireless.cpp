@@ -8,7 +8,7 @@ using namespace com::qv;
 
 int binder_get_wlan_enable_config(void) { return configService.value(ConfigService::getWlanEnabled); }
 int binder_set_wlan_enable_config(int enabled) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setWlanEnabled, enabled);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setWlanEnabled, enabled);
 }
 int binder_get_wifi_enable(void) { return configService.value(ConfigService::getWifiEnable); }
 int binder_set_wifi_enable(int enable) { return configService.value(ConfigService::setWifiEnable, enable); }
@@ -26,16 +26,17 @@ int binder_get_bluetooth_enable_config(void) {
   return configService.value(ConfigService::getBluetoothEnebled);
 }
 int binder_set_bluetooth_enable_config(int enabled) {
-  return configService.value(Absent{0}, Preset{0}, ConfigService::setBluetoothEnabled, enabled);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setBluetoothEnabled, enabled);
 }
 void binder_get_bluetooth_adapter_name_config(char* buffer, int size) {
-  configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getBluetoothAdaperName);
+  configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getBluetoothAdaperName);
 }
 int binder_set_bluetooth_adapter_name_config(const char* name) {
   return configService.value(ConfigService::setBluetoothAdapterName, name);
 }
 void binder_get_bluetooth_last_connected_addr(char* buffer, int size) {
-  configService.text(Absent{-1}, Cut{buffer, size}, ConfigService::getBluetoothLastConnectedAddr);
+  configService.text(IfNotConnected{-1}, Truncate{buffer, size},
+                     ConfigService::getBluetoothLastConnectedAddr);
 }
 int binder_set_bluetooth_last_connected_addr(const char* address) {
   return configService.value(ConfigService::setBluetoothLastConnectedAddr, address);
@@ -66,6 +67,6 @@ int binder_set_wk_config(int a, int b) { return configService.value(ConfigServic
 int binder_wk_stop_ring(void) { return configService.value(ConfigService::wkStopRing); }
 /* Callers know this function by its -1. */
 int binder_get_wk_ring_time(char* dst, int size) {
-  configService.text(Absent{-1}, Cut{dst, size}, ConfigService::getWkRingTime);
+  configService.text(IfNotConnected{-1}, Truncate{dst, size}, ConfigService::getWkRingTime);
   return -1;
 }

@@ -64,7 +64,7 @@ bool connect_database_service(vesk_service_died_callback on_service_died) {
 /* Short messages */
 
 int binder_get_sms_count(int value) {
-  return service.value(Absent{0}, Preset{0}, DatabaseService::getSMSCount, value);
+  return service.value(IfNotConnected{0}, IfFailed{0}, DatabaseService::getSMSCount, value);
 }
 void binder_sms_info_request(int value) { service.send(DatabaseService::requestSmsData, value); }
 int binder_send_sms(int value, const char* first, const char* second) {

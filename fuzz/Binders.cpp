@@ -7,8 +7,8 @@
 #include <vector>
 
 #include "BpBinder.h"
+#include "OwnerProcesses.h"
 #include "ParcelAccess.h"
-#include "Remotes.h"
 
 namespace vesk::fuzz {
 
@@ -18,8 +18,8 @@ using android::IBinder;
 using android::Parcel;
 using android::sp;
 using android::transport::FlatBinder;
+using android::transport::OwnerProcess;
 using android::transport::ParcelAccess;
-using android::transport::Remote;
 
 void setUp() {
   static const bool done = [] {
@@ -41,7 +41,7 @@ void setUp() {
 
 void fill(Parcel* parcel, Bytes bytes, std::span<const sp<IBinder>> objects) {
   static const sp<IBinder>& plain = *new sp<IBinder>(new BBinder);
-  static const sp<IBinder>& dead = *new sp<IBinder>(new BpBinder(std::make_shared<Remote>(1, true), 1));
+  static const sp<IBinder>& dead = *new sp<IBinder>(new BpBinder(std::make_shared<OwnerProcess>(1, true), 1));
   parcel->setData(bytes.data(), bytes.size());
   std::vector<ParcelAccess::Object> listed;
   for (size_t offset = 0; offset < bytes.size(); offset += 4) {

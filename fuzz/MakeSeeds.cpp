@@ -1,6 +1,6 @@
 /*
  * MakeSeeds DIRECTORY: writes inputs to begin with, a folder for each fuzzer. They are what the library and
- * the stand-in themselves send.
+ * the host platform themselves send.
  */
 #include <sys/socket.h>
 #include <vesk/call.h>
@@ -11,8 +11,8 @@
 #include <com/qv/CommonParcelable.h>
 
 #include "Binders.h"
+#include "Channel.h"
 #include "Interfaces.h"
-#include "Lane.h"
 #include "ParcelAccess.h"
 #include "Transaction.h"
 
@@ -174,19 +174,19 @@ void makeTexts() {
   output.save("UnicodeFuzz", "utf16");
 }
 
-/** Frames as they go over a lane. */
+/** Frames as they go over a channel. */
 class Frames {
  public:
   Frames() {
     int sockets[2];
     FUZZ_CHECK(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0);
-    lane_ = std::make_unique<Lane>(UniqueFd(sockets[0]), Lane::Side::kCalls);
+    channel_ = std::make_unique<Channel>(UniqueFd(sockets[0]), Channel::Side::kCalls);
     other_ = UniqueFd(sockets[1]);
   }
 
   Frames& add(const FrameHeader& header, const Parcel* data = nullptr,
               const std::vector<ObjectEntry>& objects = {}) {
-    FUZZ_CHECK(lane_->send(header, data, objects) == android::OK);
+    FUZZ_CHECK(channel_->send(header, data, objects) == android::OK);
     std::vector<uint8_t> packet(64 * 1024);
     ssize_t size;
     while ((size = ::recv(other_.get(), packet.data(), packet.size(), MSG_DONTWAIT)) > 0) {
@@ -204,7 +204,7 @@ class Frames {
   void save(const char* fuzzer, const std::string& name) { output_.save(fuzzer, name); }
 
  private:
-  std::unique_ptr<Lane> lane_;
+  std::unique_ptr<Channel> channel_;
   UniqueFd other_;
   Output output_;
 };

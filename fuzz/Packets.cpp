@@ -6,16 +6,16 @@
 #include <algorithm>
 #include <utility>
 
-#include "Mailboxes.h"
+#include "SharedSlots.h"
 
 namespace vesk::fuzz {
 
 namespace {
 
 using android::transport::FrameHeader;
-using android::transport::Mailbox;
-using android::transport::Mailboxes;
 using android::transport::ObjectEntry;
+using android::transport::SharedSlot;
+using android::transport::SharedSlots;
 using android::transport::UniqueFd;
 
 constexpr size_t kMostBytes = 100 * 1024;
@@ -53,7 +53,7 @@ std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
     const auto size = input.number<uint16_t>();
     if ((size & kDescriptors) == kDescriptors) {
       next.descriptors = size % 4;
-      next.mailboxes = size % 8 < 4;
+      next.sharedSlots = size % 8 < 4;
       continue;
     }
     if ((size & kZeros) != 0) {
@@ -72,14 +72,14 @@ std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
 
 void sendPackets(int socket, const std::vector<Packet>& packets) {
   UniqueFd shared;
-  Mailboxes mailboxes;
-  bool intoMailbox = false;
+  SharedSlots sharedSlots;
+  bool intoSharedSlot = false;
   for (const Packet& packet : packets) {
-    if (intoMailbox) {
-      const auto size = std::min(packet.bytes.size(), Mailbox::kCapacity);
-      std::copy_n(packet.bytes.begin(), size, mailboxes.out().bytes());
-      mailboxes.out().fill(packet.bytes.size());
-      intoMailbox = false;
+    if (intoSharedSlot) {
+      const auto size = std::min(packet.bytes.size(), SharedSlot::kCapacity);
+      std::copy_n(packet.bytes.begin(), size, sharedSlots.out().bytes());
+      sharedSlots.out().fill(packet.bytes.size());
+      intoSharedSlot = false;
       continue;
     }
     iovec piece{const_cast<uint8_t*>(packet.bytes.data()), packet.bytes.size()};
@@ -94,13 +94,14 @@ void sendPackets(int socket, const std::vector<Packet>& packets) {
       rights->cmsg_level = SOL_SOCKET;
       rights->cmsg_type = SCM_RIGHTS;
       rights->cmsg_len = CMSG_LEN(packet.descriptors * sizeof(int));
-      if (packet.mailboxes && !mailboxes) {
-        mailboxes = Mailboxes::make(&shared);
-        FUZZ_CHECK(mailboxes);
-        intoMailbox = true;
+      if (packet.sharedSlots && !sharedSlots) {
+        sharedSlots = SharedSlots::make(&shared);
+        FUZZ_CHECK(sharedSlots);
+        intoSharedSlot = true;
       }
       // Not this socket, whose end would not come before that of the packet.
-      const std::vector<int> descriptors(packet.descriptors, packet.mailboxes ? shared.get() : STDERR_FILENO);
+      const std::vector<int> descriptors(packet.descriptors,
+                                         packet.sharedSlots ? shared.get() : STDERR_FILENO);
       std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size() * sizeof(int));
     }
     if (::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;

@@ -19,14 +19,14 @@ struct Packet {
   std::vector<uint8_t> bytes;
   /** What goes with it. The descriptors are all the same. */
   size_t descriptors = 0;
-  bool mailboxes = false;
+  bool sharedSlots = false;
 };
 
 /**
  * What comes over a connection: packets, each after its size. A size with the highest bit set stands for so
  * many times 16 bytes of zeros that are not in the input; with the two highest, for descriptors that go with
- * the next packet, mailboxes or something else. The packet after the first that brings mailboxes is put into
- * one of them. The packets hold about 100 kB at most, which goes into a socket's buffer at once.
+ * the next packet, shared slots or something else. The packet after the first that brings shared slots is put
+ * into one of them. The packets hold about 100 kB at most, which goes into a socket's buffer at once.
  */
 std::vector<Packet> packetsOf(Bytes bytes, const Known& known);
 

@@ -82,8 +82,8 @@ struct Processes {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Processes& processes = *new Processes;
   processes.hostile->answer(vesk::fuzz::packetsOf({data, size}, processes.known));
-  // A new one each time: the lane of the one before is at its end.
-  const auto remote = std::make_shared<Remote>(kHostile);
+  // A new one each time: the channel of the one before is at its end.
+  const auto remote = std::make_shared<OwnerProcess>(kHostile);
   Parcel request;
   Parcel reply;
   request.writeInt32(1);

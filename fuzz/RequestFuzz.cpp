@@ -1,4 +1,4 @@
-/* What a process reads from those that call it: frames of any kind over a lane. */
+/* What a process reads from those that call it: frames of any kind over a channel. */
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -110,7 +110,7 @@ void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets)
   vesk::fuzz::sendPackets(caller.get(), packets);
   ::shutdown(caller.get(), SHUT_WR);
 
-  const auto peer = std::make_shared<Peer>(77, ::getpid());
+  const auto peer = std::make_shared<HolderProcess>(77, ::getpid());
   FUZZ_CHECK(peer->hold(process.known.objects[0], process.held));
   serve(std::move(served), peer, ::getuid());
   expectReplies(caller);

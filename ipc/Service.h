@@ -24,12 +24,12 @@
 namespace com::qv {
 
 /** What a function returns when there is no client. */
-struct Absent {
+struct IfNotConnected {
   int value;
 };
 
 /** What an out-value holds before the call, and so after a failed one. */
-struct Preset {
+struct IfFailed {
   int value;
 };
 
@@ -102,12 +102,13 @@ class Service {
   template <class... Parameters, class... Arguments>
   int value(Method<Parameters...> method, Arguments... arguments) const {
     constexpr int kNone = std::is_same_v<OutValue<Parameters...>, bool> ? 0 : -1;
-    return value(Absent{kNone}, Preset{kNone}, method, arguments...);
+    return value(IfNotConnected{kNone}, IfFailed{kNone}, method, arguments...);
   }
 
   /** The same for a method with values of its own. */
   template <class... Parameters, class... Arguments>
-  int value(Absent absent, Preset preset, Method<Parameters...> method, Arguments... arguments) const {
+  int value(IfNotConnected absent, IfFailed preset, Method<Parameters...> method,
+            Arguments... arguments) const {
     return valuePlain(absent, preset, method, plain(arguments)...);
   }
 
@@ -127,7 +128,7 @@ class Service {
 
   /** A method with one text as out-value, handed out by `rule` (see Text.h), whose result is returned. */
   template <class Rule, class... Parameters, class... Arguments>
-  int text(Absent absent, Rule rule, Method<Parameters...> method, Arguments... arguments) const {
+  int text(IfNotConnected absent, Rule rule, Method<Parameters...> method, Arguments... arguments) const {
     return textPlain(absent, rule, method, plain(arguments)...);
   }
 
@@ -167,7 +168,7 @@ class Service {
   }
 
   template <class... Parameters, class... Arguments>
-  [[gnu::noinline]] int valuePlain(Absent absent, Preset preset, Method<Parameters...> method,
+  [[gnu::noinline]] int valuePlain(IfNotConnected absent, IfFailed preset, Method<Parameters...> method,
                                    Arguments... arguments) const {
     auto result = static_cast<OutValue<Parameters...>>(preset.value);
     return call(method, arguments..., &result) ? result : absent.value;
@@ -188,7 +189,7 @@ class Service {
   }
 
   template <class Rule, class... Parameters, class... Arguments>
-  [[gnu::noinline]] int textPlain(Absent absent, Rule rule, Method<Parameters...> method,
+  [[gnu::noinline]] int textPlain(IfNotConnected absent, Rule rule, Method<Parameters...> method,
                                   Arguments... arguments) const {
     std::string result;
     return call(method, arguments..., &result) ? rule.store(result) : absent.value;

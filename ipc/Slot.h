@@ -6,8 +6,8 @@
 #include <com/qv/ClientBase.h>
 #include <utils/StrongPointer.h>
 
+#include "ipc/FutexMutex.h"
 #include "ipc/Method.h"
-#include "ipc/ShortLock.h"
 
 namespace com::qv {
 
@@ -61,7 +61,7 @@ class Slot {
  private:
   std::shared_ptr<const Callee> callee() const;
 
-  mutable ShortLock lock_;
+  mutable FutexMutex lock_;
   Connection current_;
 };
 

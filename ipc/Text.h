@@ -10,22 +10,22 @@ namespace com::qv {
  */
 
 /** Always terminated, cut to fit. */
-struct Cut {
+struct Truncate {
   char* buffer;
   int size;
   int store(const std::string& text) const;
 };
 
 /** All or nothing: -1, and nothing written, unless the text and its terminator fit. */
-struct Whole {
+struct AllOrNothing {
   char* buffer;
   int size;
   int store(const std::string& text) const;
 };
 
-/** Cut to fit; the rest of the buffer is filled with zeros. An empty answer gives `onEmpty` and writes
+/** Truncate to fit; the rest of the buffer is filled with zeros. An empty answer gives `onEmpty` and writes
  * nothing. */
-struct Bounded {
+struct TruncateZeroFill {
   char* buffer;
   int size;
   int onEmpty;
@@ -33,7 +33,7 @@ struct Bounded {
 };
 
 /** The whole text with its terminator, whatever its length: the caller answers for the room. */
-struct Unbounded {
+struct Unchecked {
   char* buffer;
   int store(const std::string& text) const;
 };

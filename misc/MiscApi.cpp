@@ -29,7 +29,8 @@ const ReleaseAtExit<MiscClient> kReleaseAtExit{service};
 
 }  // namespace
 
-Guarded<vesk_misc_callbacks>& com::qv::miscCallbacks = immortal<Guarded<vesk_misc_callbacks>>(kNoCallbacks);
+Synchronized<vesk_misc_callbacks>& com::qv::miscCallbacks =
+    immortal<Synchronized<vesk_misc_callbacks>>(kNoCallbacks);
 
 /* Connecting and events */
 
@@ -60,7 +61,9 @@ void binder_notify_lcd_screen_shot_ready(void) { service.send(MiscService::notif
 
 /* USB disk and recordings */
 
-int binder_get_udisk_status(void) { return service.value(Absent{3}, Preset{3}, MiscService::getUdiskStatus); }
+int binder_get_udisk_status(void) {
+  return service.value(IfNotConnected{3}, IfFailed{3}, MiscService::getUdiskStatus);
+}
 int binder_get_udisk_capacity(void* out) {
   return service.fetch<VESK_UDISK_CAPACITY_SIZE>(out, MiscService::getUdiskCapacity);
 }
@@ -96,5 +99,5 @@ int binder_get_mqtt_multicast_action(char* dst, size_t size) {
     *dst = '\0';
     return -1;
   }
-  return Cut{dst, static_cast<int>(std::min(size, sizeof(info)))}.store(info);
+  return Truncate{dst, static_cast<int>(std::min(size, sizeof(info)))}.store(info);
 }

@@ -3,12 +3,12 @@
 #include <binder/Status.h>
 #include <vesk/misc.h>
 
-#include "ipc/Guarded.h"
+#include "ipc/Synchronized.h"
 
 namespace com::qv {
 
 /** What the application wants to be told of, as of the current connection. */
-extern Guarded<vesk_misc_callbacks>& miscCallbacks;
+extern Synchronized<vesk_misc_callbacks>& miscCallbacks;
 
 /** Calls the application's callback; the end of every event. It is not tested for null: the contract is that
  * the application gives a function for every event. */

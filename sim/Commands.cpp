@@ -158,7 +158,7 @@ std::optional<Command> status(const Words&, std::string*) {
              "\n";
     });
     text += runner.device().misc().use([](MiscDevice& misc) { return misc.describe(); }) + "\n";
-    for (const android::sp<FaultyService>& service : runner.device().services()) text += service->describe();
+    for (const android::sp<FaultInjector>& service : runner.device().services()) text += service->describe();
     return text;
   }};
 }

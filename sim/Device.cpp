@@ -77,15 +77,15 @@ Device::Device(const Options& options, const std::shared_ptr<Store>& store)
       services_([this] {
         const android::sp<android::BBinder> served[] = {callService_, configService_, databaseService_,
                                                         miscService_, relayService_,  externalKeyService_};
-        std::vector<android::sp<FaultyService>> services;
+        std::vector<android::sp<FaultInjector>> services;
         for (size_t i = 0; i < std::size(served); ++i) {
-          services.push_back(new FaultyService(kServiceRows[i].name, served[i], kServiceRows[i].methods,
+          services.push_back(new FaultInjector(kServiceRows[i].name, served[i], kServiceRows[i].methods,
                                                kServiceRows[i].events));
         }
         return services;
       }()) {
-  callService_->distortEvents([weak = android::wp<FaultyService>(services_[0])](EventType event) {
-    const android::sp<FaultyService> service = weak.promote();
+  callService_->distortEvents([weak = android::wp<FaultInjector>(services_[0])](EventType event) {
+    const android::sp<FaultInjector> service = weak.promote();
     return service == nullptr ? 0 : service->moreBytesOfEvent(static_cast<uint32_t>(event));
   });
 }
@@ -104,7 +104,7 @@ bool Device::load(std::string* error) {
 }
 
 bool Device::registerServices(std::string* error) const {
-  for (const android::sp<FaultyService>& service : services_) {
+  for (const android::sp<FaultInjector>& service : services_) {
     if (const android::status_t added = service->revive(); added != android::OK) {
       *error = std::string("can't register ") + service->name() + ": " + android::statusToString(added);
       return false;
@@ -113,7 +113,7 @@ bool Device::registerServices(std::string* error) const {
   return true;
 }
 
-uint64_t Device::kill(FaultyService& service) {
+uint64_t Device::kill(FaultInjector& service) {
   const uint64_t deaths = service.die();
   constexpr std::chrono::milliseconds kAtOnce{0};
   if (service.name() == std::string_view("com.qv.CallService")) callService_->stopEvents(kAtOnce);

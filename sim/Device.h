@@ -6,7 +6,7 @@
 #include <string_view>
 #include <vector>
 
-#include "FaultyService.h"
+#include "FaultInjector.h"
 #include "Options.h"
 #include "call/CallService.h"
 #include "config/ConfigService.h"
@@ -35,15 +35,15 @@ class Device {
   /** Null, with the reason in `error`, if the state can't be read or a service can't be registered. */
   static std::unique_ptr<Device> start(const Options& options, std::string* error);
 
-  LivePhone& phone() { return callService_->phone(); }
-  Live<MiscDevice>& misc() { return miscService_->device(); }
+  RealTimePhone& phone() { return callService_->phone(); }
+  RealTime<MiscDevice>& misc() { return miscService_->device(); }
 
   DatabaseService& database() { return *databaseService_; }
-  Live<Relays>& relays() { return relayService_->relays(); }
+  RealTime<Relays>& relays() { return relayService_->relays(); }
 
-  const std::vector<android::sp<FaultyService>>& services() const { return services_; }
+  const std::vector<android::sp<FaultInjector>>& services() const { return services_; }
   /** Has a service die for its callers; its listeners hear no more of it. */
-  uint64_t kill(FaultyService& service);
+  uint64_t kill(FaultInjector& service);
 
   /** No more events; waits until no listener is being called, or the time is over. */
   void stopEvents(std::chrono::milliseconds patience);
@@ -61,7 +61,7 @@ class Device {
   const android::sp<MiscService> miscService_;
   const android::sp<RelayService> relayService_;
   const android::sp<ExternalKeyService> externalKeyService_;
-  const std::vector<android::sp<FaultyService>> services_;
+  const std::vector<android::sp<FaultInjector>> services_;
 };
 
 }  // namespace sim

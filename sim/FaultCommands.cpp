@@ -119,7 +119,7 @@ std::optional<Command> die(const Words& words, std::string* error) {
   if (words.size() > 1) pause = words.size() == 3 && words[1] == "for" ? parseTime(words[2]) : std::nullopt;
   if (!service || !pause) return std::nullopt;
   return Command{[=](Runner& runner) {
-    const android::sp<FaultyService> dying = runner.device().services()[*service];
+    const android::sp<FaultInjector> dying = runner.device().services()[*service];
     const uint64_t death = runner.device().kill(*dying);
     runner.after(*pause, [dying, death] {
       // A later death has a pause of its own.
@@ -139,7 +139,7 @@ std::optional<Command> heal(const Words& words, std::string* error) {
   return Command{[=](Runner& runner) {
     const auto& services = runner.device().services();
     for (size_t i = 0; i < services.size(); ++i) {
-      if (!only || *only == i) services[i]->heal();
+      if (!only || *only == i) services[i]->clearFaults();
     }
     return std::string();
   }};

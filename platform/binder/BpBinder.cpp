@@ -5,11 +5,11 @@
 #include <algorithm>
 #include <utility>
 
-#include "Remotes.h"
+#include "OwnerProcesses.h"
 
 namespace android {
 
-BpBinder::BpBinder(std::shared_ptr<transport::Remote> process, uint64_t number)
+BpBinder::BpBinder(std::shared_ptr<transport::OwnerProcess> process, uint64_t number)
     : process_(std::move(process)), number_(number) {}
 
 BpBinder::~BpBinder() { process_->release(*this); }

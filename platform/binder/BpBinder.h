@@ -12,14 +12,14 @@
 namespace android {
 
 namespace transport {
-class Remote;
+class OwnerProcess;
 }
 
-/** The stand-in of an object that lives in another process. There is one per object. */
+/** The host platform of an object that lives in another process. There is one per object. */
 class BpBinder final : public IBinder {
  public:
   /** The object's process counts a reference for this proxy, which is released with it. */
-  BpBinder(std::shared_ptr<transport::Remote> process, uint64_t number);
+  BpBinder(std::shared_ptr<transport::OwnerProcess> process, uint64_t number);
 
   const String16& getInterfaceDescriptor() const override;
   bool isBinderAlive() const override;
@@ -31,7 +31,7 @@ class BpBinder final : public IBinder {
                          wp<DeathRecipient>* outRecipient = nullptr) override;
   BpBinder* remoteBinder() override { return this; }
 
-  const transport::Remote& process() const { return *process_; }
+  const transport::OwnerProcess& process() const { return *process_; }
   uint64_t number() const { return number_; }
 
   /** The object is no more, though its process may live. */
@@ -49,7 +49,7 @@ class BpBinder final : public IBinder {
 
   ~BpBinder() override;
 
-  const std::shared_ptr<transport::Remote> process_;
+  const std::shared_ptr<transport::OwnerProcess> process_;
   const uint64_t number_;
   std::atomic<bool> dead_{false};
 

@@ -6,7 +6,7 @@
 
 namespace android::transport {
 
-bool Peer::hold(uint64_t number, const sp<BBinder>& object) {
+bool HolderProcess::hold(uint64_t number, const sp<BBinder>& object) {
   const std::lock_guard lock(mutex_);
   // A number that goes meanwhile is gone before retire() asks here.
   if (dead_ || !Exports::isNumberOf(*object, number)) return false;
@@ -15,26 +15,26 @@ bool Peer::hold(uint64_t number, const sp<BBinder>& object) {
   return true;
 }
 
-sp<BBinder> Peer::drop(uint64_t number) {
+sp<BBinder> HolderProcess::drop(uint64_t number) {
   const std::lock_guard lock(mutex_);
   const auto entry = references_.find(number);
   if (entry == references_.end() || --entry->second.count > 0) return nullptr;
   return std::move(references_.extract(entry).mapped().object);
 }
 
-sp<BBinder> Peer::forget(uint64_t number) {
+sp<BBinder> HolderProcess::forget(uint64_t number) {
   const std::lock_guard lock(mutex_);
   const auto entry = references_.find(number);
   return entry == references_.end() ? nullptr : std::move(references_.extract(entry).mapped().object);
 }
 
-sp<BBinder> Peer::find(uint64_t number) {
+sp<BBinder> HolderProcess::find(uint64_t number) {
   const std::lock_guard lock(mutex_);
   const auto entry = references_.find(number);
   return entry == references_.end() ? nullptr : entry->second.object;
 }
 
-std::vector<sp<BBinder>> Peer::dropAll() {
+std::vector<sp<BBinder>> HolderProcess::dropAll() {
   std::vector<sp<BBinder>> dropped;
   const std::lock_guard lock(mutex_);
   dead_ = true;
@@ -65,17 +65,17 @@ void Exports::remove(uint64_t number) {
   objects_.erase(number);
 }
 
-uint64_t Exports::retire(BBinder* object, std::vector<std::shared_ptr<Peer>>* holders) {
-  std::vector<std::shared_ptr<Peer>> peers;
+uint64_t Exports::retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders) {
+  std::vector<std::shared_ptr<HolderProcess>> peers;
   uint64_t number;
   {
     const std::lock_guard lock(mutex_);
     number = object->exportedAs_.exchange(0);
     if (number == 0) return 0;
     objects_.erase(number);
-    for (const auto& [process, peer] : peers_) peers.push_back(peer);
+    for (const auto& [process, peer] : holders_) peers.push_back(peer);
   }
-  for (std::shared_ptr<Peer>& peer : peers) {
+  for (std::shared_ptr<HolderProcess>& peer : peers) {
     if (peer->forget(number) != nullptr) holders->push_back(std::move(peer));
   }
   return number;
@@ -87,23 +87,23 @@ void Exports::keepService(const std::string& name, const sp<IBinder>& service) {
   services_[name].swap(kept);
 }
 
-std::shared_ptr<Peer> Exports::addPeer(uint64_t process, pid_t pid) {
+std::shared_ptr<HolderProcess> Exports::addHolder(uint64_t process, pid_t pid) {
   const std::lock_guard lock(mutex_);
-  const auto [entry, isNew] = peers_.try_emplace(process);
+  const auto [entry, isNew] = holders_.try_emplace(process);
   if (!isNew) return nullptr;
-  entry->second = std::make_shared<Peer>(process, pid);
+  entry->second = std::make_shared<HolderProcess>(process, pid);
   return entry->second;
 }
 
-std::shared_ptr<Peer> Exports::peer(uint64_t process) {
+std::shared_ptr<HolderProcess> Exports::peer(uint64_t process) {
   const std::lock_guard lock(mutex_);
-  const auto entry = peers_.find(process);
-  return entry == peers_.end() ? nullptr : entry->second;
+  const auto entry = holders_.find(process);
+  return entry == holders_.end() ? nullptr : entry->second;
 }
 
-void Exports::removePeer(const Peer& peer) {
+void Exports::removeHolder(const HolderProcess& peer) {
   const std::lock_guard lock(mutex_);
-  peers_.erase(peer.id());
+  holders_.erase(peer.id());
 }
 
 }  // namespace android::transport

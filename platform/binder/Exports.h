@@ -15,9 +15,9 @@
 namespace android::transport {
 
 /** Another process, as the owner of objects sees it: the references that it holds. */
-class Peer {
+class HolderProcess {
  public:
-  Peer(uint64_t process, pid_t pid) : id_(process), pid_(pid) {}
+  HolderProcess(uint64_t process, pid_t pid) : id_(process), pid_(pid) {}
 
   uint64_t id() const { return id_; }
   pid_t pid() const { return pid_; }
@@ -57,7 +57,7 @@ class Exports {
   void remove(uint64_t number);
   /** Takes the object's number away for good; 0 if it has none. Nobody holds it by that any more, and
    * `holders` are those who did. */
-  uint64_t retire(BBinder* object, std::vector<std::shared_ptr<Peer>>* holders);
+  uint64_t retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders);
   static bool isNumberOf(const BBinder& object, uint64_t number) {
     return object.exportedAs_.load() == number;
   }
@@ -66,15 +66,15 @@ class Exports {
   void keepService(const std::string& name, const sp<IBinder>& service);
 
   /** A process has connected. Null if it has already. */
-  std::shared_ptr<Peer> addPeer(uint64_t process, pid_t pid);
-  std::shared_ptr<Peer> peer(uint64_t process);
-  void removePeer(const Peer& peer);
+  std::shared_ptr<HolderProcess> addHolder(uint64_t process, pid_t pid);
+  std::shared_ptr<HolderProcess> peer(uint64_t process);
+  void removeHolder(const HolderProcess& peer);
 
  private:
   std::mutex mutex_;
   std::unordered_map<uint64_t, wp<BBinder>> objects_;
   std::unordered_map<std::string, sp<IBinder>> services_;
-  std::unordered_map<uint64_t, std::shared_ptr<Peer>> peers_;
+  std::unordered_map<uint64_t, std::shared_ptr<HolderProcess>> holders_;
 };
 
 }  // namespace android::transport

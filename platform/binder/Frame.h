@@ -9,20 +9,20 @@
  *
  * A connection opens with one Hello. A watch connection is answered by a Hello, and its end is the death of
  * the other side. Before that, who was called may send an ObjectDeath over it, as often as there is one to
- * tell of; who has called says nothing more. On a lane, frames follow: a FrameHeader, the parcel's data, and
- * an ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the
+ * tell of; who has called says nothing more. On a channel, frames follow: a FrameHeader, the parcel's data,
+ * and an ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the
  * serving side answers all but the release with a reply. A reply that holds binders is held by its sender
  * until the caller has answered it with a claimed frame.
  *
- * The calling side may open a lane with a share frame, which brings the Mailboxes of the lane as a file
- * descriptor. The first reply says whether the serving side has them, too. If so, every later frame goes by
- * them, as far as it fits in, and the rest over the socket.
+ * The calling side may open a channel with a share frame, which brings the SharedSlots of the channel as a
+ * file descriptor. The first reply says whether the serving side has them, too. If so, every later frame goes
+ * by them, as far as it fits in, and the rest over the socket.
  */
 namespace android::transport {
 
 constexpr uint32_t kMagic = 0x31444e42;  // "BND1"
 
-enum class ConnectionKind : uint32_t { kLane = 1, kWatch = 2 };
+enum class ConnectionKind : uint32_t { kChannel = 1, kWatch = 2 };
 
 struct Hello {
   uint32_t magic = kMagic;
@@ -45,13 +45,13 @@ enum class FrameKind : uint32_t {
   kAcquire = 4,
   /** The calling process lets go of `object`, once for each acquire. Not answered. */
   kRelease = 5,
-  /** The first frame of a lane: here are mailboxes. Not answered. */
+  /** The first frame of a channel: here are shared slots. Not answered. */
   kShare = 6,
 };
 
 /** In a request: the one before was answered a moment ago, so that the next is likely to follow as fast. */
 constexpr uint32_t kHintBackToBack = 1;
-/** In a reply, the first of a lane: this side has the mailboxes, and all that follows goes by them. */
+/** In a reply, the first of a channel: this side has the shared slots, and all that follows goes by them. */
 constexpr uint32_t kHintShared = 2;
 
 struct FrameHeader {
@@ -63,7 +63,7 @@ struct FrameHeader {
   int32_t status = 0;
   uint32_t dataSize = 0;
   uint32_t objectCount = 0;
-  /** About the lane, not the transaction: kHint... */
+  /** About the channel, not the transaction: kHint... */
   uint32_t hints = 0;
 };
 

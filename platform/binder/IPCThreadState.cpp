@@ -44,7 +44,7 @@ void IPCThreadState::restoreCallingIdentity(int64_t token) {
 
 void IPCThreadState::joinThreadPool(bool /*isMain*/) {
   ProcessState::self()->startThreadPool();
-  // The lanes have threads of their own.
+  // The channels have threads of their own.
   for (;;) ::pause();
 }
 

@@ -14,9 +14,9 @@
 #include <utility>
 #include <vector>
 
+#include "Channel.h"
 #include "Exports.h"
-#include "Lane.h"
-#include "Remotes.h"
+#include "OwnerProcesses.h"
 #include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
 #include "Transport.h"
@@ -25,20 +25,20 @@ namespace android::transport {
 
 namespace {
 
-/** Marks the events of lanes. Any thread may close a lane, and its descriptor may be that of another
+/** Marks the events of channels. Any thread may close a channel, and its descriptor may be that of another
  * connection before the event is looked at. */
-constexpr uint64_t kOfLane = uint64_t{1} << 32;
+constexpr uint64_t kOfChannel = uint64_t{1} << 32;
 
 /** Until what failed for want of descriptors or threads is tried again. */
 constexpr int kRetryMs = 50;
 
 /** Who connects says at once who it is. */
-constexpr std::chrono::seconds kHelloPatience(5);
+constexpr std::chrono::seconds kHelloTimeout(5);
 /** More than ever connect at a time, and few enough to leave descriptors for those who do say something. */
 constexpr size_t kMaxStrangers = 512;
 
 /** Logs a failure. Never under a lock: the application's logger may use the binder. */
-status_t told(status_t status, const char* what) {
+status_t logged(status_t status, const char* what) {
   if (status != OK) __android_log_print(ANDROID_LOG_ERROR, "binder", "%s: %s", what, std::strerror(-status));
   return status;
 }
@@ -59,7 +59,7 @@ status_t Reactor::start() {
   UniqueFd epoll(::epoll_create1(EPOLL_CLOEXEC));
   if (!epoll.valid()) return -errno;
   pthread_sigmask(SIG_SETMASK, nullptr, &applicationMask_);
-  hasForeignThread_ = hasForeignThread_ || foreign_.start(applicationMask_);
+  hasForeignThread_ = hasForeignThread_ || callbacks_.start(applicationMask_);
   epoll_ = std::move(epoll);
   if (hasForeignThread_ && startThread("binder:reactor", maskOfReactor(), [this] { run(); })) return OK;
   epoll_ = UniqueFd();
@@ -129,7 +129,7 @@ status_t Reactor::openSocket(std::string* failure) {
   return OK;
 }
 
-status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remote) {
+status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<OwnerProcess>& remote) {
   Entry entry;
   entry.connection = std::move(connection);
   entry.remote = remote;
@@ -138,52 +138,53 @@ status_t Reactor::watch(UniqueFd connection, const std::shared_ptr<Remote>& remo
   return status == OK ? add(std::move(entry)) : status;
 }
 
-bool Reactor::watch(Lane* lane) {
+bool Reactor::watch(Channel* channel) {
   const std::lock_guard lock(mutex_);
   if (start() != OK) return false;
   epoll_event event = {};
-  // Whatever else comes over the socket is read by the lane itself.
+  // Whatever else comes over the socket is read by the channel itself.
   event.events = EPOLLRDHUP | EPOLLONESHOT;
-  event.data.u64 = kOfLane | static_cast<uint32_t>(lane->socket());
-  if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, lane->socket(), &event) < 0) return false;
-  lanes_.emplace(lane->socket(), lane);
+  event.data.u64 = kOfChannel | static_cast<uint32_t>(channel->socket());
+  if (::epoll_ctl(epoll_.get(), EPOLL_CTL_ADD, channel->socket(), &event) < 0) return false;
+  channels_.emplace(channel->socket(), channel);
   return true;
 }
 
-void Reactor::forget(Lane* lane) {
+void Reactor::forget(Channel* channel) {
   // The parent still waits at the descriptor that the child has, too.
   if (Transport::self().forked) return;
   const std::lock_guard lock(mutex_);
-  ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, lane->socket(), nullptr);
-  lanes_.erase(lane->socket());
-  ended_.erase(lane);
+  ::epoll_ctl(epoll_.get(), EPOLL_CTL_DEL, channel->socket(), nullptr);
+  channels_.erase(channel->socket());
+  ended_.erase(channel);
 }
 
-void Reactor::endLane(int fd) {
+void Reactor::endChannel(int fd) {
   const std::lock_guard lock(mutex_);
-  const auto entry = lanes_.find(fd);
-  if (entry == lanes_.end()) return;
-  // It may be another lane than that of the event.
+  const auto entry = channels_.find(fd);
+  if (entry == channels_.end()) return;
+  // It may be another channel than that of the event.
   pollfd poller{fd, POLLRDHUP, 0};
   if (::poll(&poller, 1, 0) == 1 && entry->second->end()) ended_.insert(entry->second);
 }
 
-void Reactor::endLanesAgain() {
+void Reactor::endChannelsAgain() {
   const std::lock_guard lock(mutex_);
-  std::erase_if(ended_, [](Lane* lane) { return !lane->end(); });
+  std::erase_if(ended_, [](Channel* channel) { return !channel->end(); });
 }
 
 void Reactor::run() {
   for (;;) {
     epoll_event event;
     const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeoutMs());
-    endLanesAgain();
-    std::erase_if(waiting_, [this](const WaitingLane& lane) { return serveOnThread(lane); });
-    while (!strangers_.empty() && strangers_.front().deadline <= Clock::now()) listenToOldestStranger();
+    endChannelsAgain();
+    std::erase_if(waiting_, [this](const WaitingChannel& channel) { return serveOnThread(channel); });
+    while (!pendingConnections_.empty() && pendingConnections_.front().deadline <= Clock::now())
+      dropOldestPendingConnection();
     if (ready != 1) continue;
     const int fd = static_cast<int>(static_cast<uint32_t>(event.data.u64));
-    if ((event.data.u64 & kOfLane) != 0) {
-      endLane(fd);
+    if ((event.data.u64 & kOfChannel) != 0) {
+      endChannel(fd);
       continue;
     }
     bool isListening;
@@ -205,13 +206,14 @@ int Reactor::timeoutMs() {
     const std::lock_guard lock(mutex_);
     if (!ended_.empty()) return kRetryMs;
   }
-  if (strangers_.empty()) return -1;
-  const auto left = std::chrono::ceil<std::chrono::milliseconds>(strangers_.front().deadline - Clock::now());
+  if (pendingConnections_.empty()) return -1;
+  const auto left =
+      std::chrono::ceil<std::chrono::milliseconds>(pendingConnections_.front().deadline - Clock::now());
   return std::max(0, static_cast<int>(left.count()));
 }
 
 /** If it has said nothing, it is dropped. What it has said may not have been looked at yet. */
-void Reactor::listenToOldestStranger() { readable(strangers_.front().fd); }
+void Reactor::dropOldestPendingConnection() { readable(pendingConnections_.front().fd); }
 
 void Reactor::accept() {
   Entry entry;
@@ -219,13 +221,13 @@ void Reactor::accept() {
   if (!entry.connection.valid()) {
     const int error = errno;
     if (error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM) {
-      if (acceptFailure_.isNews(error)) told(-error, "can't accept connections");
+      if (acceptFailure_.shouldLog(error)) logged(-error, "can't accept connections");
       // It stays in the queue; without a pause this would be a busy loop.
       std::this_thread::sleep_for(std::chrono::milliseconds(kRetryMs));
     }
     return;
   }
-  acceptFailure_.isNews(0);
+  acceptFailure_.shouldLog(0);
   socklen_t size = sizeof(entry.credentials);
   if (::getsockopt(entry.connection.get(), SOL_SOCKET, SO_PEERCRED, &entry.credentials, &size) < 0 ||
       entry.credentials.uid != ::geteuid()) {
@@ -237,15 +239,15 @@ void Reactor::accept() {
     return;
   }
   refusesOthers_ = false;
-  if (strangers_.size() >= kMaxStrangers) {
-    if (!tooManyStrangers_) {
+  if (pendingConnections_.size() >= kMaxStrangers) {
+    if (!tooManyPendingConnections_) {
       __android_log_print(ANDROID_LOG_WARN, "binder",
                           "too many connections that say nothing, drops the oldest");
     }
-    tooManyStrangers_ = true;
-    listenToOldestStranger();
-  } else if (strangers_.size() < kMaxStrangers / 2) {
-    tooManyStrangers_ = false;
+    tooManyPendingConnections_ = true;
+    dropOldestPendingConnection();
+  } else if (pendingConnections_.size() < kMaxStrangers / 2) {
+    tooManyPendingConnections_ = false;
   }
   const int fd = entry.connection.get();
   status_t status;
@@ -253,8 +255,8 @@ void Reactor::accept() {
     const std::lock_guard lock(mutex_);
     status = add(std::move(entry));
   }
-  if (told(status, "can't wait for a connection") == OK)
-    strangers_.push_back({fd, Clock::now() + kHelloPatience});
+  if (logged(status, "can't wait for a connection") == OK)
+    pendingConnections_.push_back({fd, Clock::now() + kHelloTimeout});
 }
 
 void Reactor::readable(int fd) {
@@ -263,21 +265,21 @@ void Reactor::readable(int fd) {
     // The last word of a listening socket that has just been replaced.
   } else if (entry.peer != nullptr) {
     // Nothing is ever sent here, so this is the end of the process, or of its good behaviour.
-    Transport::self().exports.removePeer(*entry.peer);
+    Transport::self().exports.removeHolder(*entry.peer);
     auto dropped = std::make_shared<std::vector<sp<BBinder>>>(entry.peer->dropAll());
-    if (!dropped->empty()) runForeign("binder:drop", [dropped] { dropped->clear(); });
+    if (!dropped->empty()) runCallback("binder:drop", [dropped] { dropped->clear(); });
   } else if (entry.remote != nullptr) {
-    hear(std::move(entry));
+    onWatchMessage(std::move(entry));
   } else {
-    std::erase_if(strangers_, [fd](const Stranger& stranger) { return stranger.fd == fd; });
+    std::erase_if(pendingConnections_, [fd](const PendingConnection& stranger) { return stranger.fd == fd; });
     Hello hello;
     const ssize_t size =
         retryOnInterrupt([&] { return ::recv(fd, &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC); });
-    if (size == sizeof(hello) && hello.magic == kMagic) greet(std::move(entry), hello);
+    if (size == sizeof(hello) && hello.magic == kMagic) onHello(std::move(entry), hello);
   }
 }
 
-void Reactor::tellOfDeath(const Peer& holder, ObjectDeath number) {
+void Reactor::tellOfDeath(const HolderProcess& holder, ObjectDeath number) {
   const std::lock_guard lock(mutex_);
   for (const auto& [fd, entry] : entries_) {
     if (entry.peer.get() != &holder) continue;
@@ -290,11 +292,11 @@ void Reactor::tellOfDeath(const Peer& holder, ObjectDeath number) {
 }
 
 /** The owner of objects says that one is no more, or says nothing any more. */
-void Reactor::hear(Entry entry) {
+void Reactor::onWatchMessage(Entry entry) {
   ObjectDeath number;
   const ssize_t size = retryOnInterrupt(
       [&] { return ::recv(entry.connection.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC); });
-  const std::shared_ptr<Remote> remote = entry.remote;
+  const std::shared_ptr<OwnerProcess> remote = entry.remote;
   if (size != sizeof(number)) return remote->died();
   remote->objectDied(number);
   status_t status;
@@ -305,44 +307,44 @@ void Reactor::hear(Entry entry) {
   if (status != OK) remote->died();
 }
 
-void Reactor::greet(Entry entry, const Hello& hello) {
+void Reactor::onHello(Entry entry, const Hello& hello) {
   Exports& exports = Transport::self().exports;
   if (hello.kind == ConnectionKind::kWatch) {
-    entry.peer = exports.addPeer(hello.process, entry.credentials.pid);
+    entry.peer = exports.addHolder(hello.process, entry.credentials.pid);
     if (entry.peer == nullptr) return;
     const Hello answer{.kind = ConnectionKind::kWatch, .process = Transport::self().id};
     const auto answering = [&] {
       return ::send(entry.connection.get(), &answer, sizeof(answer), MSG_NOSIGNAL | MSG_DONTWAIT);
     };
     if (retryOnInterrupt(answering) < 0) {
-      if (errno != EPIPE && errno != ECONNRESET) told(-errno, "can't answer a process");
-      exports.removePeer(*entry.peer);
+      if (errno != EPIPE && errno != ECONNRESET) logged(-errno, "can't answer a process");
+      exports.removeHolder(*entry.peer);
       return;
     }
-    const std::shared_ptr<Peer> peer = entry.peer;
+    const std::shared_ptr<HolderProcess> peer = entry.peer;
     status_t status;
     {
       const std::lock_guard lock(mutex_);
       status = add(std::move(entry));
     }
-    if (told(status, "can't wait for the end of a process") != OK) exports.removePeer(*peer);
-  } else if (hello.kind == ConnectionKind::kLane) {
-    std::shared_ptr<Peer> peer = exports.peer(hello.process);
+    if (logged(status, "can't wait for the end of a process") != OK) exports.removeHolder(*peer);
+  } else if (hello.kind == ConnectionKind::kChannel) {
+    std::shared_ptr<HolderProcess> peer = exports.peer(hello.process);
     if (peer == nullptr || peer->pid() != entry.credentials.pid) return;
-    const WaitingLane lane{std::make_shared<UniqueFd>(std::move(entry.connection)), std::move(peer),
-                           entry.credentials.uid};
-    if (serveOnThread(lane)) return;
+    const WaitingChannel channel{std::make_shared<UniqueFd>(std::move(entry.connection)), std::move(peer),
+                                 entry.credentials.uid};
+    if (serveOnThread(channel)) return;
     if (waiting_.empty()) {
       __android_log_print(ANDROID_LOG_ERROR, "binder",
                           "no thread for a caller, who waits until there can be one");
     }
-    waiting_.push_back(lane);
+    waiting_.push_back(channel);
   }
 }
 
-bool Reactor::serveOnThread(const WaitingLane& lane) {
-  return startThread("binder:lane", applicationMask_,
-                     [lane] { serve(std::move(*lane.connection), lane.peer, lane.uid); });
+bool Reactor::serveOnThread(const WaitingChannel& channel) {
+  return startThread("binder:channel", applicationMask_,
+                     [channel] { serve(std::move(*channel.connection), channel.peer, channel.uid); });
 }
 
 }  // namespace android::transport

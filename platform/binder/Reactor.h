@@ -15,16 +15,16 @@
 
 #include <utils/Errors.h>
 
-#include "Complaint.h"
-#include "ForeignWork.h"
+#include "CallbackExecutor.h"
 #include "Frame.h"
+#include "LogThrottle.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
 
-class Lane;
-class Peer;
-class Remote;
+class Channel;
+class HolderProcess;
+class OwnerProcess;
 
 /**
  * The thread that waits for whatever is not a call: new connections and the ends of the watch connections. It
@@ -36,17 +36,17 @@ class Reactor {
   status_t listen();
 
   /** Has `remote` told when `connection` ends. Logs nothing. */
-  status_t watch(UniqueFd connection, const std::shared_ptr<Remote>& remote);
+  status_t watch(UniqueFd connection, const std::shared_ptr<OwnerProcess>& remote);
 
-  /** Has `lane` told when its socket ends, until it is forgotten. False if that can't be. Logs nothing. */
-  bool watch(Lane* lane);
-  void forget(Lane* lane);
+  /** Has `channel` told when its socket ends, until it is forgotten. False if that can't be. Logs nothing. */
+  bool watch(Channel* channel);
+  void forget(Channel* channel);
 
   /** Tells a process that an object which it held is no more, though its process lives. */
-  void tellOfDeath(const Peer& holder, ObjectDeath number);
+  void tellOfDeath(const HolderProcess& holder, ObjectDeath number);
 
   /** Runs code of the application's that the thread itself must not run. */
-  void runForeign(const char* name, std::function<void()> work) { foreign_.run(name, std::move(work)); }
+  void runCallback(const char* name, std::function<void()> work) { callbacks_.run(name, std::move(work)); }
 
  private:
   /** What a descriptor is for: an accepted connection until its Hello, or one of the two ends of a watch
@@ -54,21 +54,21 @@ class Reactor {
   struct Entry {
     UniqueFd connection;
     ucred credentials = {};
-    std::shared_ptr<Peer> peer;
-    std::shared_ptr<Remote> remote;
+    std::shared_ptr<HolderProcess> peer;
+    std::shared_ptr<OwnerProcess> remote;
   };
 
-  /** A lane for which there is no thread yet. */
-  struct WaitingLane {
+  /** A channel for which there is no thread yet. */
+  struct WaitingChannel {
     std::shared_ptr<UniqueFd> connection;
-    std::shared_ptr<Peer> peer;
+    std::shared_ptr<HolderProcess> peer;
     uid_t uid;
   };
 
   using Clock = std::chrono::steady_clock;
 
   /** A connection that has not said yet what it is for. */
-  struct Stranger {
+  struct PendingConnection {
     int fd;
     Clock::time_point deadline;
   };
@@ -81,34 +81,34 @@ class Reactor {
   Entry take(int fd);
   void run();
   int timeoutMs();
-  void endLane(int fd);
-  void endLanesAgain();
-  void listenToOldestStranger();
+  void endChannel(int fd);
+  void endChannelsAgain();
+  void dropOldestPendingConnection();
   void accept();
   void readable(int fd);
-  void hear(Entry entry);
-  void greet(Entry entry, const Hello& hello);
-  bool serveOnThread(const WaitingLane& lane);
+  void onWatchMessage(Entry entry);
+  void onHello(Entry entry, const Hello& hello);
+  bool serveOnThread(const WaitingChannel& channel);
 
   /** Held while the socket is made, for which other processes may have to be waited for. Before mutex_. */
   std::mutex opening_;
   std::mutex mutex_;
-  ForeignWork foreign_;
+  CallbackExecutor callbacks_;
   bool hasForeignThread_ = false;
   /** The signal mask of the application's threads, and so of those that run its code. */
   sigset_t applicationMask_ = {};
   UniqueFd epoll_;
   UniqueFd listening_;
   std::unordered_map<int, Entry> entries_;
-  std::unordered_map<int, Lane*> lanes_;
+  std::unordered_map<int, Channel*> channels_;
   /** Those that have ended, but may have a thread that still sleeps. */
-  std::unordered_set<Lane*> ended_;
+  std::unordered_set<Channel*> ended_;
   /** Only the thread uses these. */
-  std::vector<WaitingLane> waiting_;
-  std::deque<Stranger> strangers_;
-  bool tooManyStrangers_ = false;
+  std::vector<WaitingChannel> waiting_;
+  std::deque<PendingConnection> pendingConnections_;
+  bool tooManyPendingConnections_ = false;
   bool refusesOthers_ = false;
-  Complaint acceptFailure_;
+  LogThrottle acceptFailure_;
 };
 
 }  // namespace android::transport

@@ -20,7 +20,7 @@
 #include <system_error>
 #include <thread>
 
-#include "Complaint.h"
+#include "LogThrottle.h"
 #include "RetryOnInterrupt.h"
 
 namespace android::transport::runtime_dir {
@@ -230,11 +230,11 @@ bool hasSocket(uint64_t process) { return ::access(pathOf(kSocketPrefix + hex(pr
 bool isListening(uint64_t process) {
   sockaddr_un address;
   if (!socketAddress(process, &address)) return false;
-  static Complaint complaint;
+  static LogThrottle complaint;
   const int error = probe(address);
   const bool isLiving = error == 0 || error == EAGAIN;
   const bool isDead = error == ECONNREFUSED || error == ENOENT;
-  if (complaint.isNews(isLiving || isDead ? 0 : error)) {
+  if (complaint.shouldLog(isLiving || isDead ? 0 : error)) {
     __android_log_print(ANDROID_LOG_ERROR, kTag, "can't look for a process at %s: %s", address.sun_path,
                         std::strerror(error));
   }
@@ -268,10 +268,10 @@ status_t publish(const std::string& name, const Address& address) {
 
 std::optional<Address> lookUp(const std::string& name) {
   // Whoever can write there can give any process for a service.
-  static Complaint complaint;
+  static LogThrottle complaint;
   std::string fault;
   const int error = faultOfDirectory(&fault);
-  if (complaint.isNews(error)) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
+  if (complaint.shouldLog(error)) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
   if (error != 0) return std::nullopt;
 
   char text[64];

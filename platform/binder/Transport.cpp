@@ -39,12 +39,12 @@ status_t Transport::objectAt(const Address& address, sp<IBinder>* object) {
     *object = exports.find(address.number);
     return *object == nullptr ? DEAD_OBJECT : OK;
   }
-  std::shared_ptr<Remote> remote;
-  const status_t status = remotes.connect(address.process, &remote);
+  std::shared_ptr<OwnerProcess> remote;
+  const status_t status = owners.connect(address.process, &remote);
   return status == OK ? remote->proxy(address.number, object) : status;
 }
 
-status_t Transport::describe(const Parcel& parcel, std::vector<ObjectEntry>* entries) {
+status_t Transport::flattenBinders(const Parcel& parcel, std::vector<ObjectEntry>* entries) {
   for (const ParcelAccess::Object& object : ParcelAccess::objects(parcel)) {
     Address address;
     if (const status_t status = addressOf(object.binder.get(), &address); status != OK) return status;
@@ -53,7 +53,7 @@ status_t Transport::describe(const Parcel& parcel, std::vector<ObjectEntry>* ent
   return OK;
 }
 
-status_t Transport::adopt(Parcel* parcel, const std::vector<ObjectEntry>& entries) {
+status_t Transport::unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries) {
   size_t end = 0;
   for (const ObjectEntry& entry : entries) {
     if (entry.offset < end || !ParcelAccess::hasFlatBinder(*parcel, entry.offset)) return BAD_VALUE;
@@ -65,7 +65,7 @@ status_t Transport::adopt(Parcel* parcel, const std::vector<ObjectEntry>& entrie
     sp<IBinder> binder;
     const status_t status = objectAt({entry.owner, entry.number}, &binder);
     if (status == DEAD_OBJECT) {
-      binder = new BpBinder(std::make_shared<Remote>(entry.owner, true), entry.number);
+      binder = new BpBinder(std::make_shared<OwnerProcess>(entry.owner, true), entry.number);
     } else if (status != OK) {
       return status;
     }

@@ -12,8 +12,8 @@
 
 #include "Exports.h"
 #include "Frame.h"
+#include "OwnerProcesses.h"
 #include "Reactor.h"
-#include "Remotes.h"
 #include "RuntimeDir.h"
 
 namespace android::transport {
@@ -28,7 +28,7 @@ struct Transport {
   /** This process, in every address. */
   const uint64_t id;
   Exports exports;
-  Remotes remotes;
+  OwnerProcesses owners;
   Reactor reactor;
   /** Set once binder threads may run. */
   std::atomic<bool> poolStarted{false};
@@ -41,12 +41,12 @@ struct Transport {
   status_t objectAt(const Address& address, sp<IBinder>* object);
 
   /** The binders in a parcel as they go out with it. */
-  status_t describe(const Parcel& parcel, std::vector<ObjectEntry>* entries);
+  status_t flattenBinders(const Parcel& parcel, std::vector<ObjectEntry>* entries);
   /**
    * Gives a parcel that came in its binders, holding them; those whose processes have died arrive dead.
    * BAD_VALUE if the entries don't fit its data.
    */
-  status_t adopt(Parcel* parcel, const std::vector<ObjectEntry>& entries);
+  status_t unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };
 
 uint64_t randomNumber();
@@ -54,7 +54,7 @@ uint64_t randomNumber();
 /** Runs `work` on a thread with that signal mask. False if there can be no more threads. */
 bool startThread(const char* name, const sigset_t& mask, std::function<void()> work);
 
-/** Serves a lane until it ends. Runs on a thread of its own. */
-void serve(UniqueFd connection, const std::shared_ptr<Peer>& peer, uid_t uid);
+/** Serves a channel until it ends. Runs on a thread of its own. */
+void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& peer, uid_t uid);
 
 }  // namespace android::transport

@@ -5,7 +5,7 @@
 #include <chrono>
 
 #include "call/EventDispatcher.h"
-#include "phone/LivePhone.h"
+#include "phone/RealTimePhone.h"
 
 namespace sim {
 
@@ -22,11 +22,11 @@ class CallService : public com::qv::BnCallService {
   /** `trace` is told of each event, under the phone's lock. */
   CallService(double speed, const Phone::Sink& trace);
 
-  LivePhone& phone() { return phone_; }
+  RealTimePhone& phone() { return phone_; }
 
-  /** As EventDispatcher::distort(). */
+  /** As EventDispatcher::corrupt(). */
   void distortEvents(std::function<int32_t(EventType)> moreBytes) {
-    dispatcher_.distort(std::move(moreBytes));
+    dispatcher_.corrupt(std::move(moreBytes));
   }
 
   /** No more events; waits until no listener is being called, or the time is over. */
@@ -43,7 +43,7 @@ class CallService : public com::qv::BnCallService {
   android::binder::Status ask(Result* result, Method method, const Args&... args);
 
   EventDispatcher dispatcher_;
-  LivePhone phone_;
+  RealTimePhone phone_;
 };
 
 }  // namespace sim

@@ -14,7 +14,7 @@ class EventDispatcher : public Dispatcher<com::qv::ICallEventListener> {
 
   /** `moreBytes` tells, for each event that has a record, how many bytes too long that is to be. Before the
    * first event. */
-  void distort(std::function<int32_t(EventType)> moreBytes) { moreBytes_ = std::move(moreBytes); }
+  void corrupt(std::function<int32_t(EventType)> moreBytes) { moreBytes_ = std::move(moreBytes); }
 
   void publish(const Event& event);
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "Live.h"
+#include "RealTime.h"
 #include "events/Dispatcher.h"
 #include "misc/MiscDevice.h"
 
@@ -25,7 +25,7 @@ class MiscService : public com::qv::BnMiscService {
   /** `trace` is told of each event, in words, under the device's lock. */
   MiscService(double speed, const std::function<void(const std::string&)>& trace);
 
-  Live<MiscDevice>& device() { return device_; }
+  RealTime<MiscDevice>& device() { return device_; }
 
   /** No more events; waits until no listener is being called, or the time is over. */
   void stopEvents(std::chrono::milliseconds patience);
@@ -37,7 +37,7 @@ class MiscService : public com::qv::BnMiscService {
  private:
   Dispatcher<IAteEventListener> ateListeners_;
   Dispatcher<IMiscEventListener> miscListeners_;
-  Live<MiscDevice> device_;
+  RealTime<MiscDevice> device_;
 };
 
 }  // namespace sim

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "Live.h"
+#include "RealTime.h"
 #include "relay/Relays.h"
 
 namespace sim {
@@ -20,7 +20,7 @@ class RelayService : public com::qv::BnRelayService {
 
   RelayService(double speed, std::shared_ptr<Store> store) : relays_(speed, std::move(store)) {}
 
-  Live<Relays>& relays() { return relays_; }
+  RealTime<Relays>& relays() { return relays_; }
 
   /** As Relays::load(). */
   bool load(std::string* error);
@@ -38,7 +38,7 @@ class RelayService : public com::qv::BnRelayService {
   Status change(bool (Relays::*method)(pid_t, const Record&), const CommonParcelable& record,
                 int32_t* result);
 
-  Live<Relays> relays_;
+  RealTime<Relays> relays_;
 };
 
 }  // namespace sim

@@ -14,7 +14,7 @@ namespace {
 constexpr uint32_t kRegisterCallEventListener = 34;
 constexpr size_t kFlatBinderSize = 24;
 
-constexpr Gives kSnapshotInfo{.size = 256};
+constexpr Expected kSnapshotInfo{.size = 256};
 
 const char kAreaA[] = "A\0area of size\xff";
 const char kAreaB[] = "\0B area of size";

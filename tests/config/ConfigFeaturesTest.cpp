@@ -13,8 +13,8 @@ using vesk::test::Wire;
 
 namespace {
 
-constexpr size_t kRoom = 1000;
-const std::string kUntouched(kRoom, '#');
+constexpr size_t kBufferSize = 1000;
+const std::string kUntouched(kBufferSize, '#');
 
 using ConfigFeaturesTest = ConfigFixture;
 
@@ -118,7 +118,7 @@ TEST_F(ConfigFeaturesTest, Base64IsCopiedWholeWhateverItsLength) {
   connect();
   answer(Wire().text(std::u16string(900, u'Q')));
   EXPECT_EQ(binder_src_to_B64("source", -3, buffer.data(), 4), 0);
-  EXPECT_EQ(buffer, std::string(900, 'Q') + '\0' + std::string(kRoom - 901, '#'));
+  EXPECT_EQ(buffer, std::string(900, 'Q') + '\0' + std::string(kBufferSize - 901, '#'));
   expectRequest(268, Wire().text(u"source").i32(-3).i32(4));
 
   answerException(Wire().text(u"x"));

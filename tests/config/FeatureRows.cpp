@@ -36,7 +36,7 @@ std::vector<ApiRow> featureRows() {
       API_ROW(binder_enter_wk_scan(8), 248, Wire().i32(8), kValue),
       API_ROW(binder_set_wk_config(9, 10), 250, Wire().i32(9).i32(10), kValue),
       API_ROW(binder_wk_stop_ring(), 251, Wire(), kValue),
-      API_ROW(binder_get_wk_ring_time(out, room), 252, Wire(), text(Gives::kCut, -1, -1)),
+      API_ROW(binder_get_wk_ring_time(out, room), 252, Wire(), text(Expected::kCut, -1, -1)),
       API_ROW(binder_get_keyboard_password(out), 117, Wire(), record(72)),
       API_ROW(binder_set_keyboard_password(kSent), 120, sent(72), kValue),
       API_ROW(binder_get_enter_password(2, out, room), 121, Wire().i32(1), kCutAlways),

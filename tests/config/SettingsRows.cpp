@@ -8,7 +8,7 @@ std::vector<ApiRow> settingsRows() {
   return {
       // Keys and values, groups, scenes
       API_ROW(binder_get_config("s", "k", "u", out, room), 1,
-              Wire().text(u"s").text(u"k").text(u"u").i32(kRoom), kWhole),
+              Wire().text(u"s").text(u"k").text(u"u").i32(kBufferSize), kWhole),
       API_ROW(binder_get_config_bool("s", "", "\xC3\xA4"), 2, Wire().text(u"s").text(u"").text(u"\u00e4"),
               kFlag),
       API_ROW(binder_set_config("s", "k", "u", "v"), 3, Wire().text(u"s").text(u"k").text(u"u").text(u"v"),
@@ -114,7 +114,7 @@ std::vector<ApiRow> settingsRows() {
       API_ROW(binder_set_dhcp_ip_config(1, 0, kSent), 83, Wire().i32(1).i32(0).append(sent(98)), kValue),
       API_ROW(binder_get_pppoe_ipv4_config(out), 81, Wire(), record(128)),
       API_ROW(binder_set_pppoe_ipv4_config(kSent), 84, sent(128), kValue),
-      API_ROW(binder_get_dhcp(103, out, room), 103, Wire().i32(103), text(Gives::kCut, 0, 0)),
+      API_ROW(binder_get_dhcp(103, out, room), 103, Wire().i32(103), text(Expected::kCut, 0, 0)),
       API_ROW(binder_set_dhcp(104, "o"), 104, Wire().i32(104).text(u"o"), kValue),
       API_ROW(binder_get_wan_vlan_config(out), 91, Wire(), record(97)),
       API_ROW(binder_set_wan_vlan_config(kSent), 92, sent(97), kValue),
@@ -148,9 +148,9 @@ std::vector<ApiRow> settingsRows() {
       API_ROW(binder_set_ap_config(kSent), 102, sent(112), kValue),
       API_ROW(binder_get_bluetooth_enable_config(), 186, Wire(), kFlag),
       API_ROW(binder_set_bluetooth_enable_config(0), 188, Wire().i32(0), kZeroUnlessAnswered),
-      API_ROW(binder_get_bluetooth_adapter_name_config(out, room), 189, Wire(), text(Gives::kCut, {}, {})),
+      API_ROW(binder_get_bluetooth_adapter_name_config(out, room), 189, Wire(), text(Expected::kCut, {}, {})),
       API_ROW(binder_set_bluetooth_adapter_name_config("n"), 190, Wire().text(u"n"), kValue),
-      API_ROW(binder_get_bluetooth_last_connected_addr(out, room), 191, Wire(), text(Gives::kCut, {}, {})),
+      API_ROW(binder_get_bluetooth_last_connected_addr(out, room), 191, Wire(), text(Expected::kCut, {}, {})),
       API_ROW(binder_set_bluetooth_last_connected_addr("n"), 192, Wire().text(u"n"), kValue),
       // Calls and the agent
       API_ROW(binder_get_media_codec_list(out, room), 35, Wire(), kWhole),

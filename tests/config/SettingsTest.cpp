@@ -11,8 +11,8 @@ using vesk::test::RecordingBinder;
 
 namespace {
 
-constexpr size_t kRoom = 1100;
-const std::string kUntouched(kRoom, '#');
+constexpr size_t kBufferSize = 1100;
+const std::string kUntouched(kBufferSize, '#');
 
 class SettingsTest : public ConfigFixture {
  protected:
@@ -106,7 +106,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsFormatted) {
 
   std::memset(value.text, 'x', sizeof(value.text));
   answer(Wire().record(bytesOf(value)));
-  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), nullptr, buffer_.data(), kRoom), 0);
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), nullptr, buffer_.data(), kBufferSize), 0);
   EXPECT_EQ(buffer_.c_str(), std::string(512, 'x')) << "nothing ends the text but the record";
 }
 
@@ -115,18 +115,18 @@ TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
   int type = 4711;
   for (const size_t size : {515u, 517u, 0u}) {
     answer(Wire().record(std::string(size, 'r')));
-    EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1) << size;
+    EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kBufferSize), -1) << size;
     EXPECT_TRUE(service_->take().has_value());
   }
   answer(Wire().record(std::string(516, 'r')));
-  EXPECT_EQ(binder_formatting_dsskey_value(nullptr, &type, buffer_.data(), kRoom), -1);
-  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, nullptr, kRoom), -1);
+  EXPECT_EQ(binder_formatting_dsskey_value(nullptr, &type, buffer_.data(), kBufferSize), -1);
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, nullptr, kBufferSize), -1);
   for (const int size : {0, -1, INT_MIN}) {
     EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), size), -1) << size;
   }
   EXPECT_FALSE(service_->take().has_value()) << "refused before the call";
   die();
-  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kRoom), -1);
+  EXPECT_EQ(binder_formatting_dsskey_value(key.data(), &type, buffer_.data(), kBufferSize), -1);
   EXPECT_EQ(type, 4711);
   EXPECT_EQ(buffer_, kUntouched);
 }
@@ -166,7 +166,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
 TEST_F(SettingsTest, TimeZonesAreNumberedAndAppended) {
   answer(Wire().i32(3).text(u"UTC").text(u"").text(u"Z\u00fcrich"));
   buffer_ = "before;";
-  buffer_.resize(kRoom, '\0');
+  buffer_.resize(kBufferSize, '\0');
   EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), 0);
   EXPECT_STREQ(buffer_.c_str(), "before;0:UTC;1:;2:Z\xC3\xBCrich;");
   expectRequest(58, Wire());
@@ -188,7 +188,7 @@ TEST_F(SettingsTest, TimeZonesNeedTheirRoom) {
     for (const int size : {INT_MIN, 0, 1, 1000}) EXPECT_EQ(binder_get_time_zone(nullptr, size), 0) << size;
   }
   die();
-  EXPECT_EQ(binder_get_time_zone(buffer_.data(), kRoom), -1);
+  EXPECT_EQ(binder_get_time_zone(buffer_.data(), kBufferSize), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
 
@@ -201,7 +201,7 @@ TEST_F(SettingsTest, TimeZonesStopWhereTheBufferIsFull) {
   } rows[] = {{793 - 13, 0, "0:a;1:b;2:c;"}, {793 - 12, -1, "0:a;1:b;"}, {793 - 1, -1, ""}};
   for (const auto& row : rows) {
     SCOPED_TRACE(row.before);
-    buffer_ = std::string(row.before, 'x') + std::string(kRoom - row.before, '\0');
+    buffer_ = std::string(row.before, 'x') + std::string(kBufferSize - row.before, '\0');
     EXPECT_EQ(binder_get_time_zone(buffer_.data(), 793), row.result);
     EXPECT_EQ(buffer_.c_str(), std::string(row.before, 'x') + row.appended);
   }
@@ -213,7 +213,7 @@ TEST_F(SettingsTest, TimeZonesStopWhereTheBufferIsFull) {
 TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
   for (const size_t length : {260u, 261u, 300u}) {
     answer(Wire().i32(2).text(std::u16string(length, u'z')).text(u"b"));
-    buffer_ = std::string(kRoom, '\0');
+    buffer_ = std::string(kBufferSize, '\0');
     EXPECT_EQ(binder_get_time_zone(buffer_.data(), 529), 0);
     const std::string first = ("0:" + std::string(length, 'z') + ";").substr(0, 263);
     EXPECT_EQ(buffer_.c_str(), first + "1:b;") << length;

@@ -12,13 +12,13 @@ using namespace vesk::test;
 
 namespace {
 
-constexpr Gives kCounters{.size = 8};
+constexpr Expected kCounters{.size = 8};
 
 /** A record whose size is checked aloud, alone or with the service's answer. */
-constexpr Gives checkedRecord(int size) {
+constexpr Expected checkedRecord(int size) {
   return {.size = size, .success = 0, .failed = -1, .absent = -1, .logsFailure = true};
 }
-constexpr Gives answerAndRecord(int size) {
+constexpr Expected answerAndRecord(int size) {
   return {.value = true, .size = size, .success = kAnswer, .failed = -1, .absent = -1, .logsFailure = true};
 }
 
@@ -175,7 +175,7 @@ TEST_F(DatabaseApiTest, AnAnswerOfMinusOneDoesNotSpoilItsRecord) {
 }
 
 TEST_F(DatabaseApiTest, TheSizeOfTheCopyThatWasSentIsCheckedByMostSetters) {
-  // The stand-in makes nothing of a null pointer, as the device's strings do when they get no memory.
+  // The host platform makes nothing of a null pointer, as the device's strings do when they get no memory.
   const struct {
     const char* function;
     int (*call)(const void* record);

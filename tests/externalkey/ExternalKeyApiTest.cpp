@@ -22,7 +22,7 @@ std::string toGet = singleState(1, '?');
 std::string toSet = '\2' + kSentBytes.substr(1, VESK_SINGLE_STATE_CONFIG_SIZE - 1);
 
 /** What a function gives that doesn't look at the answer. */
-constexpr Gives kMade{.value = true, .success = 0, .failed = 0, .absent = -1};
+constexpr Expected kMade{.value = true, .success = 0, .failed = 0, .absent = -1};
 
 const ApiRow kRows[] = {
     API_ROW(binder_get_exkdev_mac(out), 1, Wire(), record(200)),

@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# Builds the library with VESK_PLATFORM=system against an installed stand-in, as though that were the device's sysroot. Like a
+# Builds the library with VESK_PLATFORM=system against an installed host platform, as though that were the device's sysroot. Like a
 # device's platform, it has no type information.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"

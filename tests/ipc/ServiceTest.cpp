@@ -11,8 +11,8 @@
 
 #include "LogCapture.h"
 #include "SampleService.h"
-#include "ipc/Guarded.h"
 #include "ipc/Immortal.h"
+#include "ipc/Synchronized.h"
 #include "ipc/Text.h"
 
 #define COM_QV_INTERFACE Sample
@@ -89,7 +89,7 @@ bool connectTo(const char* name) {
   return service.connect(hook, serviceDied, [] { ++stores; });
 }
 
-bool isConnected() { return service.value(Absent{0}, Preset{0}, Sample::truth, 1) != 0; }
+bool isConnected() { return service.value(IfNotConnected{0}, IfFailed{0}, Sample::truth, 1) != 0; }
 
 class ServiceTest : public testing::Test {
  protected:
@@ -112,11 +112,13 @@ TEST_F(ServiceTest, WithoutAClientEveryMemberGivesItsAbsentValue) {
   char untouched[] = "untouched";
   EXPECT_EQ(service.value(Sample::numbers, 1, true), -1);
   EXPECT_EQ(service.value(Sample::truth, 1), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 3);
+  EXPECT_EQ(service.value(IfNotConnected{3}, IfFailed{7}, Sample::numbers, 1, true), 3);
   EXPECT_EQ(service.fetch<3>(untouched, Sample::record, 0, Record<3>{"abc"}), -1);
-  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, "abc"), -5);
+  EXPECT_EQ(service.text(IfNotConnected{-5}, Truncate{untouched, 4}, Sample::text, "abc"), -5);
   EXPECT_EQ(service.list<1>([](int, const char*) { return true; }, Sample::records, 3), -1);
-  EXPECT_EQ(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, static_cast<const char*>(nullptr)), -5);
+  EXPECT_EQ(service.text(IfNotConnected{-5}, Truncate{untouched, 4}, Sample::text,
+                         static_cast<const char*>(nullptr)),
+            -5);
   EXPECT_EQ(service.fetch(Exactly{untouched, 3}, Sample::measure, Record<3>{"abc"}), -1);
   EXPECT_EQ(service.send(Sample::nothing), -1);
   EXPECT_EQ(service.proxy(), nullptr);
@@ -145,13 +147,13 @@ TEST_F(ServiceTest, AValueIsTheAnswerOrThePreset) {
   EXPECT_EQ(service.value(Sample::ints, IntArray{values, 3}), 6);
   EXPECT_EQ(service.value(Sample::ints, IntArray{values, 0}), 0);
   EXPECT_EQ(service.value(Sample::ints, IntArray{nullptr, -1}), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 2);
+  EXPECT_EQ(service.value(IfNotConnected{3}, IfFailed{7}, Sample::numbers, 1, true), 2);
 
   fail();
   EXPECT_EQ(service.value(Sample::numbers, 21, true), -1);
   EXPECT_EQ(service.value(Sample::truth, 1), 0);
-  EXPECT_EQ(service.value(Absent{3}, Preset{7}, Sample::numbers, 1, true), 7);
-  EXPECT_EQ(service.value(Absent{3}, Preset{1}, Sample::truth, -1), 1);
+  EXPECT_EQ(service.value(IfNotConnected{3}, IfFailed{7}, Sample::numbers, 1, true), 7);
+  EXPECT_EQ(service.value(IfNotConnected{3}, IfFailed{1}, Sample::truth, -1), 1);
 }
 
 TEST_F(ServiceTest, ARecordIsTakenOnlyAtItsExactSize) {
@@ -185,12 +187,12 @@ TEST_F(ServiceTest, TheValueThatComesWithARecordCountsOnlyIfTheRecordIsTaken) {
 TEST_F(ServiceTest, ATextGoesByItsRule) {
   ASSERT_TRUE(connectTo(kPresent));
   char buffer[] = "########";
-  EXPECT_EQ(service.text(Absent{-5}, Whole{buffer, 3}, Sample::text, "abc"), -1);
+  EXPECT_EQ(service.text(IfNotConnected{-5}, AllOrNothing{buffer, 3}, Sample::text, "abc"), -1);
   EXPECT_STREQ(buffer, "########");
-  EXPECT_EQ(service.text(Absent{-5}, Cut{buffer, 3}, Sample::text, "abc"), 0);
+  EXPECT_EQ(service.text(IfNotConnected{-5}, Truncate{buffer, 3}, Sample::text, "abc"), 0);
   EXPECT_STREQ(buffer, "ab");
   fail();
-  EXPECT_EQ(service.text(Absent{-5}, Bounded{buffer, 8, -2}, Sample::text, "abc"), -2);
+  EXPECT_EQ(service.text(IfNotConnected{-5}, TruncateZeroFill{buffer, 8, -2}, Sample::text, "abc"), -2);
   EXPECT_STREQ(buffer, "ab");
 }
 
@@ -214,7 +216,8 @@ TEST_F(ServiceTest, ANullStringRaisesTheLogicError) {
   ASSERT_TRUE(connectTo(kPresent));
   const char* const null = nullptr;
   char untouched[] = "untouched";
-  EXPECT_THROW(service.text(Absent{-5}, Cut{untouched, 4}, Sample::text, null), std::logic_error);
+  EXPECT_THROW(service.text(IfNotConnected{-5}, Truncate{untouched, 4}, Sample::text, null),
+               std::logic_error);
   EXPECT_STREQ(untouched, "untouched");
   EXPECT_EQ(remote_->calls, 0);
 }
@@ -315,7 +318,7 @@ TEST_F(ServiceTest, ConnectsDeathsAndCallsMayMeet) {
   for (int i = 0; i < 2; ++i) {
     callers.emplace_back([&] {
       while (!done) {
-        const int answer = service.value(Absent{-5}, Preset{-6}, Sample::numbers, 21, true);
+        const int answer = service.value(IfNotConnected{-5}, IfFailed{-6}, Sample::numbers, 21, true);
         EXPECT_TRUE(answer == 42 || answer == -5) << answer;
       }
     });
@@ -345,7 +348,7 @@ TEST(GuardedTest, ReadersSeeOneValueOrTheOther) {
     int first;
     int second;
   };
-  Guarded<Table> guarded;
+  Synchronized<Table> guarded;
   std::thread writer([&] {
     for (int i = 1; i <= 2000; ++i) guarded.set({i, -i});
   });

@@ -8,13 +8,13 @@
 namespace com::qv {
 namespace {
 
-constexpr size_t kRoom = 8;
-const std::string kUntouched(kRoom, '#');
+constexpr size_t kBufferSize = 8;
+const std::string kUntouched(kBufferSize, '#');
 
 TEST(TextTest, EachRuleKeepsToItsBoundAndGivesItsResult) {
-  const auto cut = [](char* buffer, int size) { return Cut{buffer, size}; };
-  const auto whole = [](char* buffer, int size) { return Whole{buffer, size}; };
-  const auto bounded = [](char* buffer, int size) { return Bounded{buffer, size, -2}; };
+  const auto cut = [](char* buffer, int size) { return Truncate{buffer, size}; };
+  const auto whole = [](char* buffer, int size) { return AllOrNothing{buffer, size}; };
+  const auto bounded = [](char* buffer, int size) { return TruncateZeroFill{buffer, size, -2}; };
   const auto store = [](auto rule) {
     return [rule](char* buffer, int size, const std::string& text) { return rule(buffer, size).store(text); };
   };
@@ -29,27 +29,27 @@ TEST(TextTest, EachRuleKeepsToItsBoundAndGivesItsResult) {
       {"cut", store(cut), "abc", INT_MIN, 0, kUntouched},
       {"cut", store(cut), "abc", -1, 0, kUntouched},
       {"cut", store(cut), "abc", 0, 0, kUntouched},
-      {"cut", store(cut), "abc", 1, 0, {"\0#######", kRoom}},
-      {"cut", store(cut), "abc", 3, 0, {"ab\0#####", kRoom}},
-      {"cut", store(cut), "abc", 4, 0, {"abc\0####", kRoom}},
-      {"cut", store(cut), "abc", 8, 0, {"abc\0####", kRoom}},
-      {"cut", store(cut), "", 4, 0, {"\0#######", kRoom}},
-      {"cut", store(cut), "%s", 8, 0, {"%s\0#####", kRoom}},
+      {"cut", store(cut), "abc", 1, 0, {"\0#######", kBufferSize}},
+      {"cut", store(cut), "abc", 3, 0, {"ab\0#####", kBufferSize}},
+      {"cut", store(cut), "abc", 4, 0, {"abc\0####", kBufferSize}},
+      {"cut", store(cut), "abc", 8, 0, {"abc\0####", kBufferSize}},
+      {"cut", store(cut), "", 4, 0, {"\0#######", kBufferSize}},
+      {"cut", store(cut), "%s", 8, 0, {"%s\0#####", kBufferSize}},
 
       {"whole", store(whole), "abc", INT_MIN, -1, kUntouched},
       {"whole", store(whole), "abc", 0, -1, kUntouched},
       {"whole", store(whole), "abc", 1, -1, kUntouched},
       {"whole", store(whole), "abc", 3, -1, kUntouched},
-      {"whole", store(whole), "abc", 4, 0, {"abc\0####", kRoom}},
+      {"whole", store(whole), "abc", 4, 0, {"abc\0####", kBufferSize}},
       {"whole", store(whole), "", 0, -1, kUntouched},
-      {"whole", store(whole), "", 1, 0, {"\0#######", kRoom}},
+      {"whole", store(whole), "", 1, 0, {"\0#######", kBufferSize}},
 
       {"bounded", store(bounded), "abc", INT_MIN, 0, kUntouched},
       {"bounded", store(bounded), "abc", 0, 0, kUntouched},
-      {"bounded", store(bounded), "abc", 1, 0, {"\0#######", kRoom}},
-      {"bounded", store(bounded), "abc", 3, 0, {"ab\0#####", kRoom}},
-      {"bounded", store(bounded), "abc", 4, 0, {"abc\0####", kRoom}},
-      {"bounded", store(bounded), "abc", 6, 0, {"abc\0\0\0##", kRoom}},
+      {"bounded", store(bounded), "abc", 1, 0, {"\0#######", kBufferSize}},
+      {"bounded", store(bounded), "abc", 3, 0, {"ab\0#####", kBufferSize}},
+      {"bounded", store(bounded), "abc", 4, 0, {"abc\0####", kBufferSize}},
+      {"bounded", store(bounded), "abc", 6, 0, {"abc\0\0\0##", kBufferSize}},
       {"bounded", store(bounded), "", 4, -2, kUntouched},
   };
   for (const auto& row : rows) {
@@ -62,8 +62,8 @@ TEST(TextTest, EachRuleKeepsToItsBoundAndGivesItsResult) {
 
 TEST(TextTest, UnboundedTakesWhateverTheTextNeeds) {
   std::string buffer = kUntouched;
-  EXPECT_EQ(Unbounded{buffer.data()}.store("1234567"), 0);
-  EXPECT_EQ(buffer, std::string("1234567\0", kRoom));
+  EXPECT_EQ(Unchecked{buffer.data()}.store("1234567"), 0);
+  EXPECT_EQ(buffer, std::string("1234567\0", kBufferSize));
 }
 
 }  // namespace

@@ -1,6 +1,6 @@
+#include <binder/HostPlatform.h>
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
-#include <binder/StandIn.h>
 #include <com/qv/ICallService.h>
 #include <com/qv/IDatabaseService.h>
 #include <gtest/gtest.h>
@@ -207,7 +207,7 @@ TEST(WireFormatTest, ConnectionsAreAsDocumented) {
 
   Documentation documentation("connection");
   RawPeer watch(vesk::test::socketOf(kName));
-  RawPeer lane(vesk::test::socketOf(kName));
+  RawPeer channel(vesk::test::socketOf(kName));
   const auto say = [&](RawPeer& peer, const char* name, const std::string& data = "") {
     const std::string bytes = documentation.take(name).with(number) + data;
     peer.send(bytes.data(), bytes.size());
@@ -223,17 +223,17 @@ TEST(WireFormatTest, ConnectionsAreAsDocumented) {
   };
   say(watch, "connection watch");
   hear(watch, "connection watch answered");
-  say(lane, "connection lane");
-  const std::string acquire = say(lane, "connection acquire");
-  hear(lane, "connection acquired");
-  const std::string frame = say(lane, "connection request", request);
-  hear(lane, "connection reply", replyOf(service, 14, request));
-  say(lane, "connection release");
-  lane.send(frame.data(), frame.size());
-  hear(lane, "connection failed");
-  lane.send(acquire.data(), acquire.size());
-  EXPECT_EQ(lane.statusOfReply(), android::OK);
-  android::standin::killObject(service);
+  say(channel, "connection channel");
+  const std::string acquire = say(channel, "connection acquire");
+  hear(channel, "connection acquired");
+  const std::string frame = say(channel, "connection request", request);
+  hear(channel, "connection reply", replyOf(service, 14, request));
+  say(channel, "connection release");
+  channel.send(frame.data(), frame.size());
+  hear(channel, "connection failed");
+  channel.send(acquire.data(), acquire.size());
+  EXPECT_EQ(channel.statusOfReply(), android::OK);
+  android::host::killObject(service);
   EXPECT_EQ(hexOf(watch.receive()), hexOf(documentation.take("connection object's death").with(number)));
 }
 

@@ -11,8 +11,8 @@ using namespace vesk::test;
 
 namespace {
 
-constexpr Gives kAsked{.success = 0, .failed = 0, .absent = -1};
-constexpr Gives kStatus{.value = true, .success = kAnswer, .failed = 3, .absent = 3};
+constexpr Expected kAsked{.success = 0, .failed = 0, .absent = -1};
+constexpr Expected kStatus{.value = true, .success = kAnswer, .failed = 3, .absent = 3};
 
 using Elements = std::vector<std::string>;
 
@@ -103,7 +103,7 @@ TEST_F(MiscApiTest, TheSimulatedDeviceServesEachOfThem) {
   sim::UdiskCapacityRecord capacity{};
   EXPECT_EQ(binder_get_udisk_capacity(&capacity), 0);
   EXPECT_EQ(capacity.usedMiB + capacity.freeMiB, capacity.totalMiB);
-  EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), kRoom), 0);
+  EXPECT_EQ(binder_get_mqtt_multicast_action(out_.data(), kBufferSize), 0);
   EXPECT_STREQ(out_.c_str(), "page-all");
 }
 
@@ -134,7 +134,7 @@ TEST_F(MiscApiTest, TheMulticastActionIsCutToFit) {
   expectAction(SIZE_MAX, "multicast");
   const std::string endless(676, 'x');
   answer(Wire().record(endless));
-  expectAction(kRoom, endless);
+  expectAction(kBufferSize, endless);
 }
 
 TEST_F(MiscApiTest, AnActionThatCannotBeFetchedEmptiesTheDestination) {

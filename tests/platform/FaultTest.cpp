@@ -36,13 +36,13 @@ constexpr int kAlways = 1 << 30;
 std::atomic<const char*> failing = nullptr;
 std::atomic<int> errorNumber = 0;
 std::atomic<int> timesLeft = 0;
-/** There is no memory for mailboxes, so that all goes by sockets. */
-std::atomic<bool> hasNoMailboxes = false;
+/** There is no memory for shared slots, so that all goes by sockets. */
+std::atomic<bool> hasNoSharedSlotes = false;
 /** The test's own calls on this thread are left alone. */
 thread_local bool isSpared = false;
 
 bool fails(const char* call) {
-  if (hasNoMailboxes && std::strcmp(call, "memfd_create") == 0) {
+  if (hasNoSharedSlotes && std::strcmp(call, "memfd_create") == 0) {
     errno = ENOMEM;
     return true;
   }
@@ -135,7 +135,7 @@ CHILD_ROLE(faultyService) {
 }
 
 enum class Where { kCaller, kService };
-enum class By { kSocket, kMailbox };
+enum class By { kSocket, kSharedSlot };
 
 struct FaultRow {
   By by;
@@ -152,7 +152,7 @@ struct FaultRow {
 constexpr Where kCaller = Where::kCaller;
 constexpr Where kService = Where::kService;
 constexpr By kSocket = By::kSocket;
-constexpr By kMailbox = By::kMailbox;
+constexpr By kSharedSlot = By::kSharedSlot;
 
 constexpr FaultRow kRows[] = {
     {kSocket, kCaller, "send", EINTR, 3, OK, true, ""},
@@ -179,15 +179,15 @@ constexpr FaultRow kRows[] = {
     {kSocket, kService, "accept4", EMFILE, 3, OK, true, "can't accept connections: Too many open files"},
     {kSocket, kService, "accept4", ENOMEM, 3, OK, true, "can't accept connections: Cannot allocate memory"},
     {kSocket, kService, "pthread_create", EAGAIN, 3, OK, true, "no thread for a caller"},
-    // What doesn't fit into a mailbox.
-    {kMailbox, kCaller, "sendmsg", EINTR, 3, OK, true, ""},
-    {kMailbox, kService, "recvmsg", EINTR, 3, OK, true, ""},
-    {kMailbox, kCaller, "recvmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
-    {kMailbox, kService, "sendmsg", ENOMEM, kAlways, DEAD_OBJECT, true, "Cannot allocate memory"},
-    // A lane does without.
-    {kMailbox, kCaller, "memfd_create", EMFILE, kAlways, OK, true, ""},
-    {kMailbox, kCaller, "ftruncate", ENOMEM, kAlways, OK, true, ""},
-    {kMailbox, kService, "fstat", ENOMEM, kAlways, OK, true, ""},
+    // What doesn't fit into a shared slot.
+    {kSharedSlot, kCaller, "sendmsg", EINTR, 3, OK, true, ""},
+    {kSharedSlot, kService, "recvmsg", EINTR, 3, OK, true, ""},
+    {kSharedSlot, kCaller, "recvmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
+    {kSharedSlot, kService, "sendmsg", ENOMEM, kAlways, DEAD_OBJECT, true, "Cannot allocate memory"},
+    // A channel does without.
+    {kSharedSlot, kCaller, "memfd_create", EMFILE, kAlways, OK, true, ""},
+    {kSharedSlot, kCaller, "ftruncate", ENOMEM, kAlways, OK, true, ""},
+    {kSharedSlot, kService, "fstat", ENOMEM, kAlways, OK, true, ""},
 };
 
 /** Uses the service while the fault lasts, on connections that stand or on new ones. */
@@ -233,7 +233,7 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
 TEST(FaultTest, EachNamesItsCauseAndPasses) {
   android::ProcessState::self()->startThreadPool();
   for (const FaultRow& row : kRows) {
-    hasNoMailboxes = row.by == kSocket;
+    hasNoSharedSlotes = row.by == kSocket;
     SCOPED_TRACE(std::string(row.call) + " in the " + (row.where == kCaller ? "caller" : "service") + ": " +
                  std::strerror(row.error));
     vesk::test::ChildProcess process("faultyService");

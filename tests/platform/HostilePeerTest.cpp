@@ -1,5 +1,5 @@
+#include <binder/HostPlatform.h>
 #include <binder/ProcessState.h>
-#include <binder/StandIn.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -44,9 +44,9 @@ class HostilePeerTest : public testing::Test {
     process.child().stop();
   }
 
-  RawPeer lane() {
+  RawPeer channel() {
     RawPeer peer(path);
-    peer.greet(ConnectionKind::kLane);
+    peer.greet(ConnectionKind::kChannel);
     return peer;
   }
 
@@ -65,14 +65,14 @@ TEST_F(HostilePeerTest, ANoisyGreeting) {
   };
   refused("too short", char{'x'});
   refused("too long", std::array<char, 5000>{});
-  refused("no magic", Hello{.magic = 1, .kind = ConnectionKind::kLane, .process = kStranger});
+  refused("no magic", Hello{.magic = 1, .kind = ConnectionKind::kChannel, .process = kStranger});
   refused("no such kind", Hello{.kind = ConnectionKind{7}, .process = kStranger});
-  refused("a lane of nobody", Hello{.kind = ConnectionKind::kLane, .process = 12345});
+  refused("a channel of nobody", Hello{.kind = ConnectionKind::kChannel, .process = 12345});
   refused("somebody who is here already", Hello{.kind = ConnectionKind::kWatch, .process = kStranger});
 }
 
 TEST_F(HostilePeerTest, AWatchConnectionThatTalksIsDropped) {
-  RawPeer working = lane();
+  RawPeer working = channel();
   working.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   EXPECT_EQ(working.statusOfReply(), OK);
   watch.send("hello", 5);
@@ -85,7 +85,7 @@ TEST_F(HostilePeerTest, AWatchConnectionThatTalksIsDropped) {
 }
 
 TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
-  RawPeer peer = lane();
+  RawPeer peer = channel();
   for (const uint64_t forged : {uint64_t{0}, uint64_t{1}, number + 1, ~uint64_t{0}}) {
     peer.sendFrame({.kind = FrameKind::kAcquire, .object = forged});
     EXPECT_EQ(peer.statusOfReply(), DEAD_OBJECT);
@@ -102,7 +102,7 @@ TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
 TEST_F(HostilePeerTest, FramesThatAreNone) {
   const FrameHeader request{.kind = FrameKind::kRequest, .object = number, .code = TestObject::kEcho};
   const auto refused = [&](const char* what, auto change, size_t bodySize) {
-    RawPeer peer = lane();
+    RawPeer peer = channel();
     FrameHeader header = request;
     change(&header);
     peer.sendFrame(header, std::vector<uint8_t>(bodySize, 0xa5));
@@ -129,14 +129,14 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
   refused(
       "very many objects", [](FrameHeader* h) { h->objectCount = ~0U; }, 100);
 
-  RawPeer half = lane();
+  RawPeer half = channel();
   half.send(&request, sizeof(request) / 2);
   half.expectClosed("half a header");
 
   std::mt19937 random(1);
   for (int i = 0; i < 300; ++i) {
     RawPeer peer(path);
-    if (i % 2 == 0) peer.greet(ConnectionKind::kLane);
+    if (i % 2 == 0) peer.greet(ConnectionKind::kChannel);
     std::vector<uint8_t> bytes(random() % 200 + 1);
     for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
     peer.send(bytes.data(), bytes.size());
@@ -145,7 +145,7 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
 }
 
 TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
-  RawPeer peer = lane();
+  RawPeer peer = channel();
   const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 20000};
   peer.sendFrame(header, std::vector<uint8_t>(kFirstPacketSize - sizeof(header)));
   std::vector<RawPeer> silent;
@@ -162,14 +162,14 @@ TEST_F(HostilePeerTest, DeathsOfObjectsThatAreNotRead) {
   Hello answer{};
   ASSERT_TRUE(holder.receive(&answer, sizeof(answer)));
   RawPeer held(socketOf("test.mortal"));
-  held.greet(ConnectionKind::kLane);
+  held.greet(ConnectionKind::kChannel);
   const auto isHeld = [&] {
     EXPECT_EQ(android::defaultServiceManager()->addService(name, object), OK);
     held.sendFrame({.kind = FrameKind::kAcquire, .object = numberOf("test.mortal")});
     return held.statusOfReply() == OK;
   };
   int deaths = 0;
-  for (; deaths < 10'000 && isHeld(); ++deaths) android::standin::killObject(object);
+  for (; deaths < 10'000 && isHeld(); ++deaths) android::host::killObject(object);
   int told = 0;
   for (ObjectDeath death = 0; holder.receive(&death, sizeof(death));) ++told;
   EXPECT_GT(told, 10);
@@ -178,18 +178,18 @@ TEST_F(HostilePeerTest, DeathsOfObjectsThatAreNotRead) {
 
 TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
   constexpr size_t kSize = 0x80000;
-  std::list<RawPeer> lanes;
+  std::list<RawPeer> channels;
   for (int i = 0; i < 10; ++i) {
-    lanes.push_back(lane());
-    lanes.back().sendFrame({.kind = FrameKind::kAcquire, .object = number});
-    lanes.back().sendFrame({.kind = FrameKind::kRequest,
-                            .object = number,
-                            .code = TestObject::kReplyOfSize,
-                            .dataSize = sizeof(int32_t)},
-                           std::vector<uint8_t>{0, 0, kSize >> 16, 0});
+    channels.push_back(channel());
+    channels.back().sendFrame({.kind = FrameKind::kAcquire, .object = number});
+    channels.back().sendFrame({.kind = FrameKind::kRequest,
+                               .object = number,
+                               .code = TestObject::kReplyOfSize,
+                               .dataSize = sizeof(int32_t)},
+                              std::vector<uint8_t>{0, 0, kSize >> 16, 0});
   }
   EXPECT_EQ(increment(service, 5), 6) << "while threads wait to send half a megabyte";
-  for (RawPeer& late : lanes) {
+  for (RawPeer& late : channels) {
     EXPECT_EQ(late.statusOfReply(), OK);
     size_t received = 0;
     while (received < sizeof(FrameHeader) + kSize) {
@@ -201,7 +201,7 @@ TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
 }
 
 TEST_F(HostilePeerTest, BindersThatAreNone) {
-  RawPeer peer = lane();
+  RawPeer peer = channel();
   peer.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   ASSERT_EQ(peer.statusOfReply(), OK);
 

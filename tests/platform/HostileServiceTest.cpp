@@ -198,12 +198,12 @@ TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
     RawPeer watch(path);
     watch.greet(ConnectionKind::kWatch);
     watch.receive();
-    RawPeer lane(path);
-    lane.greet(ConnectionKind::kLane);
-    lane.sendFrame({.kind = FrameKind::kAcquire, .object = number});
-    ASSERT_EQ(lane.statusOfReply(), OK);
-    lane.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = TestObject::kMakeObject});
-    EXPECT_GT(lane.receive().size(), sizeof(FrameHeader));
+    RawPeer channel(path);
+    channel.greet(ConnectionKind::kChannel);
+    channel.sendFrame({.kind = FrameKind::kAcquire, .object = number});
+    ASSERT_EQ(channel.statusOfReply(), OK);
+    channel.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = TestObject::kMakeObject});
+    EXPECT_GT(channel.receive().size(), sizeof(FrameHeader));
     EXPECT_EQ(alive(), 2);
   }
   waitUntil("the object to go", [&] { return alive() == 1; });

@@ -22,10 +22,10 @@ constexpr int kAnswer = 4711;
 
 /** The buffer that rows receive into, and how much room they say it has unless the text of a row says
  * otherwise. */
-constexpr int kRoom = 4600;
+constexpr int kBufferSize = 4600;
 
 /** What a C function gives, and from which answer. */
-struct Gives {
+struct Expected {
   enum Text { kNone, kCut, kWhole };
 
   bool value = false; /**< the answer holds a value */
@@ -38,20 +38,20 @@ struct Gives {
   Text text = kNone;            /**< in the answer, and what becomes of it in a buffer that is too small */
 };
 
-constexpr Gives kNothing{};
-constexpr Gives integer(int absent, int failed) {
+constexpr Expected kNothing{};
+constexpr Expected integer(int absent, int failed) {
   return {.value = true, .success = kAnswer, .failed = failed, .absent = absent};
 }
-constexpr Gives kValue = integer(-1, -1);
-constexpr Gives kZeroUnlessAnswered = integer(0, 0);
-constexpr Gives flag(int absent) { return {.value = true, .success = 1, .failed = 0, .absent = absent}; }
-constexpr Gives kFlag = flag(0);
-constexpr Gives record(int size) { return {.size = size, .success = 0, .failed = -1, .absent = -1}; }
-constexpr Gives loggedRecord(int size) {
+constexpr Expected kValue = integer(-1, -1);
+constexpr Expected kZeroUnlessAnswered = integer(0, 0);
+constexpr Expected flag(int absent) { return {.value = true, .success = 1, .failed = 0, .absent = absent}; }
+constexpr Expected kFlag = flag(0);
+constexpr Expected record(int size) { return {.size = size, .success = 0, .failed = -1, .absent = -1}; }
+constexpr Expected loggedRecord(int size) {
   return {.size = size, .success = 0, .failed = -1, .absent = -1, .logsRecord = true};
 }
 /** A call that failed gives an empty text. */
-constexpr Gives text(Gives::Text rule, Result result, Result absent) {
+constexpr Expected text(Expected::Text rule, Result result, Result absent) {
   return {.success = result, .failed = result, .absent = absent, .text = rule};
 }
 
@@ -70,7 +70,7 @@ struct ApiRow {
   Result (*call)(Out out, int room);
   uint32_t code;
   Wire arguments;
-  Gives gives;
+  Expected gives;
   /** What the simulated device makes of it. */
   enum Service { kTaken, kRefused } service = kTaken;
 
@@ -133,9 +133,9 @@ class ApiTest : public ScriptedTest {
   ApiTest(const char* name, const char16_t* descriptor, const char* tag, std::span<const ApiRow> rows)
       : ScriptedTest(name, descriptor), tag_(tag), rows_(rows) {}
 
-  static inline const std::string kUntouched = std::string(kRoom, '#');
+  static inline const std::string kUntouched = std::string(kBufferSize, '#');
   /** What is in the buffer once a row has put something there. */
-  static std::string behind(const std::string& start) { return start + kUntouched.substr(start.size()); }
+  static std::string withPrefix(const std::string& start) { return start + kUntouched.substr(start.size()); }
 
   template <class Connect>
   void connectWith(Connect connect) {
@@ -189,7 +189,7 @@ class ApiTest : public ScriptedTest {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
   }
 
-  Result call(const ApiRow& row, int room = kRoom) { return row.call({out_.data()}, room); }
+  Result call(const ApiRow& row, int room = kBufferSize) { return row.call({out_.data()}, room); }
 
   void expectNothingWithoutConnection() {
     out_ = kUntouched;
@@ -207,7 +207,7 @@ class ApiTest : public ScriptedTest {
       answer(outValues(row.gives, bytes));
       out_ = kUntouched;
       EXPECT_EQ(call(row), row.gives.success);
-      EXPECT_EQ(out_, behind(row.gives.text == Gives::kNone ? bytes : std::string("text\0", 5)));
+      EXPECT_EQ(out_, withPrefix(row.gives.text == Expected::kNone ? bytes : std::string("text\0", 5)));
       expectRequest(row.code, row.arguments);
       EXPECT_EQ(log_.take().size(), row.gives.logsRecord ? 1u : 0u);
       seen.insert(row.code);
@@ -220,7 +220,7 @@ class ApiTest : public ScriptedTest {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.text);
       size_t failures = 0;
-      const std::string untouched = row.gives.text == Gives::kNone ? kUntouched : behind({'\0'});
+      const std::string untouched = row.gives.text == Expected::kNone ? kUntouched : withPrefix({'\0'});
       const auto expectFailure = [&](const char* what) {
         out_ = kUntouched;
         EXPECT_EQ(call(row), row.gives.failed) << what;
@@ -249,14 +249,14 @@ class ApiTest : public ScriptedTest {
   void expectTextsKeepToTheirRoom() {
     answer(Wire().text(u"12345678"));
     for (const ApiRow& row : rows_) {
-      if (row.gives.text == Gives::kNone) continue;
+      if (row.gives.text == Expected::kNone) continue;
       SCOPED_TRACE(row.text);
-      for (const int room : {INT_MIN, -1, 0, 1, 8, 9, kRoom}) {
+      for (const int room : {INT_MIN, -1, 0, 1, 8, 9, kBufferSize}) {
         out_ = kUntouched;
-        const bool isGiven = room > 8 || row.gives.text == Gives::kCut;
+        const bool isGiven = room > 8 || row.gives.text == Expected::kCut;
         EXPECT_EQ(call(row, room), isGiven ? row.gives.success : Result(-1)) << room;
         const std::string text = std::string("12345678").substr(0, static_cast<size_t>(room) - 1) + '\0';
-        EXPECT_EQ(out_, isGiven && room > 0 ? behind(text) : kUntouched) << room;
+        EXPECT_EQ(out_, isGiven && room > 0 ? withPrefix(text) : kUntouched) << room;
       }
     }
   }
@@ -278,7 +278,7 @@ class ApiTest : public ScriptedTest {
       const bool isTaken = passing->status.isOk() && (!tells || result.value_or(0) >= 0);
       EXPECT_EQ(isTaken, row.service == ApiRow::kTaken) << passing->status.toString8().c_str();
       const size_t size = isTaken ? static_cast<size_t>(std::max(row.gives.size, 0)) : 0;
-      if (row.gives.text == Gives::kNone) {
+      if (row.gives.text == Expected::kNone) {
         EXPECT_EQ(out_.substr(size), kUntouched.substr(size));
       }
       EXPECT_EQ(out_.substr(0, size) == kUntouched.substr(0, size), size == 0);
@@ -298,11 +298,11 @@ class ApiTest : public ScriptedTest {
   std::string out_ = kUntouched;
 
  private:
-  static Wire outValues(const Gives& gives, const std::string& record) {
+  static Wire outValues(const Expected& gives, const std::string& record) {
     Wire values;
     if (gives.value) values.i32(kAnswer);
     if (gives.size >= 0) values.record(record);
-    if (gives.text != Gives::kNone) values.text(u"text");
+    if (gives.text != Expected::kNone) values.text(u"text");
     return values;
   }
 

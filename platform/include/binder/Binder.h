@@ -21,7 +21,8 @@ class BBinder : public IBinder {
   bool isBinderAlive() const override;
   status_t pingBinder() override;
 
-  /** What a DUMP_TRANSACTION runs. The stand-in carries no file descriptors: `fd` is -1 and `args` is empty.
+  /** What a DUMP_TRANSACTION runs. The host platform carries no file descriptors: `fd` is -1 and `args` is
+   * empty.
    */
   virtual status_t dump(int fd, const Vector<String16>& args);
 

@@ -1,4 +1,4 @@
-#include <binder/StandIn.h>
+#include <binder/HostPlatform.h>
 
 #include <memory>
 #include <vector>
@@ -7,17 +7,17 @@
 
 #include "Transport.h"
 
-namespace android::standin {
+namespace android::host {
 
 void killObject(const sp<IBinder>& object) {
   BBinder* const local = object == nullptr ? nullptr : object->localBinder();
   if (local == nullptr) return;
   transport::Transport& transport = transport::Transport::self();
-  std::vector<std::shared_ptr<transport::Peer>> holders;
+  std::vector<std::shared_ptr<transport::HolderProcess>> holders;
   const uint64_t number = transport.exports.retire(local, &holders);
-  for (const std::shared_ptr<transport::Peer>& holder : holders) {
+  for (const std::shared_ptr<transport::HolderProcess>& holder : holders) {
     transport.reactor.tellOfDeath(*holder, number);
   }
 }
 
-}  // namespace android::standin
+}  // namespace android::host

@@ -2,16 +2,16 @@
 
 #include <mutex>
 
-#include "ipc/ShortLock.h"
+#include "ipc/FutexMutex.h"
 
 namespace com::qv {
 
 /** A small value that is replaced as a whole and read by copy, from any thread. Meant to be immortal, as a
  * Slot. */
 template <class T>
-class Guarded {
+class Synchronized {
  public:
-  explicit Guarded(const T& value = {}) : value_(value) {}
+  explicit Synchronized(const T& value = {}) : value_(value) {}
 
   void set(const T& value) {
     const std::lock_guard guard(lock_);
@@ -31,7 +31,7 @@ class Guarded {
   }
 
  private:
-  mutable ShortLock lock_;
+  mutable FutexMutex lock_;
   T value_;
 };
 

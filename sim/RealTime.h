@@ -16,15 +16,15 @@ namespace sim {
  * nextTimer(), as Phone has them.
  */
 template <typename Model>
-class Live {
+class RealTime {
  public:
   /** `speed` is how many seconds of the model's pass in one of ours; the rest is for the model. Whatever the
    * model calls is called under a lock. */
   template <typename... Args>
-  explicit Live(double speed, Args&&... args)
+  explicit RealTime(double speed, Args&&... args)
       : speed_(speed), model_(std::forward<Args>(args)...), timers_([this] { runTimers(); }) {}
 
-  ~Live() {
+  ~RealTime() {
     {
       const std::lock_guard lock(mutex_);
       stopping_ = true;
@@ -32,8 +32,8 @@ class Live {
     changed_.notify_one();
     timers_.join();
   }
-  Live(const Live&) = delete;
-  Live& operator=(const Live&) = delete;
+  RealTime(const RealTime&) = delete;
+  RealTime& operator=(const RealTime&) = delete;
 
   /** Runs `action` on the model, with nobody else at it. */
   template <typename Action>

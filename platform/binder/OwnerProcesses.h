@@ -13,9 +13,9 @@
 #include <binder/IBinder.h>
 #include <utils/Errors.h>
 
+#include "Channel.h"
 #include "Frame.h"
-#include "IdleLanes.h"
-#include "Lane.h"
+#include "IdleChannels.h"
 #include "UniqueFd.h"
 
 namespace android {
@@ -24,15 +24,17 @@ class BpBinder;
 
 namespace android::transport {
 
-/** Another process, as the holder of its objects sees it: the lanes to it and the proxies of its objects. */
-class Remote : public std::enable_shared_from_this<Remote> {
+/** Another process, as the holder of its objects sees it: the channels to it and the proxies of its objects.
+ */
+class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
  public:
-  explicit Remote(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
+  explicit OwnerProcess(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
 
   uint64_t id() const { return id_; }
   bool isDead() const { return dead_.load(); }
 
-  /** Makes the watch connection, if there is none yet. After a failure this Remote is of no more use. */
+  /** Makes the watch connection, if there is none yet. After a failure this OwnerProcess is of no more use.
+   */
   status_t connect();
 
   /** The one proxy of an object. DEAD_OBJECT if the object is no more. */
@@ -50,17 +52,17 @@ class Remote : public std::enable_shared_from_this<Remote> {
   void died();
 
  private:
-  /** An idle lane or a new one, over which the releases that were put off have been sent, as far as it takes
-   * them. */
-  std::unique_ptr<Lane> takeLane(status_t* status);
-  std::unique_ptr<Lane> openLane(std::chrono::milliseconds patience, status_t* status) const;
-  void returnLane(std::unique_ptr<Lane> lane);
+  /** An idle channel or a new one, over which the releases that were put off have been sent, as far as it
+   * takes them. */
+  std::unique_ptr<Channel> takeChannel(status_t* status);
+  std::unique_ptr<Channel> openChannel(std::chrono::milliseconds timeout, status_t* status) const;
+  void returnChannel(std::unique_ptr<Channel> channel);
   status_t openWatch(std::string* failure);
   status_t acquire(uint64_t number);
   void sendRelease(uint64_t number);
   /** Sends what was put off. On a thread that may wait. */
-  void sendPutOff();
-  void putOff(const uint64_t* numbers, size_t count);
+  void sendDeferredReleases();
+  void deferRelease(const uint64_t* numbers, size_t count);
   sp<BpBinder> knownProxy(uint64_t number);
 
   const uint64_t id_;
@@ -69,7 +71,7 @@ class Remote : public std::enable_shared_from_this<Remote> {
   /** What came of connecting, once it has been tried. */
   std::optional<status_t> connected_;
 
-  IdleLanes idle_;
+  IdleChannels idle_;
   std::mutex mutex_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
   /** Objects that threads are about to hold, and whether they died meanwhile. Of others there is nothing to
@@ -79,23 +81,23 @@ class Remote : public std::enable_shared_from_this<Remote> {
     bool isDead = false;
   };
   std::unordered_map<uint64_t, Acquiring> acquiring_;
-  /** Objects to be released that no lane would take at the time. */
+  /** Objects to be released that no channel would take at the time. */
   std::vector<uint64_t> unreleased_;
   std::atomic<bool> hasUnreleased_{false};
   /** A thread is about to send them. */
-  std::atomic<bool> sendsPutOff_{false};
+  std::atomic<bool> sendsDeferred_{false};
 };
 
 /** All processes whose objects this process holds. */
-class Remotes {
+class OwnerProcesses {
  public:
   /** The process of that number. DEAD_OBJECT if it is no more. */
-  status_t connect(uint64_t process, std::shared_ptr<Remote>* remote);
-  void remove(const Remote& remote);
+  status_t connect(uint64_t process, std::shared_ptr<OwnerProcess>* remote);
+  void remove(const OwnerProcess& remote);
 
  private:
   std::mutex mutex_;
-  std::unordered_map<uint64_t, std::shared_ptr<Remote>> remotes_;
+  std::unordered_map<uint64_t, std::shared_ptr<OwnerProcess>> owners_;
 };
 
 }  // namespace android::transport

@@ -13,9 +13,9 @@
 #include <utils/Errors.h>
 
 #include "Frame.h"
-#include "Mailboxes.h"
-#include "Patience.h"
-#include "Pieces.h"
+#include "ScatterGather.h"
+#include "SharedSlots.h"
+#include "Spin.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
@@ -24,21 +24,21 @@ namespace android::transport {
 bool waitReadable(int socket, int timeoutMs);
 
 /**
- * A connection that carries frames, one at a time. All that is known of the carrier stands here. A lane
- * begins as a socket that keeps packets whole. The caller may offer mailboxes, and when the server has
+ * A connection that carries frames, one at a time. All that is known of the carrier stands here. A channel
+ * begins as a socket that keeps packets whole. The caller may offer shared slots, and when the server has
  * answered that it has them, too, every frame goes by them; what doesn't fit in follows over the socket,
- * whose end is still that of the lane. After any error the connection is of no more use.
+ * whose end is still that of the channel. After any error the connection is of no more use.
  */
-class Lane {
+class Channel {
  public:
   enum class Side { kCalls, kServes };
 
-  Lane(UniqueFd socket, Side side) : socket_(std::move(socket)), awaitsShare_(side == Side::kServes) {}
-  ~Lane();
-  Lane(const Lane&) = delete;
-  Lane& operator=(const Lane&) = delete;
+  Channel(UniqueFd socket, Side side) : socket_(std::move(socket)), awaitsShare_(side == Side::kServes) {}
+  ~Channel();
+  Channel(const Channel&) = delete;
+  Channel& operator=(const Channel&) = delete;
 
-  /** Offers the other side mailboxes. Before any frame is sent. */
+  /** Offers the other side shared slots. Before any frame is sent. */
   void share();
 
   /**
@@ -49,7 +49,8 @@ class Lane {
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {});
 
-  /** Sends a frame without data, if that can be done in time; else WOULD_BLOCK, and the lane is as it was. */
+  /** Sends a frame without data, if that can be done in time; else WOULD_BLOCK, and the channel is as it was.
+   */
   status_t trySend(FrameHeader header, int timeoutMs = 0);
 
   /**
@@ -64,30 +65,30 @@ class Lane {
   /** Whether the other side is known to be gone. */
   bool hasEnded() const { return ended_.load(std::memory_order_relaxed); }
 
-  /** For the reactor, which alone notices the end of the connection while all sleep at mailboxes. Whether
+  /** For the reactor, which alone notices the end of the connection while all sleep at shared slots. Whether
    * this is to be said again, since a thread may still sleep: the other side can undo what wakes it. */
   bool end();
 
-  /** Whether the other side has not taken the frame that was sent to it last by mailbox. */
-  bool hasUntaken() { return isShared_ && !mailboxes_.out().isEmpty(); }
+  /** Whether the other side has not taken the frame that was sent to it last by shared slot. */
+  bool hasUntaken() { return isShared_ && !sharedSlots_.out().isEmpty(); }
 
   int socket() const { return socket_.get(); }
 
   /** The objects of the frame received last. */
   const std::vector<ObjectEntry>& objects() const { return objects_; }
 
-  const Patience& patience() const { return patience_; }
+  const SpinBackoff& backoff() const { return backoff_; }
 
  private:
   using Clock = std::chrono::steady_clock;
 
-  status_t sendByMailbox(FrameHeader* header, Pieces* pieces);
-  status_t sendPackets(Pieces* pieces);
+  status_t sendBySharedSlot(FrameHeader* header, ScatterGather* pieces);
+  status_t sendPackets(ScatterGather* pieces);
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);
-  void endLookout();
-  /** Looks into the mailbox for a while. */
-  void lookOut();
-  /** Sleep until there is something, or room, in a mailbox. DEAD_OBJECT at the end of the connection,
+  void endSpin();
+  /** Looks into the shared slot for a while. */
+  void spin();
+  /** Sleep until there is something, or room, in a shared slot. DEAD_OBJECT at the end of the connection,
    * WOULD_BLOCK when it is time to give up. */
   status_t awaitFrame(const Deadline& deadline = {});
   status_t awaitRoom(const Deadline& deadline = {});
@@ -100,19 +101,19 @@ class Lane {
   UniqueFd socket_;
   /** A share frame may come first. */
   bool awaitsShare_;
-  /** Both sides have the mailboxes, and know it. */
+  /** Both sides have the shared slots, and know it. */
   bool isShared_ = false;
   /** The next wait begins with a look. */
-  bool looksOut_ = false;
+  bool spins_ = false;
   /** What the hint of the last request said. */
   bool backToBack_ = false;
-  /** The reactor has the lane. */
+  /** The reactor has the channel. */
   bool isWatched_ = false;
   std::atomic<bool> ended_{false};
   std::atomic<bool> sleeps_{false};
-  Patience patience_;
+  SpinBackoff backoff_;
   Clock::time_point lastReply_;
-  Mailboxes mailboxes_;
+  SharedSlots sharedSlots_;
   std::vector<ObjectEntry> objects_;
   std::array<uint8_t, kFirstPacketSize> buffer_;
 };

@@ -46,9 +46,9 @@ struct Fault {
  * Stands between a service and its callers, and does with calls what it is told to. For any thread, but for
  * die() and revive(), which are for one.
  */
-class FaultyService : public android::BBinder {
+class FaultInjector : public android::BBinder {
  public:
-  FaultyService(const char* name, android::sp<android::BBinder> service, std::span<const MethodRow> methods,
+  FaultInjector(const char* name, android::sp<android::BBinder> service, std::span<const MethodRow> methods,
                 std::span<const MethodRow> events)
       : name_(name), service_(std::move(service)), methods_(methods), events_(events) {}
 
@@ -64,7 +64,7 @@ class FaultyService : public android::BBinder {
   /** How many bytes the record of this event is to have more. */
   int32_t moreBytesOfEvent(uint32_t code);
   /** Takes away all faults; calls that are being delayed go on. */
-  void heal();
+  void clearFaults();
   /** One line for each fault; empty if there is none. */
   std::string describe() const;
 

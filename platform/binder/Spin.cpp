@@ -1,4 +1,4 @@
-#include "Patience.h"
+#include "Spin.h"
 
 #include <sched.h>
 
@@ -36,19 +36,19 @@ int processors() {
 
 }  // namespace
 
-Lookouts& Lookouts::self() {
-  static Lookouts& lookouts = *new Lookouts();
+SpinLimiter& SpinLimiter::self() {
+  static SpinLimiter& lookouts = *new SpinLimiter();
   return lookouts;
 }
 
-void Lookouts::overslept(std::chrono::nanoseconds time) {
+void SpinLimiter::wasPreempted(std::chrono::nanoseconds time) {
   const Clock::time_point until = Clock::now() + kRestFactor * time;
   restsUntil_.store(std::chrono::duration_cast<Clock::duration>(until.time_since_epoch()).count(),
                     std::memory_order_relaxed);
 }
 
-Lookouts::Lookouts() : limit_(processors() - 1) {
-  if (limit_ > 0) patience_ = std::chrono::microseconds(patienceUs());
+SpinLimiter::SpinLimiter() : limit_(processors() - 1) {
+  if (limit_ > 0) duration_ = std::chrono::microseconds(patienceUs());
 }
 
 }  // namespace android::transport

@@ -1,8 +1,8 @@
-#include "FaultyService.h"
+#include "FaultInjector.h"
 
+#include <binder/HostPlatform.h>
 #include <binder/IServiceManager.h>
 #include <binder/Parcel.h>
-#include <binder/StandIn.h>
 #include <binder/Status.h>
 
 #include <algorithm>
@@ -83,7 +83,7 @@ bool answersWithRecord(const MethodRow& method) {
   });
 }
 
-status_t FaultyService::revive() {
+status_t FaultInjector::revive() {
   {
     const std::lock_guard lock(mutex_);
     dead_ = false;
@@ -91,7 +91,7 @@ status_t FaultyService::revive() {
   return android::defaultServiceManager()->addService(android::String16(name_), this);
 }
 
-uint64_t FaultyService::die() {
+uint64_t FaultInjector::die() {
   uint64_t deaths;
   {
     const std::lock_guard lock(mutex_);
@@ -99,26 +99,26 @@ uint64_t FaultyService::die() {
     deaths = ++deaths_;
   }
   changed_.notify_all();
-  android::standin::killObject(this);
+  android::host::killObject(this);
   return deaths;
 }
 
-uint64_t FaultyService::deaths() const {
+uint64_t FaultInjector::deaths() const {
   const std::lock_guard lock(mutex_);
   return deaths_;
 }
 
-void FaultyService::add(const Fault& fault) {
+void FaultInjector::add(const Fault& fault) {
   const std::lock_guard lock(mutex_);
   faults_.push_back(fault);
 }
 
-int32_t FaultyService::moreBytesOfEvent(uint32_t code) {
+int32_t FaultInjector::moreBytesOfEvent(uint32_t code) {
   Fault fault{};
   return take(Fault::kShort, code + Fault::kEvent, &fault) ? fault.bytes : 0;
 }
 
-void FaultyService::heal() {
+void FaultInjector::clearFaults() {
   {
     const std::lock_guard lock(mutex_);
     faults_.clear();
@@ -127,7 +127,7 @@ void FaultyService::heal() {
   changed_.notify_all();
 }
 
-std::string FaultyService::describe() const {
+std::string FaultInjector::describe() const {
   static constexpr const char* kKinds[] = {"fail", "delay", "short"};
   const std::lock_guard lock(mutex_);
   std::string text = dead_ ? std::string(name_) + " is dead\n" : "";
@@ -140,18 +140,18 @@ std::string FaultyService::describe() const {
   return text;
 }
 
-const MethodRow* FaultyService::find(uint32_t code) const {
+const MethodRow* FaultInjector::find(uint32_t code) const {
   const std::span<const MethodRow> rows = code < Fault::kEvent ? methods_ : events_;
   const auto found = std::ranges::find(rows, code % Fault::kEvent, &MethodRow::code);
   return found == rows.end() ? nullptr : &*found;
 }
 
-bool FaultyService::take(Fault::Kind kind, uint32_t code, Fault* taken) {
+bool FaultInjector::take(Fault::Kind kind, uint32_t code, Fault* taken) {
   const std::lock_guard lock(mutex_);
   return takeLocked(kind, code, taken);
 }
 
-bool FaultyService::takeLocked(Fault::Kind kind, uint32_t code, Fault* taken) {
+bool FaultInjector::takeLocked(Fault::Kind kind, uint32_t code, Fault* taken) {
   const auto found = std::ranges::find_if(faults_, [&](const Fault& fault) {
     return fault.kind == kind && (fault.code == code || (fault.code == 0 && code < Fault::kEvent));
   });
@@ -161,7 +161,7 @@ bool FaultyService::takeLocked(Fault::Kind kind, uint32_t code, Fault* taken) {
   return true;
 }
 
-status_t FaultyService::onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
+status_t FaultInjector::onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
   const MethodRow* const method = find(code);
   if (method == nullptr) return service_->transact(code, data, reply, flags);
   Fault fault{};

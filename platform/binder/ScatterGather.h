@@ -11,7 +11,7 @@
 namespace android::transport {
 
 /** Walks over some pieces of memory, a packet at a time. */
-class Pieces {
+class ScatterGather {
  public:
   static constexpr size_t kMost = 3;
 

@@ -1,5 +1,5 @@
-#include "IdleLanes.h"
-#include "Lane.h"
+#include "Channel.h"
+#include "IdleChannels.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -18,7 +18,7 @@
 #include <thread>
 #include <vector>
 
-/* The two ends of a lane, and what can go wrong between them. */
+/* The two ends of a channel, and what can go wrong between them. */
 
 using android::DEAD_OBJECT;
 using android::FAILED_TRANSACTION;
@@ -40,17 +40,17 @@ struct Sockets {
   UniqueFd server;
 };
 
-/** A lane whose serving end answers each request with its own data. */
-class EchoLane {
+/** A channel whose serving end answers each request with its own data. */
+class EchoChannel {
  public:
-  EchoLane() {
+  EchoChannel() {
     Sockets sockets;
-    caller_ = std::make_unique<Lane>(std::move(sockets.caller), Lane::Side::kCalls);
+    caller_ = std::make_unique<Channel>(std::move(sockets.caller), Channel::Side::kCalls);
     caller_->share();
-    server_ = std::make_unique<Lane>(std::move(sockets.server), Lane::Side::kServes);
+    server_ = std::make_unique<Channel>(std::move(sockets.server), Channel::Side::kServes);
     thread_ = std::thread([this] { serve(); });
   }
-  ~EchoLane() {
+  ~EchoChannel() {
     stop();
     EXPECT_EQ(end_, DEAD_OBJECT);
   }
@@ -72,7 +72,7 @@ class EchoLane {
     if (thread_.joinable()) thread_.join();
   }
   /** Once stopped. */
-  uint64_t looksOfServer() const { return server_->patience().looks(); }
+  uint64_t looksOfServer() const { return server_->backoff().looks(); }
   int releases() const { return releases_; }
 
  private:
@@ -91,14 +91,14 @@ class EchoLane {
     }
   }
 
-  std::unique_ptr<Lane> caller_;
-  std::unique_ptr<Lane> server_;
+  std::unique_ptr<Channel> caller_;
+  std::unique_ptr<Channel> server_;
   std::thread thread_;
   android::status_t end_ = OK;
   int releases_ = 0;
 };
 
-bool looksOut() { return Lookouts::self().patience().count() > 0; }
+bool spins() { return SpinLimiter::self().duration().count() > 0; }
 
 /** Goes by without a system call, which would let others run. */
 void pass(microseconds time) {
@@ -115,7 +115,7 @@ bool within(microseconds time, Condition condition) {
 }
 
 TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
-  Patience patience;
+  SpinBackoff patience;
   const auto skipped = [&] {
     uint32_t count = 0;
     while (!patience.take()) ++count;
@@ -136,45 +136,45 @@ TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
   EXPECT_EQ(skipped(), 1U) << "as if it had never failed";
 }
 
-TEST(LaneTest, NothingIsLostAtTheEdgeOfPatience) {
+TEST(ChannelTest, NothingIsLostAtTheEdgeOfPatience) {
   std::mt19937 random(1);
   std::vector<uint8_t> bytes(200'000);
   std::iota(bytes.begin(), bytes.end(), uint8_t{0});
   // Small ones mostly, so that many meet a receiver that is just about to go to sleep.
   const std::vector<size_t> sizes = {0,  4,      64,
                                      64, 4,      3000,
-                                     64, 40'000, Mailbox::kCapacity - sizeof(FrameHeader),
-                                     64, 4,      Mailbox::kCapacity - sizeof(FrameHeader) + 4,
+                                     64, 40'000, SharedSlot::kCapacity - sizeof(FrameHeader),
+                                     64, 4,      SharedSlot::kCapacity - sizeof(FrameHeader) + 4,
                                      64, 512,    200'000};
-  EchoLane lane;
+  EchoChannel channel;
   int released = 0;
   for (int i = 0; i < 10'000; ++i) {
     const size_t size = sizes[random() % sizes.size()];
-    ASSERT_TRUE(lane.call({bytes.end() - static_cast<ptrdiff_t>(size), bytes.end()})) << i;
+    ASSERT_TRUE(channel.call({bytes.end() - static_cast<ptrdiff_t>(size), bytes.end()})) << i;
     if (random() % 8 == 0) {
-      ASSERT_TRUE(lane.release());
+      ASSERT_TRUE(channel.release());
       ++released;
     }
     if (random() % 16 == 0) pass(microseconds(45 + random() % 15));
   }
-  lane.stop();
-  EXPECT_EQ(lane.releases(), released);
+  channel.stop();
+  EXPECT_EQ(channel.releases(), released);
 }
 
-TEST(LaneTest, CallsThatComeSeldomAreNeverLookedFor) {
-  EchoLane lane;
+TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
+  EchoChannel channel;
   for (int i = 0; i < 50; ++i) {
-    ASSERT_TRUE(lane.call({1, 2, 3, 4}));
+    ASSERT_TRUE(channel.call({1, 2, 3, 4}));
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
-  lane.stop();
-  EXPECT_EQ(lane.looksOfServer(), 0U);
+  channel.stop();
+  EXPECT_EQ(channel.looksOfServer(), 0U);
 }
 
-/** A server, and a caller that does by hand what a lane does, and not always rightly. */
+/** A server, and a caller that does by hand what a channel does, and not always rightly. */
 struct Caller {
   explicit Caller(Sockets sockets = {})
-      : socket(std::move(sockets.caller)), server(std::move(sockets.server), Lane::Side::kServes) {}
+      : socket(std::move(sockets.caller)), server(std::move(sockets.server), Channel::Side::kServes) {}
 
   void sendShare(int fd) const {
     FrameHeader header{.kind = FrameKind::kShare};
@@ -203,37 +203,37 @@ struct Caller {
     EXPECT_EQ(::recv(socket.get(), &header, sizeof(header), MSG_DONTWAIT), ssize_t{sizeof(header)});
     return header.hints;
   }
-  /** From here on both sides use mailboxes. */
+  /** From here on both sides use shared slots. */
   bool share() {
     UniqueFd shared;
-    mailboxes = Mailboxes::make(&shared);
+    sharedSlots = SharedSlots::make(&shared);
     sendShare(shared.get());
-    return mailboxes && call() == kHintShared;
+    return sharedSlots && call() == kHintShared;
   }
   void put(const FrameHeader& header, size_t size = sizeof(FrameHeader)) {
-    std::memcpy(mailboxes.out().bytes(), &header, sizeof(header));
-    mailboxes.out().fill(size);
+    std::memcpy(sharedSlots.out().bytes(), &header, sizeof(header));
+    sharedSlots.out().fill(size);
   }
   android::status_t receive() {
     FrameHeader header;
     Parcel data;
     return server.receive(&header, &data);
   }
-  /** Of the server's mailbox. */
-  std::atomic<uint32_t>& state() { return *reinterpret_cast<std::atomic<uint32_t>*>(&mailboxes.out()); }
+  /** Of the server's shared slot. */
+  std::atomic<uint32_t>& state() { return *reinterpret_cast<std::atomic<uint32_t>*>(&sharedSlots.out()); }
   static constexpr uint32_t kAwaited = 1;
 
   UniqueFd socket;
-  Lane server;
-  Mailboxes mailboxes;
+  Channel server;
+  SharedSlots sharedSlots;
 };
 
-class MailboxTest : public testing::Test, protected Caller {};
+class SharedSlotTest : public testing::Test, protected Caller {};
 
 const FrameHeader kRequest{.kind = FrameKind::kRequest, .hints = kHintBackToBack};
 
-TEST_F(MailboxTest, LooksInVainBecomeRare) {
-  if (!looksOut()) GTEST_SKIP() << "needs two processors";
+TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
+  if (!spins()) GTEST_SKIP() << "needs two processors";
   ASSERT_TRUE(share());
   // The hint promises a call at once, and it never comes before the server sleeps.
   const auto exchange = [this] {
@@ -244,17 +244,17 @@ TEST_F(MailboxTest, LooksInVainBecomeRare) {
     EXPECT_EQ(receive(), OK);
     late.join();
     EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
-    mailboxes.in().empty();
-    return server.patience().looks();
+    sharedSlots.in().empty();
+    return server.backoff().looks();
   };
   // A process that had to wait for a processor rests for a while.
   EXPECT_TRUE(within(microseconds(30'000'000), [&] { return exchange() > 0; }));
   for (int i = 0; i < 200; ++i) exchange();
   // After the nth, 2^n - 1 waits go by without.
-  EXPECT_LE(server.patience().looks(), 8U);
+  EXPECT_LE(server.backoff().looks(), 8U);
 }
 
-TEST_F(MailboxTest, WhatCameBeforeTheEndIsStillReceived) {
+TEST_F(SharedSlotTest, WhatCameBeforeTheEndIsStillReceived) {
   ASSERT_TRUE(share());
   put(kRequest);
   socket = UniqueFd();
@@ -264,21 +264,21 @@ TEST_F(MailboxTest, WhatCameBeforeTheEndIsStillReceived) {
   EXPECT_EQ(server.trySend({.kind = FrameKind::kReply}), DEAD_OBJECT);
 }
 
-TEST(IdleLanesTest, ALaneWhoseOtherEndIsGoneIsNotTakenAgain) {
-  IdleLanes idle;
+TEST(IdleChannelsTest, ALaneWhoseOtherEndIsGoneIsNotTakenAgain) {
+  IdleChannels idle;
   for (const bool ends : {true, false}) {
     Sockets sockets;
-    auto lane = std::make_unique<Lane>(std::move(sockets.caller), Lane::Side::kCalls);
-    lane->share();
-    const Lane* const put = lane.get();
+    auto channel = std::make_unique<Channel>(std::move(sockets.caller), Channel::Side::kCalls);
+    channel->share();
+    const Channel* const put = channel.get();
     if (ends) sockets.server = UniqueFd();
-    EXPECT_EQ(within(microseconds(ends ? 10'000'000 : 0), [&] { return lane->hasEnded(); }), ends);
-    idle.put(std::move(lane));
+    EXPECT_EQ(within(microseconds(ends ? 10'000'000 : 0), [&] { return channel->hasEnded(); }), ends);
+    idle.put(std::move(channel));
     EXPECT_EQ(idle.take().get(), ends ? nullptr : put);
   }
 }
 
-TEST_F(MailboxTest, TheEndWakesWhoeverSleeps) {
+TEST_F(SharedSlotTest, TheEndWakesWhoeverSleeps) {
   for (const bool sends : {false, true}) {
     SCOPED_TRACE(sends ? "until its reply is taken" : "until a request comes");
     Caller peer;
@@ -299,7 +299,7 @@ TEST_F(MailboxTest, TheEndWakesWhoeverSleeps) {
 std::atomic<bool> isHeldUp = false;
 std::atomic<bool> goesOn = false;
 
-TEST_F(MailboxTest, ACallerThatUndoesWhatWakesTheServer) {
+TEST_F(SharedSlotTest, ACallerThatUndoesWhatWakesTheServer) {
   ASSERT_TRUE(share());
   struct sigaction action = {};
   action.sa_flags = SA_RESTART;
@@ -325,29 +325,29 @@ TEST_F(MailboxTest, ACallerThatUndoesWhatWakesTheServer) {
   }
   goesOn = true;
   EXPECT_TRUE(within(microseconds(10'000'000), [&] { return isDone.load(); }));
-  while (!isDone) mailboxes.out().rouseReceiver();
+  while (!isDone) sharedSlots.out().rouseReceiver();
   receiver.join();
   ::sigaction(SIGUSR1, &before, nullptr);
   if (!heldUp) GTEST_SKIP() << "signals wait for the end of the system call";
 }
 
-TEST_F(MailboxTest, AReplyWaitsForTheOneBeforeToBeTaken) {
+TEST_F(SharedSlotTest, AReplyWaitsForTheOneBeforeToBeTaken) {
   ASSERT_TRUE(share());
   ASSERT_EQ(server.send({.kind = FrameKind::kReply, .code = 1}), OK);
   std::thread slow([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
-    mailboxes.in().empty();
+    sharedSlots.in().empty();
   });
   EXPECT_EQ(server.send({.kind = FrameKind::kReply, .code = 2}), OK);
   slow.join();
   FrameHeader header;
-  std::memcpy(&header, mailboxes.in().bytes(), sizeof(header));
+  std::memcpy(&header, sharedSlots.in().bytes(), sizeof(header));
   EXPECT_EQ(header.code, 2U);
 }
 
-TEST_F(MailboxTest, TheRestOfAFrameThatNeverComes) {
+TEST_F(SharedSlotTest, TheRestOfAFrameThatNeverComes) {
   ASSERT_TRUE(share());
-  put({.kind = FrameKind::kRequest, .dataSize = 100'000}, Mailbox::kCapacity);
+  put({.kind = FrameKind::kRequest, .dataSize = 100'000}, SharedSlot::kCapacity);
   std::thread death([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
     socket = UniqueFd();
@@ -356,32 +356,32 @@ TEST_F(MailboxTest, TheRestOfAFrameThatNeverComes) {
   death.join();
 }
 
-class MailboxFrameTest : public MailboxTest, public testing::WithParamInterface<size_t> {};
+class SharedSlotFrameTest : public SharedSlotTest, public testing::WithParamInterface<size_t> {};
 
-TEST_P(MailboxFrameTest, IsNone) {
+TEST_P(SharedSlotFrameTest, IsNone) {
   ASSERT_TRUE(share());
   put(kRequest, GetParam());
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
 
-INSTANTIATE_TEST_SUITE_P(Sizes, MailboxFrameTest,
-                         testing::Values(0, 39, 41, Mailbox::kCapacity + 1, size_t{0xffffffff}));
+INSTANTIATE_TEST_SUITE_P(Sizes, SharedSlotFrameTest,
+                         testing::Values(0, 39, 41, SharedSlot::kCapacity + 1, size_t{0xffffffff}));
 
-TEST_F(MailboxTest, AStateThatIsNoneHoldsNothingUp) {
+TEST_F(SharedSlotTest, AStateThatIsNoneHoldsNothingUp) {
   ASSERT_TRUE(share());
-  mailboxes.out().fill(0);
+  sharedSlots.out().fill(0);
   state() = 77;
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
 
-TEST_F(MailboxTest, MemoryThatCouldBeTakenAwayIsRefused) {
+TEST_F(SharedSlotTest, MemoryThatCouldBeTakenAwayIsRefused) {
   const UniqueFd unsealed(::memfd_create("unsealed", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-  ASSERT_EQ(::ftruncate(unsealed.get(), 2 * sizeof(Mailbox)), 0);
+  ASSERT_EQ(::ftruncate(unsealed.get(), 2 * sizeof(SharedSlot)), 0);
   const UniqueFd small(::memfd_create("small", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   ASSERT_EQ(::fcntl(small.get(), F_ADD_SEALS, F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL), 0);
   const UniqueFd noMemory(::open("/dev/null", O_RDWR | O_CLOEXEC));
   for (const int fd : {unsealed.get(), small.get(), noMemory.get()}) {
-    EXPECT_FALSE(Mailboxes::accept(UniqueFd(::dup(fd))));
+    EXPECT_FALSE(SharedSlots::accept(UniqueFd(::dup(fd))));
   }
   sendShare(-1);
   EXPECT_EQ(call(), 0U);

@@ -2,10 +2,10 @@
 
 #include <binder/IBinder.h>
 
-namespace android::standin {
+namespace android::host {
 
 /*
- * What only the stand-in can do; the platform has nothing of the kind. For simulations and tests.
+ * What only the host platform can do; the platform has nothing of the kind. For simulations and tests.
  */
 
 /**
@@ -18,4 +18,4 @@ namespace android::standin {
  */
 void killObject(const sp<IBinder>& object);
 
-}  // namespace android::standin
+}  // namespace android::host

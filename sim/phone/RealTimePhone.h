@@ -1,10 +1,10 @@
 #pragma once
 
-#include "Live.h"
+#include "RealTime.h"
 #include "phone/Phone.h"
 
 namespace sim {
 
-using LivePhone = Live<Phone>;
+using RealTimePhone = RealTime<Phone>;
 
 }  // namespace sim

@@ -1,4 +1,4 @@
-#include "Mailboxes.h"
+#include "SharedSlots.h"
 
 #include <fcntl.h>
 #include <linux/futex.h>
@@ -15,7 +15,7 @@ namespace android::transport {
 
 namespace {
 
-constexpr size_t kSize = 2 * sizeof(Mailbox);
+constexpr size_t kSize = 2 * sizeof(SharedSlot);
 /** Nobody must take the memory from under the other's feet. */
 constexpr int kSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
 
@@ -34,8 +34,8 @@ FutexTime futexTimeOf(std::chrono::steady_clock::time_point time) {
 
 }  // namespace
 
-bool Mailbox::sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended,
-                    const Deadline& deadline) {
+bool SharedSlot::sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended,
+                       const Deadline& deadline) {
   uint32_t state = awake;
   if (!state_.compare_exchange_strong(state, asleep) && state != asleep) return true;
   // Whoever sets it comes here after that: either it is seen, or what is slept on is not there any more.
@@ -48,53 +48,53 @@ bool Mailbox::sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& en
   return false;
 }
 
-void Mailbox::rouse(uint32_t asleep, uint32_t awake) {
+void SharedSlot::rouse(uint32_t asleep, uint32_t awake) {
   state_.compare_exchange_strong(asleep, awake);
   wake();
 }
 
-void Mailbox::wake() { ::syscall(SYS_futex, &state_, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0); }
+void SharedSlot::wake() { ::syscall(SYS_futex, &state_, FUTEX_WAKE, INT_MAX, nullptr, nullptr, 0); }
 
-Mailboxes::Mailboxes(Mailboxes&& other) noexcept { *this = std::move(other); }
+SharedSlots::SharedSlots(SharedSlots&& other) noexcept { *this = std::move(other); }
 
-Mailboxes& Mailboxes::operator=(Mailboxes&& other) noexcept {
+SharedSlots& SharedSlots::operator=(SharedSlots&& other) noexcept {
   std::swap(memory_, other.memory_);
   std::swap(in_, other.in_);
   std::swap(out_, other.out_);
   return *this;
 }
 
-Mailboxes::~Mailboxes() {
+SharedSlots::~SharedSlots() {
   if (memory_ != nullptr) ::munmap(memory_, kSize);
 }
 
-Mailboxes Mailboxes::map(int fd) {
-  Mailboxes result;
+SharedSlots SharedSlots::map(int fd) {
+  SharedSlots result;
   void* const memory = ::mmap(nullptr, kSize, PROT_READ | PROT_WRITE, MAP_SHARED, fd, 0);
   if (memory == MAP_FAILED) return result;
-  // New memory is zero, which is an idle mailbox.
-  result.memory_ = static_cast<Mailbox*>(memory);
+  // New memory is zero, which is an idle shared slot.
+  result.memory_ = static_cast<SharedSlot*>(memory);
   result.in_ = result.memory_;
   result.out_ = result.memory_ + 1;
   return result;
 }
 
-Mailboxes Mailboxes::make(UniqueFd* shared) {
-  UniqueFd fd(::memfd_create("binder-mailboxes", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+SharedSlots SharedSlots::make(UniqueFd* shared) {
+  UniqueFd fd(::memfd_create("binder-sharedSlots", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   if (!fd.valid() || ::ftruncate(fd.get(), kSize) < 0 || ::fcntl(fd.get(), F_ADD_SEALS, kSeals) < 0)
     return {};
   *shared = std::move(fd);
   return map(shared->get());
 }
 
-Mailboxes Mailboxes::accept(const UniqueFd& shared) {
+SharedSlots SharedSlots::accept(const UniqueFd& shared) {
   struct stat info;
   const int seals = shared.valid() ? ::fcntl(shared.get(), F_GET_SEALS) : -1;
   if (seals < 0 || (seals & kSeals) != kSeals || ::fstat(shared.get(), &info) < 0 ||
       info.st_size != off_t{kSize}) {
     return {};
   }
-  Mailboxes result = map(shared.get());
+  SharedSlots result = map(shared.get());
   std::swap(result.in_, result.out_);
   return result;
 }

@@ -1,4 +1,4 @@
-#include "Lane.h"
+#include "Channel.h"
 
 #include <android/log.h>
 #include <poll.h>
@@ -73,16 +73,16 @@ bool isValid(const FrameHeader& header) {
 
 bool waitReadable(int socket, int timeoutMs) { return waitFor(socket, POLLIN, timeoutMs); }
 
-Lane::~Lane() {
-  endLookout();
+Channel::~Channel() {
+  endSpin();
   if (isWatched_) Transport::self().reactor.forget(this);
 }
 
-void Lane::share() {
+void Channel::share() {
   UniqueFd shared;
-  Mailboxes mailboxes = Mailboxes::make(&shared);
-  if (!mailboxes) return;
-  mailboxes_ = std::move(mailboxes);
+  SharedSlots sharedSlots = SharedSlots::make(&shared);
+  if (!sharedSlots) return;
+  sharedSlots_ = std::move(sharedSlots);
   isWatched_ = Transport::self().reactor.watch(this);
   if (!isWatched_) return;
   FrameHeader header{.kind = FrameKind::kShare};
@@ -97,19 +97,19 @@ void Lane::share() {
   rights->cmsg_len = CMSG_LEN(sizeof(int));
   const int fd = shared.get();
   std::memcpy(CMSG_DATA(rights), &fd, sizeof(fd));
-  // If it can't be sent, neither can the first frame, or the lane does without.
+  // If it can't be sent, neither can the first frame, or the channel does without.
   ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
-bool Lane::end() {
+bool Channel::end() {
   ended_.store(true);
-  mailboxes_.in().rouseReceiver();
-  mailboxes_.out().rouseSender();
+  sharedSlots_.in().rouseReceiver();
+  sharedSlots_.out().rouseSender();
   return sleeps_.load();
 }
 
-status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
-  Pieces pieces;
+status_t Channel::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
+  ScatterGather pieces;
   pieces.add(&header, sizeof(header));
   if (data != nullptr) {
     header.dataSize = static_cast<uint32_t>(data->dataSize());
@@ -117,23 +117,23 @@ status_t Lane::send(FrameHeader header, const Parcel* data, const std::vector<Ob
     pieces.add(data->data(), data->dataSize());
     pieces.add(objects.data(), objects.size() * sizeof(ObjectEntry));
   }
-  if (isShared_) return sendByMailbox(&header, &pieces);
+  if (isShared_) return sendBySharedSlot(&header, &pieces);
   // The caller has nothing on the way but the request that this answers, and so knows it before it sends
   // more.
-  isShared_ = header.kind == FrameKind::kReply && mailboxes_;
+  isShared_ = header.kind == FrameKind::kReply && sharedSlots_;
   if (isShared_) header.hints |= kHintShared;
   return sendPackets(&pieces);
 }
 
-status_t Lane::sendByMailbox(FrameHeader* header, Pieces* pieces) {
-  if (header->kind == FrameKind::kRequest && Lookouts::self().areThere() && !Lookouts::self().isCrowded() &&
-      Clock::now() - lastReply_ < kBackToBack) {
+status_t Channel::sendBySharedSlot(FrameHeader* header, ScatterGather* pieces) {
+  if (header->kind == FrameKind::kRequest && SpinLimiter::self().isEnabled() &&
+      !SpinLimiter::self().isCrowded() && Clock::now() - lastReply_ < kBackToBack) {
     header->hints |= kHintBackToBack;
   }
   if (const status_t status = awaitRoom(); status != OK) return status;
-  const size_t first = std::min(pieces->size(), Mailbox::kCapacity);
-  pieces->copyTo(mailboxes_.out().bytes(), first);
-  const bool isOtherAwake = mailboxes_.out().fill(first);
+  const size_t first = std::min(pieces->size(), SharedSlot::kCapacity);
+  pieces->copyTo(sharedSlots_.out().bytes(), first);
+  const bool isOtherAwake = sharedSlots_.out().fill(first);
   ssize_t sent = 0;
   while (sent >= 0 && pieces->size() > 0) {
     sent = sendPacket(socket_.get(), pieces->next(std::min(pieces->size(), kPacketSize)));
@@ -143,17 +143,17 @@ status_t Lane::sendByMailbox(FrameHeader* header, Pieces* pieces) {
   return OK;
 }
 
-void Lane::expectFrame(const FrameHeader& sent, bool isOtherAwake) {
-  if (!Lookouts::self().areThere()) return;
+void Channel::expectFrame(const FrameHeader& sent, bool isOtherAwake) {
+  if (!SpinLimiter::self().isEnabled()) return;
   bool soon = false;
   // Whoever has to be woken for a request takes so long that it is cheaper to sleep, too.
   if (sent.kind == FrameKind::kRequest) soon = isOtherAwake;
   // The caller looks for this reply, or will wake up and call again.
   if (sent.kind == FrameKind::kReply) soon = backToBack_ && sent.objectCount == 0;
-  looksOut_ = soon && patience_.take() && Lookouts::self().enter();
+  spins_ = soon && backoff_.take() && SpinLimiter::self().enter();
 }
 
-status_t Lane::sendPackets(Pieces* pieces) {
+status_t Channel::sendPackets(ScatterGather* pieces) {
   const size_t first = std::min(pieces->size(), kFirstPacketSize);
   ssize_t sent;
   if (first <= kCopiedSize) {
@@ -168,12 +168,12 @@ status_t Lane::sendPackets(Pieces* pieces) {
   return sent < 0 ? statusOfErrno() : OK;
 }
 
-status_t Lane::trySend(FrameHeader header, int timeoutMs) {
+status_t Channel::trySend(FrameHeader header, int timeoutMs) {
   if (isShared_) {
     const status_t status = awaitRoom(deadlineIn(timeoutMs));
     if (status != OK) return status;
-    std::memcpy(mailboxes_.out().bytes(), &header, sizeof(header));
-    mailboxes_.out().fill(sizeof(header));
+    std::memcpy(sharedSlots_.out().bytes(), &header, sizeof(header));
+    sharedSlots_.out().fill(sizeof(header));
     return OK;
   }
   const auto send = [&] {
@@ -184,30 +184,30 @@ status_t Lane::trySend(FrameHeader header, int timeoutMs) {
   return timeoutMs != 0 && waitFor(socket_.get(), POLLOUT, timeoutMs) ? trySend(header) : WOULD_BLOCK;
 }
 
-void Lane::endLookout() {
-  if (!looksOut_) return;
-  looksOut_ = false;
-  Lookouts::self().leave();
+void Channel::endSpin() {
+  if (!spins_) return;
+  spins_ = false;
+  SpinLimiter::self().leave();
 }
 
-void Lane::lookOut() {
-  const Clock::duration patience = Lookouts::self().patience();
+void Channel::spin() {
+  const Clock::duration duration = SpinLimiter::self().duration();
   const Clock::time_point start = Clock::now();
   Clock::duration passed{0};
-  for (unsigned looks = 1; !mailboxes_.in().isFull() && passed < patience; ++looks) {
+  for (unsigned looks = 1; !sharedSlots_.in().isFull() && passed < duration; ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
     // The other side may be waiting for this very processor: who wakes a thread up is expected to sleep next.
     ::sched_yield();
     passed = Clock::now() - start;
   }
-  if (passed >= 2 * patience) Lookouts::self().overslept(passed);
-  endLookout();
-  passed >= patience ? patience_.failed() : patience_.paid();
+  if (passed >= 2 * duration) SpinLimiter::self().wasPreempted(passed);
+  endSpin();
+  passed >= duration ? backoff_.failed() : backoff_.paid();
 }
 
-status_t Lane::awaitFrame(const Deadline& deadline) {
-  Mailbox& in = mailboxes_.in();
+status_t Channel::awaitFrame(const Deadline& deadline) {
+  SharedSlot& in = sharedSlots_.in();
   if (in.isFull()) return OK;
   sleeps_.store(true);
   status_t status = OK;
@@ -225,8 +225,8 @@ status_t Lane::awaitFrame(const Deadline& deadline) {
   return status;
 }
 
-status_t Lane::awaitRoom(const Deadline& deadline) {
-  Mailbox& out = mailboxes_.out();
+status_t Channel::awaitRoom(const Deadline& deadline) {
+  SharedSlot& out = sharedSlots_.out();
   if (hasEnded()) return DEAD_OBJECT;
   if (out.isEmpty()) return OK;
   sleeps_.store(true);
@@ -242,12 +242,12 @@ status_t Lane::awaitRoom(const Deadline& deadline) {
   return status;
 }
 
-bool Lane::waitReadable(int timeoutMs) {
+bool Channel::waitReadable(int timeoutMs) {
   if (isShared_) return awaitFrame(deadlineIn(timeoutMs)) != WOULD_BLOCK;
   return transport::waitReadable(socket_.get(), timeoutMs);
 }
 
-ssize_t Lane::receivePacket() {
+ssize_t Channel::receivePacket() {
   const auto receive = [&] { return ::recv(socket_.get(), buffer_.data(), buffer_.size(), MSG_TRUNC); };
   if (!awaitsShare_) return retryOnInterrupt(receive);
   awaitsShare_ = false;
@@ -279,14 +279,14 @@ ssize_t Lane::receivePacket() {
   return retryOnInterrupt(receive);
 }
 
-void Lane::acceptShare(const UniqueFd& shared) {
-  mailboxes_ = Mailboxes::accept(shared);
-  if (!mailboxes_) return;
+void Channel::acceptShare(const UniqueFd& shared) {
+  sharedSlots_ = SharedSlots::accept(shared);
+  if (!sharedSlots_) return;
   isWatched_ = Transport::self().reactor.watch(this);
-  if (!isWatched_) mailboxes_ = Mailboxes();
+  if (!isWatched_) sharedSlots_ = SharedSlots();
 }
 
-status_t Lane::receive(FrameHeader* header, Parcel* data) {
+status_t Channel::receive(FrameHeader* header, Parcel* data) {
   if (!isShared_) {
     const ssize_t size = receivePacket();
     if (size < 0) return statusOfErrno();
@@ -296,24 +296,24 @@ status_t Lane::receive(FrameHeader* header, Parcel* data) {
         status == OK && header->kind == FrameKind::kReply && (header->hints & kHintShared) != 0 && isWatched_;
     return status;
   }
-  if (looksOut_) lookOut();
+  if (spins_) spin();
   if (const status_t status = awaitFrame(); status != OK) return status;
   const status_t status =
-      unpack(mailboxes_.in().bytes(), mailboxes_.in().size(), Mailbox::kCapacity, header, data);
-  mailboxes_.in().empty();
-  if (status == OK && Lookouts::self().areThere()) {
+      unpack(sharedSlots_.in().bytes(), sharedSlots_.in().size(), SharedSlot::kCapacity, header, data);
+  sharedSlots_.in().empty();
+  if (status == OK && SpinLimiter::self().isEnabled()) {
     backToBack_ = header->kind == FrameKind::kRequest && (header->hints & kHintBackToBack) != 0;
     if (header->kind == FrameKind::kReply) lastReply_ = Clock::now();
   }
   return status;
 }
 
-status_t Lane::unpack(const uint8_t* bytes, size_t size, size_t most, FrameHeader* header, Parcel* data) {
+status_t Channel::unpack(const uint8_t* bytes, size_t size, size_t most, FrameHeader* header, Parcel* data) {
   if (size < sizeof(*header) || size > most) return FAILED_TRANSACTION;
   std::memcpy(header, bytes, sizeof(*header));
   if (!isValid(*header)) return FAILED_TRANSACTION;
 
-  Pieces pieces;
+  ScatterGather pieces;
   uint8_t* const contents = ParcelAccess::prepare(data, header->dataSize);
   if (contents == nullptr) return FAILED_TRANSACTION;
   pieces.add(contents, header->dataSize);

@@ -14,7 +14,7 @@ namespace android::transport {
  * that one that takes its time holds up no other; or, while there can be no more threads, on one that stands
  * ready for that.
  */
-class ForeignWork {
+class CallbackExecutor {
  public:
   /** Starts the thread that stands ready. `mask` is the signal mask of all threads. False if there can be
    * none. */

@@ -20,7 +20,7 @@ using Deadline = std::optional<std::chrono::steady_clock::time_point>;
  * The other side may be hostile and change anything at any time: whatever is read here is read once, and
  * checked after that.
  */
-class Mailbox {
+class SharedSlot {
  public:
   static constexpr size_t kSize = 64 * 1024;
   /** What fits in. */
@@ -81,32 +81,32 @@ class Mailbox {
   uint32_t size_;
   alignas(64) uint8_t bytes_[kCapacity];
 };
-static_assert(sizeof(Mailbox) == Mailbox::kSize && std::atomic<uint32_t>::is_always_lock_free);
+static_assert(sizeof(SharedSlot) == SharedSlot::kSize && std::atomic<uint32_t>::is_always_lock_free);
 
-/** The two mailboxes of a lane. */
-class Mailboxes {
+/** The two shared slots of a channel. */
+class SharedSlots {
  public:
-  Mailboxes() = default;
-  Mailboxes(Mailboxes&& other) noexcept;
-  Mailboxes& operator=(Mailboxes&& other) noexcept;
-  ~Mailboxes();
+  SharedSlots() = default;
+  SharedSlots(SharedSlots&& other) noexcept;
+  SharedSlots& operator=(SharedSlots&& other) noexcept;
+  ~SharedSlots();
 
   /** New ones, for the calling side, and what the other side needs to have them, too. None if there is no
    * memory for them. */
-  static Mailboxes make(UniqueFd* shared);
+  static SharedSlots make(UniqueFd* shared);
   /** Those that a caller has made, for the serving side. None if they are not as make() makes them. */
-  static Mailboxes accept(const UniqueFd& shared);
+  static SharedSlots accept(const UniqueFd& shared);
 
   explicit operator bool() const { return memory_ != nullptr; }
-  Mailbox& in() { return *in_; }
-  Mailbox& out() { return *out_; }
+  SharedSlot& in() { return *in_; }
+  SharedSlot& out() { return *out_; }
 
  private:
-  static Mailboxes map(int fd);
+  static SharedSlots map(int fd);
 
-  Mailbox* memory_ = nullptr;
-  Mailbox* in_ = nullptr;
-  Mailbox* out_ = nullptr;
+  SharedSlot* memory_ = nullptr;
+  SharedSlot* in_ = nullptr;
+  SharedSlot* out_ = nullptr;
 };
 
 }  // namespace android::transport

@@ -11,7 +11,7 @@ namespace android::transport {
  * Learns whether it pays to look for a frame before sleeping. Each time that it didn't, twice as many waits
  * as before go by without a look, and each time that it did, half as many.
  */
-class Patience {
+class SpinBackoff {
  public:
   static constexpr uint32_t kMostSkipped = 1023;
 
@@ -42,14 +42,14 @@ class Patience {
 
 /** How many threads of this process look for frames at a time: fewer than it has processors, so that there is
  * one for whoever is to send them. */
-class Lookouts {
+class SpinLimiter {
  public:
-  static Lookouts& self();
+  static SpinLimiter& self();
 
   /** Whether any thread ever looks. */
-  bool areThere() const { return patience_.count() > 0; }
+  bool isEnabled() const { return duration_.count() > 0; }
   /** For how long. */
-  std::chrono::nanoseconds patience() const { return patience_; }
+  std::chrono::nanoseconds duration() const { return duration_; }
 
   bool enter() {
     if (rests()) return false;
@@ -61,7 +61,7 @@ class Lookouts {
 
   /** A look took so much longer than it should have, since others had use for the processor: nobody looks for
    * a time that makes little of that. */
-  void overslept(std::chrono::nanoseconds time);
+  void wasPreempted(std::chrono::nanoseconds time);
 
   /** Whether so many threads call at once that each processor has enough to do. */
   bool isCrowded() const { return calls_.load(std::memory_order_relaxed) > limit_ + 1; }
@@ -78,14 +78,14 @@ class Lookouts {
  private:
   using Clock = std::chrono::steady_clock;
 
-  Lookouts();
+  SpinLimiter();
   bool rests() const {
     const Clock::rep until = restsUntil_.load(std::memory_order_relaxed);
     return until != 0 && Clock::now().time_since_epoch().count() < until;
   }
 
   int limit_ = 0;
-  std::chrono::nanoseconds patience_{0};
+  std::chrono::nanoseconds duration_{0};
   std::atomic<int> count_{0};
   std::atomic<int> calls_{0};
   std::atomic<Clock::rep> restsUntil_{0};

@@ -1,4 +1,4 @@
-#include "ForeignWork.h"
+#include "CallbackExecutor.h"
 
 #include <android/log.h>
 
@@ -8,12 +8,12 @@
 
 namespace android::transport {
 
-bool ForeignWork::start(const sigset_t& mask) {
+bool CallbackExecutor::start(const sigset_t& mask) {
   mask_ = mask;
   return startThread("binder:spare", mask, [this] { runWaiting(); });
 }
 
-void ForeignWork::run(const char* name, std::function<void()> work) {
+void CallbackExecutor::run(const char* name, std::function<void()> work) {
   if (startThread(name, mask_, work)) return;
   __android_log_print(ANDROID_LOG_ERROR, "binder", "no thread for %s, which waits for those before it", name);
   const std::lock_guard lock(mutex_);
@@ -21,7 +21,7 @@ void ForeignWork::run(const char* name, std::function<void()> work) {
   added_.notify_one();
 }
 
-void ForeignWork::runWaiting() {
+void CallbackExecutor::runWaiting() {
   for (;;) {
     std::unique_lock lock(mutex_);
     added_.wait(lock, [this] { return !waiting_.empty(); });

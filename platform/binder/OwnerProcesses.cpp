@@ -1,4 +1,4 @@
-#include "Remotes.h"
+#include "OwnerProcesses.h"
 
 #include <android/log.h>
 #include <sys/socket.h>
@@ -22,9 +22,9 @@ namespace {
  * of its own code has to run. One that is stopped or stuck counts as out of reach.
  */
 constexpr int kAnswerTimeoutMs = 5000;
-constexpr std::chrono::milliseconds kAnswerPatience(kAnswerTimeoutMs);
+constexpr std::chrono::milliseconds kAnswerTimeout(kAnswerTimeoutMs);
 /** As little as there is: none means for ever. */
-constexpr std::chrono::milliseconds kNoPatience(1);
+constexpr std::chrono::milliseconds kNoWait(1);
 
 timeval timevalOf(std::chrono::milliseconds time) {
   timeval result = {};
@@ -34,8 +34,8 @@ timeval timevalOf(std::chrono::milliseconds time) {
 }
 
 /** Until when a call may wait that connects or sends; 0 for ever. */
-bool limitWait(const UniqueFd& socket, std::chrono::milliseconds patience) {
-  const timeval limit = timevalOf(patience);
+bool limitWait(const UniqueFd& socket, std::chrono::milliseconds timeout) {
+  const timeval limit = timevalOf(timeout);
   return ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit)) == 0;
 }
 
@@ -43,7 +43,7 @@ bool limitWait(const UniqueFd& socket, std::chrono::milliseconds patience) {
  * Connects to a process and sends the Hello. DEAD_OBJECT if there is none. What else is wrong is said in
  * `failure`.
  */
-status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::milliseconds patience,
+status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::milliseconds timeout,
                         UniqueFd* connection, std::string* failure) {
   sockaddr_un address;
   if (!runtime_dir::socketAddress(process, &address)) return FAILED_TRANSACTION;
@@ -54,7 +54,7 @@ status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::mill
   };
   UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
   // A process that is stopped or stuck takes none when its queue is full.
-  if (!socket.valid() || !limitWait(socket, patience)) return failed(errno);
+  if (!socket.valid() || !limitWait(socket, timeout)) return failed(errno);
   const auto connecting = [&] {
     return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
   };
@@ -79,7 +79,7 @@ status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::mill
 
 /** Logs why a process can't be reached, once while that stays so. Never under a lock: the application's
  * logger may use the binder. */
-void tellOnce(const std::string& failure) {
+void logOnce(const std::string& failure) {
   static std::mutex& mutex = *new std::mutex;
   static std::string& last = *new std::string;
   {
@@ -92,7 +92,7 @@ void tellOnce(const std::string& failure) {
 
 }  // namespace
 
-status_t Remote::connect() {
+status_t OwnerProcess::connect() {
   std::string failure;
   status_t status;
   {
@@ -103,16 +103,16 @@ status_t Remote::connect() {
       // Those who waited for this attempt share its failure. Whoever comes next makes a new one: the cause
       // may have gone.
       dead_.store(true, std::memory_order_release);
-      Transport::self().remotes.remove(*this);
+      Transport::self().owners.remove(*this);
     }
   }
-  tellOnce(failure);
+  logOnce(failure);
   return status;
 }
 
-status_t Remote::openWatch(std::string* failure) {
+status_t OwnerProcess::openWatch(std::string* failure) {
   UniqueFd watch;
-  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, kAnswerPatience, &watch, failure);
+  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, kAnswerTimeout, &watch, failure);
       status != OK) {
     return status;
   }
@@ -134,12 +134,12 @@ status_t Remote::openWatch(std::string* failure) {
   return status;
 }
 
-sp<BpBinder> Remote::knownProxy(uint64_t number) {
+sp<BpBinder> OwnerProcess::knownProxy(uint64_t number) {
   const auto entry = proxies_.find(number);
   return entry == proxies_.end() ? nullptr : entry->second.promote();
 }
 
-status_t Remote::proxy(uint64_t number, sp<IBinder>* object) {
+status_t OwnerProcess::proxy(uint64_t number, sp<IBinder>* object) {
   {
     const std::lock_guard lock(mutex_);
     if (sp<BpBinder> known = knownProxy(number); known != nullptr) {
@@ -171,14 +171,14 @@ status_t Remote::proxy(uint64_t number, sp<IBinder>* object) {
   return OK;
 }
 
-std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
+std::unique_ptr<Channel> OwnerProcess::takeChannel(status_t* status) {
   if (Transport::self().forked) {
     *status = FAILED_TRANSACTION;
     return nullptr;
   }
-  std::unique_ptr<Lane> lane = idle_.take();
-  if (lane == nullptr) lane = openLane(kAnswerPatience, status);
-  if (lane == nullptr || !hasUnreleased_) return lane;
+  std::unique_ptr<Channel> channel = idle_.take();
+  if (channel == nullptr) channel = openChannel(kAnswerTimeout, status);
+  if (channel == nullptr || !hasUnreleased_) return channel;
   std::vector<uint64_t> unreleased;
   {
     const std::lock_guard lock(mutex_);
@@ -186,94 +186,96 @@ std::unique_ptr<Lane> Remote::takeLane(status_t* status) {
     unreleased.swap(unreleased_);
   }
   for (size_t i = 0; i < unreleased.size(); ++i) {
-    *status = lane->trySend({.kind = FrameKind::kRelease, .object = unreleased[i]});
+    *status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[i]});
     if (*status == OK) continue;
-    putOff(&unreleased[i], unreleased.size() - i);
-    return *status == WOULD_BLOCK ? std::move(lane) : nullptr;
+    deferRelease(&unreleased[i], unreleased.size() - i);
+    return *status == WOULD_BLOCK ? std::move(channel) : nullptr;
   }
-  return lane;
+  return channel;
 }
 
-std::unique_ptr<Lane> Remote::openLane(std::chrono::milliseconds patience, status_t* status) const {
+std::unique_ptr<Channel> OwnerProcess::openChannel(std::chrono::milliseconds timeout,
+                                                   status_t* status) const {
   UniqueFd connection;
   std::string failure;
-  *status = openConnection(id_, ConnectionKind::kLane, patience, &connection, &failure);
-  if (*status == OK || patience != kNoPatience) tellOnce(failure);
+  *status = openConnection(id_, ConnectionKind::kChannel, timeout, &connection, &failure);
+  if (*status == OK || timeout != kNoWait) logOnce(failure);
   if (*status != OK) return nullptr;
-  auto lane = std::make_unique<Lane>(std::move(connection), Lane::Side::kCalls);
-  lane->share();
-  return lane;
+  auto channel = std::make_unique<Channel>(std::move(connection), Channel::Side::kCalls);
+  channel->share();
+  return channel;
 }
 
-void Remote::returnLane(std::unique_ptr<Lane> lane) {
-  idle_.put(std::move(lane));
-  // Asked only now: whoever sets it clears the idle lanes after that.
+void OwnerProcess::returnChannel(std::unique_ptr<Channel> channel) {
+  idle_.put(std::move(channel));
+  // Asked only now: whoever sets it clears the idle channels after that.
   if (isDead()) idle_.clear();
 }
 
-status_t Remote::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) {
+status_t OwnerProcess::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply,
+                                uint32_t flags) {
   reply->freeData();
   if (isDead()) return DEAD_OBJECT;
   if (data.dataSize() > kMaxDataSize) return FAILED_TRANSACTION;
   Transport& transport = Transport::self();
   std::vector<ObjectEntry> entries;
-  status_t status = transport.describe(data, &entries);
+  status_t status = transport.flattenBinders(data, &entries);
   if (status != OK) return status;
-  const Lookouts::Call call;
-  std::unique_ptr<Lane> lane = takeLane(&status);
-  if (lane == nullptr) return status;
+  const SpinLimiter::Call call;
+  std::unique_ptr<Channel> channel = takeChannel(&status);
+  if (channel == nullptr) return status;
 
   FrameHeader header{.kind = FrameKind::kRequest, .object = number, .code = code, .flags = flags};
-  status = lane->send(header, &data, entries);
-  if (status == OK) status = lane->receive(&header, reply);
+  status = channel->send(header, &data, entries);
+  if (status == OK) status = channel->receive(&header, reply);
   if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
-  if (status == OK && !lane->objects().empty()) {
-    status = transport.adopt(reply, lane->objects());
-    if (status == OK) status = lane->send({.kind = FrameKind::kClaimed});
+  if (status == OK && !channel->objects().empty()) {
+    status = transport.unflattenBinders(reply, channel->objects());
+    if (status == OK) status = channel->send({.kind = FrameKind::kClaimed});
   }
-  // After an error a lane is of no more use; closing it costs its other end no more than a thread.
+  // After an error a channel is of no more use; closing it costs its other end no more than a thread.
   if (status == OK) {
-    returnLane(std::move(lane));
+    returnChannel(std::move(channel));
     status = header.status;
   }
   if (status != OK) reply->freeData();
   return status;
 }
 
-status_t Remote::acquire(uint64_t number) {
+status_t OwnerProcess::acquire(uint64_t number) {
   status_t status = OK;
-  std::unique_ptr<Lane> lane = takeLane(&status);
-  if (lane == nullptr) return status;
+  std::unique_ptr<Channel> channel = takeChannel(&status);
+  if (channel == nullptr) return status;
   FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
   Parcel none;
-  status = lane->trySend(header, kAnswerTimeoutMs);
+  status = channel->trySend(header, kAnswerTimeoutMs);
   if (status == WOULD_BLOCK) status = FAILED_TRANSACTION;
-  if (status == OK && !lane->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
-  if (status == OK) status = lane->receive(&header, &none);
+  if (status == OK && !channel->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
+  if (status == OK) status = channel->receive(&header, &none);
   if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
   if (status != OK) return status;
-  returnLane(std::move(lane));
+  returnChannel(std::move(channel));
   return header.status;
 }
 
-void Remote::sendRelease(uint64_t number) {
+void OwnerProcess::sendRelease(uint64_t number) {
   if (isDead() || Transport::self().forked) return;
   // Whoever lets an object go must not wait for its process. What can't be sent now is sent by a thread that
   // may wait, or with the next call.
   status_t status = OK;
-  std::unique_ptr<Lane> lane = idle_.take();
-  if (lane == nullptr) lane = openLane(kNoPatience, &status);
-  if (lane != nullptr) status = lane->trySend({.kind = FrameKind::kRelease, .object = number});
-  if (lane == nullptr || status != OK) putOff(&number, 1);
-  if (lane != nullptr && (status == OK || status == WOULD_BLOCK)) returnLane(std::move(lane));
+  std::unique_ptr<Channel> channel = idle_.take();
+  if (channel == nullptr) channel = openChannel(kNoWait, &status);
+  if (channel != nullptr) status = channel->trySend({.kind = FrameKind::kRelease, .object = number});
+  if (channel == nullptr || status != OK) deferRelease(&number, 1);
+  if (channel != nullptr && (status == OK || status == WOULD_BLOCK)) returnChannel(std::move(channel));
   // There may be no next call.
-  if (status == WOULD_BLOCK && !sendsPutOff_.exchange(true)) {
-    Transport::self().reactor.runForeign("binder:release",
-                                         [self = shared_from_this()] { self->sendPutOff(); });
+  if (status == WOULD_BLOCK && !sendsDeferred_.exchange(true)) {
+    Transport::self().reactor.runCallback("binder:release",
+                                          [self = shared_from_this()] { self->sendDeferredReleases(); });
   }
 }
 
-void Remote::sendPutOff() {
+void OwnerProcess::sendDeferredReleases() {
   status_t status = OK;
   do {
     std::vector<uint64_t> unreleased;
@@ -282,27 +284,27 @@ void Remote::sendPutOff() {
       hasUnreleased_ = false;
       unreleased.swap(unreleased_);
     }
-    std::unique_ptr<Lane> lane = idle_.take();
-    if (lane == nullptr) lane = openLane(kNoPatience, &status);
+    std::unique_ptr<Channel> channel = idle_.take();
+    if (channel == nullptr) channel = openChannel(kNoWait, &status);
     size_t sent = 0;
-    while (lane != nullptr && status == OK && sent < unreleased.size()) {
-      status = lane->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, kAnswerTimeoutMs);
+    while (channel != nullptr && status == OK && sent < unreleased.size()) {
+      status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, kAnswerTimeoutMs);
       if (status == OK) ++sent;
     }
-    if (sent < unreleased.size()) putOff(&unreleased[sent], unreleased.size() - sent);
-    if (lane != nullptr && (status == OK || status == WOULD_BLOCK)) returnLane(std::move(lane));
-    sendsPutOff_ = false;
+    if (sent < unreleased.size()) deferRelease(&unreleased[sent], unreleased.size() - sent);
+    if (channel != nullptr && (status == OK || status == WOULD_BLOCK)) returnChannel(std::move(channel));
+    sendsDeferred_ = false;
     // What has been put off since then found a thread that was about to send it.
-  } while (status == OK && !isDead() && hasUnreleased_ && !sendsPutOff_.exchange(true));
+  } while (status == OK && !isDead() && hasUnreleased_ && !sendsDeferred_.exchange(true));
 }
 
-void Remote::putOff(const uint64_t* numbers, size_t count) {
+void OwnerProcess::deferRelease(const uint64_t* numbers, size_t count) {
   const std::lock_guard lock(mutex_);
   unreleased_.insert(unreleased_.end(), numbers, numbers + count);
   hasUnreleased_ = true;
 }
 
-void Remote::release(const BpBinder& proxy) {
+void OwnerProcess::release(const BpBinder& proxy) {
   {
     const std::lock_guard lock(mutex_);
     const auto entry = proxies_.find(proxy.number());
@@ -311,7 +313,7 @@ void Remote::release(const BpBinder& proxy) {
   sendRelease(proxy.number());
 }
 
-void Remote::objectDied(uint64_t number) {
+void OwnerProcess::objectDied(uint64_t number) {
   sp<BpBinder> proxy;
   {
     const std::lock_guard lock(mutex_);
@@ -324,14 +326,14 @@ void Remote::objectDied(uint64_t number) {
   if (proxy == nullptr) return;
   proxy->markDead();
   auto dead = std::make_shared<sp<BpBinder>>(std::move(proxy));
-  Transport::self().reactor.runForeign("binder:death", [dead] {
+  Transport::self().reactor.runCallback("binder:death", [dead] {
     (*dead)->sendObituaries();
     dead->clear();
   });
 }
 
-void Remote::died() {
-  Transport::self().remotes.remove(*this);
+void OwnerProcess::died() {
+  Transport::self().owners.remove(*this);
   auto proxies = std::make_shared<std::vector<sp<BpBinder>>>();
   {
     const std::lock_guard lock(mutex_);
@@ -343,27 +345,27 @@ void Remote::died() {
   }
   idle_.clear();
   if (proxies->empty()) return;
-  Transport::self().reactor.runForeign("binder:death", [proxies] {
+  Transport::self().reactor.runCallback("binder:death", [proxies] {
     for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();
     proxies->clear();
   });
 }
 
-status_t Remotes::connect(uint64_t process, std::shared_ptr<Remote>* remote) {
+status_t OwnerProcesses::connect(uint64_t process, std::shared_ptr<OwnerProcess>* remote) {
   if (Transport::self().forked) return FAILED_TRANSACTION;
   {
     const std::lock_guard lock(mutex_);
-    std::shared_ptr<Remote>& known = remotes_[process];
-    if (known == nullptr) known = std::make_shared<Remote>(process);
+    std::shared_ptr<OwnerProcess>& known = owners_[process];
+    if (known == nullptr) known = std::make_shared<OwnerProcess>(process);
     *remote = known;
   }
   return (*remote)->connect();
 }
 
-void Remotes::remove(const Remote& remote) {
+void OwnerProcesses::remove(const OwnerProcess& remote) {
   const std::lock_guard lock(mutex_);
-  const auto entry = remotes_.find(remote.id());
-  if (entry != remotes_.end() && entry->second.get() == &remote) remotes_.erase(entry);
+  const auto entry = owners_.find(remote.id());
+  if (entry != owners_.end() && entry->second.get() == &remote) owners_.erase(entry);
 }
 
 }  // namespace android::transport

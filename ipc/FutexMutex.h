@@ -9,7 +9,7 @@ namespace com::qv {
  * A mutex for a few instructions' work, to be had for a few: each call of the library takes one, and a
  * std::mutex costs sixty. A thread that finds it taken sleeps. Not recursive.
  */
-class ShortLock {
+class FutexMutex {
  public:
   void lock() {
     uint32_t found = kFree;
