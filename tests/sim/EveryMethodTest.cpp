@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Binder.h"
-#include "Interfaces.h"
+#include "Names.h"
 #include "ServiceTesting.h"
 #include "Value.h"
 #include "call/CallService.h"
@@ -26,6 +26,7 @@ using android::binder::Status;
 using veskctl::Answer;
 using veskctl::Interface;
 using veskctl::Method;
+using veskctl::transact;
 using veskctl::Value;
 
 /** A number is `number`; a text, a list and a record are empty. */
@@ -52,7 +53,7 @@ std::vector<Value> argumentsOf(const Method& method, int32_t number) {
   return arguments;
 }
 
-/** In the order of veskctl::services(). */
+/** In the order of vesk::interfaces::services(). */
 std::vector<sp<android::BBinder>> makeServices() {
   std::string error;
   const auto store = vesk::test::openStore();
@@ -75,7 +76,7 @@ TEST(EveryMethod, AnswersAndTakesNoEmptyRecord) {
   const std::vector<sp<android::BBinder>> services = makeServices();
   size_t calls = 0;
   for (size_t i = 0; i < services.size(); ++i) {
-    const Interface& interface = veskctl::services()[i];
+    const Interface& interface = vesk::interfaces::services()[i];
     for (const Method& method : interface.methods) {
       SCOPED_TRACE(interface.descriptor() + "::" + method.signature());
       const Answer answer = transact(*services[i], interface, method, argumentsOf(method, 0));
@@ -185,7 +186,7 @@ class Settings : public testing::Test {
     return transact(*service_, config_, setting.setter, arguments).status;
   }
 
-  const Interface& config_ = veskctl::services()[1];
+  const Interface& config_ = vesk::interfaces::services()[1];
   sp<android::BBinder> service_;
 
  private:
@@ -215,8 +216,7 @@ TEST_F(Settings, AreWhatWasSetAndAfterARestartWhatWasSaved) {
     for (size_t i = 0; i < all.size(); ++i) EXPECT_EQ(get(all[i], 0), expected[i]) << all[i].setter.name;
   };
   expectAll();
-  std::string error;
-  transact(*service_, config_, *veskctl::findMethod(config_, "saveConfig", &error), {});
+  transact(*service_, config_, *config_.find("saveConfig"), {});
   set(settings()[0], 0, 7);
   start();
   expectAll();

@@ -7,7 +7,7 @@
 #include <vector>
 
 #include "Events.h"
-#include "Interfaces.h"
+#include "Names.h"
 #include "Render.h"
 #include "Value.h"
 
@@ -21,10 +21,10 @@ using android::String16;
 
 TEST(Listener, ReadsWhatProxiesSend) {
   const auto queue = std::make_shared<veskctl::EventQueue>();
-  const sp<android::IBinder> listener = new veskctl::EventListener(veskctl::listeners()[0], queue);
+  const sp<android::IBinder> listener = new veskctl::EventListener(vesk::interfaces::listeners()[0], queue);
   const auto call = com::qv::ICallEventListener::asInterface(listener);
-  const auto ate =
-      com::qv::IAteEventListener::asInterface(new veskctl::EventListener(veskctl::listeners()[2], queue));
+  const auto ate = com::qv::IAteEventListener::asInterface(
+      new veskctl::EventListener(vesk::interfaces::listeners()[2], queue));
   EXPECT_TRUE(call->conferenceStartEvent(-7, {1, -2}).isOk());
   EXPECT_TRUE(call->callCompletionInfoChangedEvent({"a\0b", 3}, true).isOk());
   EXPECT_TRUE(ate->updateContextEvent("a\"ä").isOk());
@@ -177,7 +177,7 @@ TEST(Names, AreFoundOrSuggested) {
   for (const auto& row : rows) {
     std::string result;
     const veskctl::Interface* interface =
-        veskctl::findInterface(veskctl::interfaces(), row.interface, &result);
+        veskctl::findInterface(vesk::interfaces::all(), row.interface, &result);
     const veskctl::Method* method =
         interface == nullptr ? nullptr : veskctl::findMethod(*interface, row.method, &result);
     if (method != nullptr) result = interface->descriptor() + " " + std::to_string(method->code);

@@ -4,7 +4,7 @@
 #include <utils/String16.h>
 #include <utils/String8.h>
 
-#include <span>
+#include <algorithm>
 
 namespace veskctl {
 
@@ -27,14 +27,13 @@ std::optional<pid_t> pidOf(android::IBinder& binder) {
   return answered && pid > 0 ? std::optional<pid_t>(pid) : std::nullopt;
 }
 
-/** The results stand in the reply with the last first, as it is the method's return value. */
-status_t readOuts(const Parcel& reply, std::span<const Parameter> outs, std::vector<Value>* values) {
-  if (outs.empty()) return android::OK;
-  values->resize(outs.size());
-  status_t status = read(reply, outs.back().type, &values->back());
-  for (size_t i = 0; status == android::OK && i + 1 < outs.size(); ++i) {
-    status = read(reply, outs[i].type, &(*values)[i]);
+status_t readOuts(const Parcel& reply, const Method& method, std::vector<Value>* values) {
+  status_t status = android::OK;
+  for (const Type type : method.replyTypes()) {
+    if (status == android::OK) status = read(reply, type, &values->emplace_back());
   }
+  // From the order of the reply to that of outs().
+  if (!values->empty()) std::rotate(values->begin(), values->begin() + 1, values->end());
   return status;
 }
 
@@ -73,7 +72,7 @@ Answer transact(android::IBinder& binder, const Interface& interface, const Meth
   for (auto in = ins.begin(); status == android::OK && in != ins.end(); ++in) status = write(&data, *in);
   if (status == android::OK) status = binder.transact(method.code, data, &reply, 0);
   if (status == android::OK) status = answer.status.readFromParcel(reply);
-  if (status == android::OK && answer.status.isOk()) status = readOuts(reply, method.outs(), &answer.outs);
+  if (status == android::OK && answer.status.isOk()) status = readOuts(reply, method, &answer.outs);
   if (status != android::OK) {
     answer.outs.clear();
     answer.status.setFromStatusT(status);

@@ -15,7 +15,7 @@
 #include <utility>
 #include <vector>
 
-#include "Interfaces.h"
+#include "Names.h"
 #include "Value.h"
 
 /* Services and transactions, by the tables. */

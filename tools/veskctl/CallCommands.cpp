@@ -34,7 +34,7 @@ const Interface* listenerOf(const Parameter& parameter) {
   const auto isIt = [&](const Interface& listener) {
     return parameter.listener == "I" + std::string(listener.className);
   };
-  return &*std::ranges::find_if(listeners(), isIt);
+  return &*std::ranges::find_if(interfaces::listeners(), isIt);
 }
 
 std::optional<Value> parseListener(const Parameter& parameter, const std::string& text, Call* call,
@@ -107,7 +107,7 @@ int callMethod(const std::vector<std::string>& words, const std::string& at, con
   Call call{};
   if (words.empty()) return fail(kUsageError, "call: which service, and which of its methods?");
   if (words[0].starts_with('-')) return fail(kUsageError, "call: there is no option '" + words[0] + "'");
-  call.interface = findInterface(interfaces(), words[0], &error);
+  call.interface = findInterface(interfaces::all(), words[0], &error);
   if (call.interface == nullptr) return fail(kUsageError, error);
   if (words.size() < 2)
     return fail(kUsageError, "call: which method of " + call.interface->descriptor() + "?");
@@ -140,15 +140,15 @@ int callMethod(const std::vector<std::string>& words, const std::string& at, con
 
 int watchEvents(const std::vector<std::string>& topics, const Settings& settings) {
   std::vector<const Interface*> wanted;
-  for (const Interface& listener : listeners()) {
+  for (const Interface& listener : interfaces::listeners()) {
     if (topics.empty()) wanted.push_back(&listener);
   }
   for (const std::string& topic : topics) {
     const auto isIt = [&](const Interface& listener) {
       return topic == listener.topic() || topic == listener.name;
     };
-    const auto found = std::ranges::find_if(listeners(), isIt);
-    if (found == listeners().end()) {
+    const auto found = std::ranges::find_if(interfaces::listeners(), isIt);
+    if (found == interfaces::listeners().end()) {
       return fail(kUsageError, "there is nothing to watch of '" + topic + "', but of call, misc and test");
     }
     if (std::ranges::find(wanted, &*found) == wanted.end()) wanted.push_back(&*found);

@@ -9,7 +9,7 @@
 #include <string>
 #include <vector>
 
-#include "Interfaces.h"
+#include "Names.h"
 #include "Value.h"
 
 namespace veskctl {

@@ -6,7 +6,7 @@
 #include <string>
 #include <string_view>
 
-#include "Interfaces.h"
+#include "Names.h"
 #include "Value.h"
 
 /* Values and outcomes as text for people and as JSON for programs. */

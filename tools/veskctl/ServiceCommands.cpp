@@ -4,7 +4,7 @@
 
 #include "Binder.h"
 #include "Commands.h"
-#include "Interfaces.h"
+#include "Names.h"
 #include "Render.h"
 
 /* list, ping and methods: what there is. */
@@ -38,7 +38,7 @@ std::vector<Examined> examineAll(const std::vector<const Interface*>& services, 
 
 std::vector<const Interface*> allServices() {
   std::vector<const Interface*> all;
-  for (const Interface& service : services()) all.push_back(&service);
+  for (const Interface& service : interfaces::services()) all.push_back(&service);
   return all;
 }
 
@@ -113,7 +113,7 @@ int pingServices(const std::vector<std::string>& names, const Settings& settings
   std::vector<const Interface*> wanted;
   for (const std::string& name : names) {
     std::string error;
-    const Interface* service = findInterface(services(), name, &error);
+    const Interface* service = findInterface(interfaces::services(), name, &error);
     if (service == nullptr) return fail(kUsageError, error);
     wanted.push_back(service);
   }
@@ -144,10 +144,10 @@ int pingServices(const std::vector<std::string>& names, const Settings& settings
 }
 
 int listMethods(const std::string& name, const Settings& settings) {
-  std::span<const Interface> wanted = interfaces();
+  std::span<const Interface> wanted = interfaces::all();
   if (!name.empty()) {
     std::string error;
-    const Interface* interface = findInterface(interfaces(), name, &error);
+    const Interface* interface = findInterface(interfaces::all(), name, &error);
     if (interface == nullptr) return fail(kUsageError, error);
     wanted = {interface, 1};
   }

@@ -9,7 +9,7 @@
 #include <variant>
 #include <vector>
 
-#include "Interfaces.h"
+#include "Names.h"
 
 namespace veskctl {
 

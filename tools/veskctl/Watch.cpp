@@ -59,14 +59,14 @@ class Obituary : public android::IBinder::DeathRecipient {
 class Connection {
  public:
   struct Listener {
-    Registration registration;
+    interfaces::Registration registration;
     android::sp<EventListener> object;
   };
 
   Connection(std::string service, double timeoutSeconds, std::shared_ptr<EventQueue> queue)
       : service_(std::move(service)), timeoutSeconds_(timeoutSeconds), queue_(std::move(queue)) {}
 
-  void add(const Interface& listener, const Registration& registration) {
+  void add(const Interface& listener, const interfaces::Registration& registration) {
     listeners_.push_back({registration, new EventListener(listener, queue_)});
   }
 
@@ -98,7 +98,7 @@ class Connection {
   bool registerAll(const android::sp<android::IBinder>& binder) {
     bool any = false;
     for (const Listener& listener : listeners_) {
-      const Registration registration = listener.registration;
+      const interfaces::Registration registration = listener.registration;
       const android::sp<android::IBinder> object = listener.object;
       Background<Answer> call([binder, registration, object] {
         return transact(*binder, *registration.service, *registration.method, {object});
@@ -181,7 +181,7 @@ void watch(const std::vector<const Interface*>& listeners, const Settings& setti
   android::ProcessState::self()->startThreadPool();
   std::map<std::string, std::shared_ptr<Connection>> connections;
   for (const Interface* listener : listeners) {
-    const std::optional<Registration> registration = registrationOf(*listener);
+    const std::optional<interfaces::Registration> registration = interfaces::registrationOf(*listener);
     if (!registration) continue;
     const std::string service = registration->service->serviceName();
     std::shared_ptr<Connection>& connection = connections[service];

@@ -4,7 +4,7 @@
 #include <vector>
 
 #include "Events.h"
-#include "Interfaces.h"
+#include "Names.h"
 #include "Output.h"
 
 namespace veskctl {

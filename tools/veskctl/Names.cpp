@@ -1,9 +1,8 @@
-#include "Interfaces.h"
+#include "Names.h"
 
 #include <algorithm>
 #include <cctype>
 #include <charconv>
-#include <iterator>
 #include <numeric>
 #include <utility>
 #include <vector>
@@ -12,7 +11,6 @@ namespace veskctl {
 
 namespace {
 
-constexpr std::string_view kPackage = "com.qv.";
 constexpr size_t kMaxSuggestions = 3;
 
 std::string lowerCase(std::string_view text) {
@@ -55,50 +53,7 @@ std::string suggestion(std::string_view wanted, const std::vector<const char*>& 
   return text.empty() ? text : text + "?";
 }
 
-std::string join(std::span<const Parameter> parameters) {
-  std::string text;
-  for (const Parameter& parameter : parameters) {
-    if (!text.empty()) text += ", ";
-    text += nameOf(parameter.type) + std::string(" ") + parameter.name;
-  }
-  return text;
-}
-
 }  // namespace
-
-const char* nameOf(Type type) {
-  constexpr const char* kNames[] = {"int32",    "bool",   "string",   "int32[]",
-                                    "string[]", "record", "record[]", "listener"};
-  return kNames[static_cast<size_t>(type)];
-}
-
-std::span<const Parameter> Method::ins() const {
-  const auto firstOut = std::ranges::find(parameters, true, &Parameter::isOut);
-  return {parameters.begin(), firstOut};
-}
-
-std::span<const Parameter> Method::outs() const { return parameters.subspan(ins().size()); }
-
-std::string Method::signature() const {
-  std::string text = std::string(name) + "(" + join(ins()) + ")";
-  if (outs().size() == 1) text += " -> " + join(outs());
-  if (outs().size() > 1) text += " -> (" + join(outs()) + ")";
-  return text;
-}
-
-bool Interface::isListener() const { return std::string_view(className).ends_with("Listener"); }
-std::string Interface::serviceName() const { return std::string(kPackage) + className; }
-std::string Interface::descriptor() const { return std::string(kPackage) + "I" + className; }
-
-std::string Interface::topic() const {
-  const std::string_view whole = name;
-  return std::string(whole.substr(0, whole.find('-')));
-}
-
-const Method* Interface::find(uint32_t code) const {
-  // Codes stand in order, from 1, without a gap.
-  return code >= 1 && code <= methods.size() ? &methods[code - 1] : nullptr;
-}
 
 const Interface* findInterface(std::span<const Interface> among, std::string_view name, std::string* error) {
   const std::string wanted = lowerCase(name);
@@ -141,18 +96,6 @@ const Method* findMethod(const Interface& interface, std::string_view nameOrCode
   *error = interface.descriptor() + " has no method '" + std::string(nameOrCode) + "'" +
            suggestion(nameOrCode, names);
   return nullptr;
-}
-
-std::optional<Registration> registrationOf(const Interface& listener) {
-  const std::string wanted = "I" + std::string(listener.className);
-  for (const Interface& service : services()) {
-    for (const Method& method : service.methods) {
-      for (const Parameter& parameter : method.parameters) {
-        if (parameter.listener == wanted) return Registration{&service, &method};
-      }
-    }
-  }
-  return std::nullopt;
 }
 
 }  // namespace veskctl

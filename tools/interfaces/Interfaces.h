@@ -5,11 +5,11 @@
 #include <span>
 #include <string>
 #include <string_view>
+#include <vector>
 
-/* The tables of include/com/qv as data: what there is to call, and with what. */
-namespace veskctl {
+/* The interfaces of include/com/qv as data: their methods, and the parameters of these. */
+namespace vesk::interfaces {
 
-/** What crosses; in the order of the alternatives of Value. */
 enum class Type { kInt32, kBool, kString, kInt32s, kStrings, kRecord, kRecords, kListener };
 
 /** As users write and read it: int32, string[], record ... */
@@ -31,39 +31,44 @@ struct Method {
 
   std::span<const Parameter> ins() const;
   std::span<const Parameter> outs() const;
+  /** The types of the values in a reply, in its order: the return value, which is the last out-parameter,
+   * comes first. */
+  std::vector<Type> replyTypes() const;
+  /** A single record, or a list of records. */
+  bool takesRecord() const;
+  bool returnsRecord() const;
   /** makeCall(int32 line, string number) -> int32 result */
   std::string signature() const;
 };
 
 struct Interface {
-  /** What the user calls it: "call" for the service, "call-events" for its listener. */
+  /** The short name: "call" for the service, "call-events" for its listener. */
   const char* name;
   /** The class without its I: "CallService". */
   const char* className;
+  /** In code order, from 1, without a gap. */
   std::span<const Method> methods;
 
   bool isListener() const;
-  /** What it is registered as: "com.qv.CallService". Nobody registers listeners on a device. */
+  /** The name in the service manager: "com.qv.CallService". Listeners are not registered there. */
   std::string serviceName() const;
   /** "com.qv.ICallService" */
   std::string descriptor() const;
-  /** What users watch, of a listener: "call". */
+  /** For a listener, the part of the short name before the hyphen: "call". */
   std::string topic() const;
 
+  /** Null if there is no such method. */
   const Method* find(uint32_t code) const;
+  const Method* find(std::string_view methodName) const;
 };
 
 /** The six services, then the three listeners. */
-std::span<const Interface> interfaces();
+std::span<const Interface> all();
 std::span<const Interface> services();
 std::span<const Interface> listeners();
 
-/** By its name, the name of its service, its descriptor or its class, in capitals or not. On failure null,
- * and `error` suggests. */
-const Interface* findInterface(std::span<const Interface> among, std::string_view name, std::string* error);
-
-/** By its name, in capitals or not, or its code. On failure null, and `error` suggests. */
-const Method* findMethod(const Interface& interface, std::string_view nameOrCode, std::string* error);
+/** By its short name or its name in the service manager; null if there is no such service. */
+const Interface* findService(std::string_view name);
 
 /** The method of a service with which a listener of that interface is registered. */
 struct Registration {
@@ -72,4 +77,4 @@ struct Registration {
 };
 std::optional<Registration> registrationOf(const Interface& listener);
 
-}  // namespace veskctl
+}  // namespace vesk::interfaces

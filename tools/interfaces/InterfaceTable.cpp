@@ -11,7 +11,7 @@
 
 #include "Interfaces.h"
 
-namespace veskctl {
+namespace vesk::interfaces {
 
 namespace {
 
@@ -37,7 +37,7 @@ constexpr Type kTypeOf<CommonParcelable> = Type::kRecord;
 template <>
 constexpr Type kTypeOf<std::vector<CommonParcelable>> = Type::kRecords;
 
-/** What stands between the angle brackets of "const android::sp<ICallEventListener>&". */
+/** "ICallEventListener" for "const android::sp<ICallEventListener>&". */
 constexpr std::string_view listenerIn(std::string_view type) {
   const size_t begin = type.find('<') + 1;
   return type.substr(begin, type.find('>') - begin);
@@ -55,7 +55,7 @@ constexpr std::array<Parameter, sizeof...(Parameters)> listOf(const Parameters&.
   return {parameters...};
 }
 
-#define VESKCTL_PARAMETER(type, name) parameter<type>(#type, #name)
+#define PARAMETER(type, name) parameter<type>(#type, #name)
 
 #define COM_QV_INTERFACE CallService
 #define COM_QV_METHODS <com/qv/CallService.def>
@@ -85,24 +85,25 @@ constexpr std::array<Parameter, sizeof...(Parameters)> listOf(const Parameters&.
 #define COM_QV_METHODS <com/qv/AteEventListener.def>
 #include "InterfaceRows.h"
 
-#define VESKCTL_INTERFACE(name, className) \
+#undef PARAMETER
+
+#define INTERFACE(name, className) \
   { name, #className, className::kMethods }
-
 constexpr Interface kInterfaces[] = {
-    VESKCTL_INTERFACE("call", CallService),
-    VESKCTL_INTERFACE("config", ConfigService),
-    VESKCTL_INTERFACE("database", DatabaseService),
-    VESKCTL_INTERFACE("misc", MiscService),
-    VESKCTL_INTERFACE("relay", RelayService),
-    VESKCTL_INTERFACE("externalkey", ExternalKeyService),
-    VESKCTL_INTERFACE("call-events", CallEventListener),
-    VESKCTL_INTERFACE("misc-events", MiscEventListener),
-    VESKCTL_INTERFACE("test-events", AteEventListener),
+    INTERFACE("call", CallService),
+    INTERFACE("config", ConfigService),
+    INTERFACE("database", DatabaseService),
+    INTERFACE("misc", MiscService),
+    INTERFACE("relay", RelayService),
+    INTERFACE("externalkey", ExternalKeyService),
+    INTERFACE("call-events", CallEventListener),
+    INTERFACE("misc-events", MiscEventListener),
+    INTERFACE("test-events", AteEventListener),
 };
-constexpr size_t kServices = 6;
+#undef INTERFACE
+constexpr size_t kServiceCount = 6;
 
-/** What Value.cpp can write and read; a row with anything else needs more there. */
-constexpr bool isEveryTypeKnown() {
+constexpr bool hasEveryTypeItsDirection() {
   for (const Interface& interface : kInterfaces) {
     for (const Method& method : interface.methods) {
       for (const Parameter& parameter : method.parameters) {
@@ -113,12 +114,13 @@ constexpr bool isEveryTypeKnown() {
   }
   return true;
 }
-static_assert(isEveryTypeKnown(), "lists of texts and of records go out only, listeners in only");
+static_assert(hasEveryTypeItsDirection(),
+              "lists of strings and of records are out-parameters only, listeners in-parameters only");
 
 }  // namespace
 
-std::span<const Interface> interfaces() { return kInterfaces; }
-std::span<const Interface> services() { return interfaces().first(kServices); }
-std::span<const Interface> listeners() { return interfaces().subspan(kServices); }
+std::span<const Interface> all() { return kInterfaces; }
+std::span<const Interface> services() { return all().first(kServiceCount); }
+std::span<const Interface> listeners() { return all().subspan(kServiceCount); }
 
-}  // namespace veskctl
+}  // namespace vesk::interfaces
