@@ -3,7 +3,7 @@
 #include <cstdio>
 #include <iterator>
 
-#include "Output.h"
+#include "console/Output.h"
 #include "database/CallLog.h"
 
 namespace sim {

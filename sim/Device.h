@@ -6,12 +6,12 @@
 #include <string_view>
 #include <vector>
 
-#include "FaultInjector.h"
 #include "Options.h"
 #include "call/CallService.h"
 #include "config/ConfigService.h"
 #include "database/DatabaseService.h"
 #include "externalkey/ExternalKeyService.h"
+#include "faults/FaultInjector.h"
 #include "misc/MiscService.h"
 #include "relay/RelayService.h"
 #include "store/Store.h"
@@ -35,7 +35,7 @@ class Device {
   /** Null, with the reason in `error`, if the state can't be read or a service can't be registered. */
   static std::unique_ptr<Device> start(const Options& options, std::string* error);
 
-  RealTimePhone& phone() { return callService_->phone(); }
+  RealTime<Phone>& phone() { return callService_->phone(); }
   RealTime<MiscDevice>& misc() { return miscService_->device(); }
 
   DatabaseService& database() { return *databaseService_; }

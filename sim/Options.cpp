@@ -6,7 +6,7 @@
 #include <cstdlib>
 #include <string_view>
 
-#include "ParseTime.h"
+#include "clock/ParseTime.h"
 #include "phone/Phone.h"
 
 namespace sim {

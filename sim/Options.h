@@ -4,7 +4,7 @@
 #include <string>
 #include <vector>
 
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 
 namespace sim {
 

@@ -13,12 +13,12 @@
 #include <utility>
 #include <vector>
 
-#include "Commands.h"
-#include "Console.h"
 #include "Device.h"
 #include "Options.h"
-#include "Output.h"
-#include "Prompt.h"
+#include "commands/Commands.h"
+#include "console/Console.h"
+#include "console/Output.h"
+#include "console/Prompt.h"
 
 namespace {
 

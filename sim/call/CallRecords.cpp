@@ -2,7 +2,7 @@
 
 #include <cstddef>
 
-#include "Records.h"
+#include "common/Records.h"
 
 namespace sim {
 

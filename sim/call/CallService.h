@@ -5,7 +5,8 @@
 #include <chrono>
 
 #include "call/EventDispatcher.h"
-#include "phone/RealTimePhone.h"
+#include "clock/RealTime.h"
+#include "phone/Phone.h"
 
 namespace sim {
 
@@ -22,7 +23,7 @@ class CallService : public com::qv::BnCallService {
   /** `trace` is told of each event, under the phone's lock. */
   CallService(double speed, const Phone::Sink& trace);
 
-  RealTimePhone& phone() { return phone_; }
+  RealTime<Phone>& phone() { return phone_; }
 
   /** As EventDispatcher::corrupt(). */
   void distortEvents(std::function<int32_t(EventType)> moreBytes) {
@@ -43,7 +44,7 @@ class CallService : public com::qv::BnCallService {
   android::binder::Status ask(Result* result, Method method, const Args&... args);
 
   EventDispatcher dispatcher_;
-  RealTimePhone phone_;
+  RealTime<Phone> phone_;
 };
 
 }  // namespace sim

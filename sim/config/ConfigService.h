@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "config/SettingService.h"
+#include "settings/SettingService.h"
 
 namespace sim {
 

@@ -3,7 +3,7 @@
 #include <set>
 #include <string_view>
 
-#include "Records.h"
+#include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
 #include "config/DsskeyText.h"

@@ -4,8 +4,8 @@
 #include <cstdio>
 #include <optional>
 
-#include "ParseNumber.h"
-#include "Records.h"
+#include "common/ParseNumber.h"
+#include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
 

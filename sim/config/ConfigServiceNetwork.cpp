@@ -2,11 +2,11 @@
 #include <iterator>
 #include <string_view>
 
-#include "Records.h"
+#include "common/Identity.h"
+#include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
 #include "config/Encode.h"
-#include "config/Identity.h"
 
 /* The network, the devices in it, and the alarm. */
 

@@ -3,11 +3,11 @@
 #include <optional>
 #include <string_view>
 
-#include "ParseNumber.h"
-#include "Records.h"
+#include "common/Identity.h"
+#include "common/ParseNumber.h"
+#include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
-#include "config/Identity.h"
 #include "phone/Phone.h"
 
 /* Lines, DND, dial peers, time zones, ringtones: the features of the telephone. */

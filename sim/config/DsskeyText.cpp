@@ -5,8 +5,8 @@
 #include <string_view>
 #include <vector>
 
-#include "ParseNumber.h"
-#include "Records.h"
+#include "common/ParseNumber.h"
+#include "common/Records.h"
 
 namespace sim {
 

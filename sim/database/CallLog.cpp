@@ -2,7 +2,7 @@
 
 #include <chrono>
 
-#include "Records.h"
+#include "common/Records.h"
 #include "database/DatabaseTables.h"
 
 namespace sim {

@@ -3,9 +3,9 @@
 #include <functional>
 #include <map>
 
+#include "clock/TimerQueue.h"
 #include "database/DatabaseRecords.h"
 #include "phone/Event.h"
-#include "phone/TimerQueue.h"
 
 namespace sim {
 

@@ -11,7 +11,7 @@
 #include <utility>
 #include <vector>
 
-#include "Records.h"
+#include "common/Records.h"
 #include "database/DatabaseTables.h"
 #include "database/RemotePhonebook.h"
 

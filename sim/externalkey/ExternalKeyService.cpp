@@ -4,7 +4,7 @@
 #include <iterator>
 #include <string_view>
 
-#include "config/Identity.h"
+#include "common/Identity.h"
 #include "phone/Phone.h"
 
 namespace sim {

@@ -9,7 +9,7 @@
 #include <utility>
 #include <vector>
 
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 
 namespace sim {
 

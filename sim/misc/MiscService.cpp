@@ -2,8 +2,8 @@
 
 #include <binder/IPCThreadState.h>
 
-#include "Records.h"
-#include "config/Identity.h"
+#include "common/Identity.h"
+#include "common/Records.h"
 #include "misc/MiscRecords.h"
 #include "phone/Phone.h"
 

@@ -6,7 +6,7 @@
 #include <functional>
 #include <string>
 
-#include "RealTime.h"
+#include "clock/RealTime.h"
 #include "events/Dispatcher.h"
 #include "misc/MiscDevice.h"
 

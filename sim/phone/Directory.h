@@ -4,7 +4,7 @@
 #include <span>
 #include <string_view>
 
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 
 namespace sim {
 

@@ -8,9 +8,9 @@
 #include <string>
 #include <vector>
 
+#include "clock/TimerQueue.h"
 #include "phone/Directory.h"
 #include "phone/Event.h"
-#include "phone/TimerQueue.h"
 
 namespace sim {
 

@@ -2,7 +2,7 @@
 
 #include <binder/IPCThreadState.h>
 
-#include "config/Identity.h"
+#include "common/Identity.h"
 #include "phone/Phone.h"
 
 namespace sim {

@@ -5,7 +5,7 @@
 #include <memory>
 #include <string>
 
-#include "RealTime.h"
+#include "clock/RealTime.h"
 #include "relay/Relays.h"
 
 namespace sim {

@@ -9,7 +9,7 @@
 #include <string>
 #include <utility>
 
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 #include "relay/RelayRecords.h"
 #include "store/RecordTable.h"
 

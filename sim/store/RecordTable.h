@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Records.h"
+#include "common/Records.h"
 #include "store/Store.h"
 
 namespace sim {

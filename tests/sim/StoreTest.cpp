@@ -15,7 +15,7 @@
 
 #include "ChildProcess.h"
 #include "TemporaryDirectory.h"
-#include "config/Settings.h"
+#include "settings/Settings.h"
 
 static std::atomic<bool> diskIsFull = false;
 

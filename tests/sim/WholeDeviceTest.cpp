@@ -11,10 +11,10 @@
 #include <vector>
 
 #include "ChildProcess.h"
-#include "Records.h"
 #include "RunProgram.h"
 #include "TemporaryDirectory.h"
 #include "WaitUntil.h"
+#include "common/Records.h"
 #include "database/DatabaseRecords.h"
 #include "externalkey/KeyModuleRecords.h"
 #include "misc/MiscRecords.h"

@@ -11,7 +11,7 @@
 #include <string>
 #include <string_view>
 
-#include "Records.h"
+#include "common/Records.h"
 #include "store/Store.h"
 
 /* For tests of the simulated device's services through their interfaces, in this process. */

@@ -1,6 +1,6 @@
-#include "Console.h"
+#include "console/Console.h"
 
-#include "Output.h"
+#include "console/Output.h"
 
 namespace sim {
 

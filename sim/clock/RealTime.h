@@ -7,7 +7,7 @@
 #include <thread>
 #include <utility>
 
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 
 namespace sim {
 

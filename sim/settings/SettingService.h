@@ -10,8 +10,8 @@
 #include <variant>
 #include <vector>
 
-#include "config/Method.h"
-#include "config/Settings.h"
+#include "settings/Method.h"
+#include "settings/Settings.h"
 
 namespace sim {
 

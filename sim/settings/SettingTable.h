@@ -7,7 +7,7 @@
 #include <string_view>
 #include <variant>
 
-#include "config/Method.h"
+#include "settings/Method.h"
 
 namespace sim {
 

@@ -1,10 +1,10 @@
-#include "config/SettingTable.h"
+#include "settings/SettingTable.h"
 
 #include <vesk/config.h>
 
-#include "config/Identity.h"
-#include "config/Settings.h"
+#include "common/Identity.h"
 #include "phone/Phone.h"
+#include "settings/Settings.h"
 
 namespace sim {
 

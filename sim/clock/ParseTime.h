@@ -3,8 +3,8 @@
 #include <optional>
 #include <string_view>
 
-#include "ParseNumber.h"
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
+#include "common/ParseNumber.h"
 
 namespace sim {
 

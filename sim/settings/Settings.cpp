@@ -1,4 +1,4 @@
-#include "config/Settings.h"
+#include "settings/Settings.h"
 
 #include <charconv>
 #include <optional>

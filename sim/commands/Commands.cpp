@@ -1,4 +1,4 @@
-#include "Commands.h"
+#include "commands/Commands.h"
 
 #include <algorithm>
 #include <fstream>
@@ -7,9 +7,9 @@
 #include <sstream>
 #include <utility>
 
-#include "FaultCommands.h"
-#include "Output.h"
-#include "ParseTime.h"
+#include "clock/ParseTime.h"
+#include "commands/FaultCommands.h"
+#include "console/Output.h"
 
 namespace sim {
 

@@ -3,7 +3,7 @@
 #include <string>
 #include <string_view>
 
-#include "Commands.h"
+#include "commands/Commands.h"
 
 namespace sim {
 

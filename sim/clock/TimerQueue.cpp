@@ -1,4 +1,4 @@
-#include "phone/TimerQueue.h"
+#include "clock/TimerQueue.h"
 
 #include <algorithm>
 

@@ -5,7 +5,7 @@
 #include <string>
 #include <vector>
 
-#include "Commands.h"
+#include "commands/Commands.h"
 
 /* The commands that have services fail, and heal. Each takes the words after it; nothing if they are not
  * understood, with the reason in `error` unless the usage tells it. */

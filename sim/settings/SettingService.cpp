@@ -1,9 +1,9 @@
-#include "config/SettingService.h"
+#include "settings/SettingService.h"
 
 #include <algorithm>
 #include <charconv>
 
-#include "config/SettingTable.h"
+#include "settings/SettingTable.h"
 
 namespace sim {
 

@@ -1,4 +1,4 @@
-#include "Prompt.h"
+#include "console/Prompt.h"
 
 // It takes its types from <stdio.h>.
 #include <cstdio>
@@ -17,7 +17,7 @@
 #include <string>
 #include <vector>
 
-#include "Output.h"
+#include "console/Output.h"
 
 namespace sim {
 

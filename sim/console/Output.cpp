@@ -1,4 +1,4 @@
-#include "Output.h"
+#include "console/Output.h"
 
 #include <unistd.h>
 

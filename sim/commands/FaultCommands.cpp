@@ -1,12 +1,12 @@
-#include "FaultCommands.h"
+#include "commands/FaultCommands.h"
 
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
 
-#include "Output.h"
-#include "ParseNumber.h"
-#include "ParseTime.h"
+#include "clock/ParseTime.h"
+#include "common/ParseNumber.h"
+#include "console/Output.h"
 
 namespace sim {
 

@@ -1,4 +1,4 @@
-#include "FaultInjector.h"
+#include "faults/FaultInjector.h"
 
 #include <binder/HostPlatform.h>
 #include <binder/IServiceManager.h>

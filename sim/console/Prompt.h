@@ -1,6 +1,6 @@
 #pragma once
 
-#include "Console.h"
+#include "console/Console.h"
 
 namespace sim {
 
