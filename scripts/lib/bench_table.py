@@ -1,8 +1,7 @@
 #!/usr/bin/env python3
 """bench_table.py [--docs PAGE] DIRECTORY: prints the results of scripts/bench there as a table and draws performance.svg.
 
-With --docs it also puts tables between the marks <!-- results: NAME --> and <!-- end --> of a Markdown page, and the
-plot next to the page.
+With --docs it also puts the tables into a Markdown page, and the plot next to the page.
 """
 
 import argparse
@@ -18,7 +17,7 @@ BASELINE = "stream"
 BY_HAND = "by_hand"
 MICROSECONDS = {"ns": 1e-3, "us": 1, "ms": 1e3, "s": 1e6}
 PERCENTILES = ("p50_us", "p99_us", "p99.9_us")
-# What the benchmark library puts behind a name.
+# Suffixes that the benchmark library appends to a name.
 SUFFIXES = ("real_time", "manual_time", "iterations:", "threads:", "min_time:", "repeats:")
 
 
@@ -139,13 +138,8 @@ def overhead_table(results, directory):
     )
 
 
-def fill_in(page, results, directory):
-    tables = {
-        "calls": calls_table(results),
-        "scale": scale_table(results),
-        "sd-bus": sd_bus_table(results),
-        "overhead": overhead_table(results, directory),
-    }
+def fill_in(page, tables):
+    """Puts each table, by its name, between the marks <!-- results: NAME --> and <!-- end --> of the page."""
     text = page.read_text()
     for name, table in tables.items():
         mark = f"<!-- results: {name} -->"
@@ -155,7 +149,6 @@ def fill_in(page, results, directory):
         if count != 1:
             raise SystemExit(f"{page}: has {count} places for {mark}")
     page.write_text(text)
-    shutil.copy(directory / "performance.svg", page.parent / "performance.svg")
 
 
 def main():
@@ -191,7 +184,14 @@ def main():
                     bars.append((f"{placed}{case}{suffix}".replace("_", " "), ratio("us")))
     draw(bars, directory / "performance.svg")
     if arguments.docs:
-        fill_in(arguments.docs, results, directory)
+        tables = {
+            "calls": calls_table(results),
+            "scale": scale_table(results),
+            "sd-bus": sd_bus_table(results),
+            "overhead": overhead_table(results, directory),
+        }
+        fill_in(arguments.docs, tables)
+        shutil.copy(directory / "performance.svg", arguments.docs.parent)
     print(f"\nplot: {directory / 'performance.svg'}")
 
 
