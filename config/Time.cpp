@@ -5,10 +5,13 @@
 #include <string>
 #include <vector>
 
+#include <com/qv/detail/Platform.h>
+
 #include <utils/String16.h>
 #include <utils/String8.h>
 
 #include "config/ConfigService.h"
+#include "ipc/PlatformCompat.h"
 
 using namespace com::qv;
 
@@ -17,7 +20,7 @@ namespace {
 /** An index and its entry as they are handed out, with the room that each of them is given. */
 std::string timeZoneText(size_t index, const android::String16& entry) {
   char text[VESK_TIME_ZONE_ENTRY_SIZE] = {};
-  std::snprintf(text, sizeof(text), "%d:%s;", static_cast<int>(index), android::String8(entry).c_str());
+  std::snprintf(text, sizeof(text), "%d:%s;", static_cast<int>(index), bytesOf(android::String8(entry)));
   return text;
 }
 

@@ -5,6 +5,8 @@
 #include <binder/ProcessState.h>
 #include <utils/String8.h>
 
+#include "ipc/PlatformCompat.h"
+
 namespace com::qv {
 
 using android::String8;
@@ -14,11 +16,11 @@ ClientBase::ClientBase(const android::String16& serviceName, const char* tag)
       binder(android::defaultServiceManager()->getService(serviceName)),
       connected(binder != nullptr) {
   if (!connected) {
-    __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s failed!!! ", String8(name).c_str());
+    __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s failed!!! ", bytesOf(String8(name)));
     return;
   }
   android::ProcessState::self()->startThreadPool();
-  __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s done. ", String8(name).c_str());
+  __android_log_print(ANDROID_LOG_INFO, tag, "Connect %s done. ", bytesOf(String8(name)));
 }
 
 ClientBase::~ClientBase() = default;
@@ -26,7 +28,7 @@ ClientBase::~ClientBase() = default;
 void ClientBase::binderDied(const android::wp<android::IBinder>& who) {
   if (deathHook != nullptr) deathHook(this, who);
   // The tag is the same for the clients of every service: the routine is shared.
-  __android_log_print(ANDROID_LOG_INFO, "CallClient", "%s is died. ", String8(name).c_str());
+  __android_log_print(ANDROID_LOG_INFO, "CallClient", "%s is died. ", bytesOf(String8(name)));
 }
 
 }  // namespace com::qv

@@ -2,7 +2,7 @@
 
 #include <cstring>
 
-#include <binder/Parcel.h>
+#include "ipc/PlatformCompat.h"
 
 namespace com::qv {
 
@@ -13,12 +13,12 @@ android::status_t CommonParcelable::writeToParcel(android::Parcel* parcel) const
 }
 
 android::status_t CommonParcelable::readFromParcel(const android::Parcel* parcel) {
-  return parcel->readString8(&blob_);
+  return readBlob(*parcel, &blob_);
 }
 
 bool CommonParcelable::copyTo(void* record, size_t size) const {
   if (blob_.length() != size) return false;
-  if (size > 0) std::memcpy(record, blob_.c_str(), size);
+  if (size > 0) std::memcpy(record, bytesOf(blob_), size);
   return true;
 }
 

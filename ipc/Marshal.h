@@ -1,9 +1,6 @@
 #pragma once
 
-#include <cstdint>
-#include <string>
-#include <utility>
-#include <vector>
+#include <com/qv/detail/Platform.h>
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>

@@ -1,11 +1,9 @@
 #pragma once
 
 #include <bit>
-#include <cstddef>
-#include <cstdint>
 #include <tuple>
-#include <type_traits>
-#include <utility>
+
+#include <com/qv/detail/Platform.h>
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>

@@ -13,6 +13,8 @@
 #include <type_traits>
 #include <vector>
 
+#include <com/qv/detail/Platform.h>
+
 #include <binder/Status.h>
 #include <com/qv/ClientBase.h>
 #include <com/qv/CommonParcelable.h>

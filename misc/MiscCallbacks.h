@@ -1,5 +1,7 @@
 #pragma once
 
+#include <com/qv/detail/Platform.h>
+
 #include <binder/Status.h>
 #include <vesk/misc.h>
 

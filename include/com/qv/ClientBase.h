@@ -1,5 +1,7 @@
 #pragma once
 
+#include <com/qv/detail/Platform.h>
+
 #include <binder/IBinder.h>
 #include <com/qv/Export.h>
 #include <utils/String16.h>

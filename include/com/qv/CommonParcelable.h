@@ -1,6 +1,6 @@
 #pragma once
 
-#include <cstddef>
+#include <com/qv/detail/Platform.h>
 
 #include <binder/Parcelable.h>
 #include <com/qv/Export.h>

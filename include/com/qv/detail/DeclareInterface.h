@@ -7,9 +7,7 @@
  * defined; both are undefined again at the end. ipc/DefineInterface.h holds the bodies.
  */
 
-#include <cstdint>
-#include <string>
-#include <vector>
+#include <com/qv/detail/Platform.h>
 
 #include <binder/IInterface.h>
 #include <binder/Parcel.h>
