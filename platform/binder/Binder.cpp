@@ -17,7 +17,8 @@ BpBinder* IBinder::remoteBinder() { return nullptr; }
 BBinder::BBinder() = default;
 
 BBinder::~BBinder() {
-  if (const uint64_t number = exportedAs_.load(std::memory_order_relaxed); number != 0) {
+  const uint64_t number = exportedAs_.load(std::memory_order_relaxed);
+  if (number != 0 && !transport::Transport::self().forked) {
     transport::Transport::self().exports.remove(number);
   }
 }

@@ -42,9 +42,11 @@ status_t statusOfErrno() {
   return FAILED_TRANSACTION;
 }
 
-bool waitFor(int socket, int16_t events, int timeoutMs) {
+bool waitFor(int socket, int16_t events, const Deadline& deadline) {
   pollfd poller{socket, events, 0};
-  return retryOnInterrupt([&] { return ::poll(&poller, 1, timeoutMs); }) > 0;
+  // Computed for each attempt, so that signals don't extend the wait.
+  return retryOnInterrupt([&] { return ::poll(&poller, 1, deadline ? millisecondsUntil(*deadline) : -1); }) >
+         0;
 }
 
 msghdr messageOf(std::span<iovec> packet) {
@@ -59,11 +61,6 @@ ssize_t sendPacket(int socket, std::span<iovec> packet) {
   return retryOnInterrupt([&] { return ::sendmsg(socket, &message, MSG_NOSIGNAL); });
 }
 
-/** 0 is now, which sleeps for no time. */
-Deadline deadlineIn(int timeoutMs) {
-  return std::chrono::steady_clock::now() + std::chrono::milliseconds(timeoutMs);
-}
-
 bool isValid(const FrameHeader& header) {
   return header.magic == kMagic && header.dataSize <= kMaxDataSize &&
          header.objectCount <= header.dataSize / sizeof(FlatBinder);
@@ -71,7 +68,7 @@ bool isValid(const FrameHeader& header) {
 
 }  // namespace
 
-bool waitReadable(int socket, int timeoutMs) { return waitFor(socket, POLLIN, timeoutMs); }
+bool waitReadable(int socket, const Deadline& deadline) { return waitFor(socket, POLLIN, deadline); }
 
 Channel::~Channel() {
   endSpin();
@@ -168,9 +165,9 @@ status_t Channel::sendPackets(ScatterGather* pieces) {
   return sent < 0 ? statusOfErrno() : OK;
 }
 
-status_t Channel::trySend(FrameHeader header, int timeoutMs) {
+status_t Channel::trySend(FrameHeader header, Clock::time_point deadline) {
   if (isShared_) {
-    const status_t status = awaitRoom(deadlineIn(timeoutMs));
+    const status_t status = awaitRoom(deadline);
     if (status != OK) return status;
     std::memcpy(sharedSlots_.out().bytes(), &header, sizeof(header));
     sharedSlots_.out().fill(sizeof(header));
@@ -181,7 +178,7 @@ status_t Channel::trySend(FrameHeader header, int timeoutMs) {
   };
   if (retryOnInterrupt(send) >= 0) return OK;
   if (errno != EAGAIN && errno != EWOULDBLOCK) return statusOfErrno();
-  return timeoutMs != 0 && waitFor(socket_.get(), POLLOUT, timeoutMs) ? trySend(header) : WOULD_BLOCK;
+  return waitFor(socket_.get(), POLLOUT, deadline) ? trySend(header) : WOULD_BLOCK;
 }
 
 void Channel::endSpin() {
@@ -242,9 +239,9 @@ status_t Channel::awaitRoom(const Deadline& deadline) {
   return status;
 }
 
-bool Channel::waitReadable(int timeoutMs) {
-  if (isShared_) return awaitFrame(deadlineIn(timeoutMs)) != WOULD_BLOCK;
-  return transport::waitReadable(socket_.get(), timeoutMs);
+bool Channel::waitReadable(const Deadline& deadline) {
+  if (isShared_) return awaitFrame(deadline) != WOULD_BLOCK;
+  return transport::waitReadable(socket_.get(), deadline);
 }
 
 ssize_t Channel::receivePacket() {

@@ -20,8 +20,8 @@
 
 namespace android::transport {
 
-/** Waits until there is something to receive; false if there is nothing in time. */
-bool waitReadable(int socket, int timeoutMs);
+/** Waits until there is something to receive; false if there is nothing by the deadline. */
+bool waitReadable(int socket, const Deadline& deadline);
 
 /**
  * A connection that carries frames, one at a time. All that is known of the carrier stands here. A channel
@@ -49,9 +49,9 @@ class Channel {
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {});
 
-  /** Sends a frame without data, if that can be done in time; else WOULD_BLOCK, and the channel is as it was.
-   */
-  status_t trySend(FrameHeader header, int timeoutMs = 0);
+  /** Sends a frame without data, if that can be done by the deadline; else WOULD_BLOCK, and the channel is
+   * unchanged. */
+  status_t trySend(FrameHeader header, std::chrono::steady_clock::time_point deadline = {});
 
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,
@@ -59,8 +59,8 @@ class Channel {
    */
   status_t receive(FrameHeader* header, Parcel* data);
 
-  /** Waits for the answer to an acquire; false if there is nothing in time. */
-  bool waitReadable(int timeoutMs);
+  /** Waits for the answer to an acquire; false if there is nothing by the deadline. */
+  bool waitReadable(const Deadline& deadline);
 
   /** Whether the other side is known to be gone. */
   bool hasEnded() const { return ended_.load(std::memory_order_relaxed); }

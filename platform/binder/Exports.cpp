@@ -2,7 +2,7 @@
 
 #include <utility>
 
-#include "Transport.h"
+#include "RandomNumber.h"
 
 namespace android::transport {
 

@@ -4,6 +4,7 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <cerrno>
 #include <cstring>
 #include <utility>
@@ -17,33 +18,38 @@ namespace android::transport {
 
 namespace {
 
+using Clock = std::chrono::steady_clock;
+
 /**
  * How long a process may take to answer that it can be watched or that an object may be held, for which none
- * of its own code has to run. One that is stopped or stuck counts as out of reach.
+ * of its own code has to run. A process that is stopped or stuck counts as out of reach.
  */
-constexpr int kAnswerTimeoutMs = 5000;
-constexpr std::chrono::milliseconds kAnswerTimeout(kAnswerTimeoutMs);
-/** As little as there is: none means for ever. */
-constexpr std::chrono::milliseconds kNoWait(1);
+constexpr std::chrono::milliseconds kAnswerTimeout(5000);
+constexpr Clock::time_point kNoWait{};
 
-timeval timevalOf(std::chrono::milliseconds time) {
-  timeval result = {};
-  result.tv_sec = static_cast<time_t>(time.count() / 1000);
-  result.tv_usec = static_cast<suseconds_t>(time.count() % 1000 * 1000);
-  return result;
+Clock::time_point answerDeadline() { return Clock::now() + kAnswerTimeout; }
+
+/** A process that is stopped or stuck accepts nothing when its queue is full. The error number; EAGAIN at the
+ * deadline. */
+int connectBy(Clock::time_point deadline, int socket, const sockaddr_un& address) {
+  for (;;) {
+    // A time limit of 0 would mean none. It is set for each attempt, so that signals don't extend the wait.
+    const int leftMs = std::max(1, millisecondsUntil(deadline));
+    timeval limit = {};
+    limit.tv_sec = leftMs / 1000;
+    limit.tv_usec = leftMs % 1000 * 1000;
+    if (::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit)) < 0) return errno;
+    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) break;
+    if (errno != EINTR) return errno;
+    if (Clock::now() >= deadline) return EAGAIN;
+  }
+  const timeval none = {};
+  return ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &none, sizeof(none)) < 0 ? errno : 0;
 }
 
-/** Until when a call may wait that connects or sends; 0 for ever. */
-bool limitWait(const UniqueFd& socket, std::chrono::milliseconds timeout) {
-  const timeval limit = timevalOf(timeout);
-  return ::setsockopt(socket.get(), SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit)) == 0;
-}
-
-/**
- * Connects to a process and sends the Hello. DEAD_OBJECT if there is none. What else is wrong is said in
- * `failure`.
- */
-status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::milliseconds timeout,
+/** Connects to a process and sends the Hello. DEAD_OBJECT if there is none. `failure` describes any other
+ * failure. */
+status_t openConnection(uint64_t process, ConnectionKind kind, Clock::time_point deadline,
                         UniqueFd* connection, std::string* failure) {
   sockaddr_un address;
   if (!runtime_dir::socketAddress(process, &address)) return FAILED_TRANSACTION;
@@ -53,13 +59,9 @@ status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::mill
     return FAILED_TRANSACTION;
   };
   UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-  // A process that is stopped or stuck takes none when its queue is full.
-  if (!socket.valid() || !limitWait(socket, timeout)) return failed(errno);
-  const auto connecting = [&] {
-    return ::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address));
-  };
-  if (retryOnInterrupt(connecting) < 0)
-    return errno == ECONNREFUSED || errno == ENOENT ? DEAD_OBJECT : failed(errno);
+  if (!socket.valid()) return failed(errno);
+  const int error = connectBy(deadline, socket.get(), address);
+  if (error != 0) return error == ECONNREFUSED || error == ENOENT ? DEAD_OBJECT : failed(error);
 
   ucred credentials;
   socklen_t size = sizeof(credentials);
@@ -72,7 +74,6 @@ status_t openConnection(uint64_t process, ConnectionKind kind, std::chrono::mill
   const auto greeting = [&] { return ::send(socket.get(), &hello, sizeof(hello), MSG_NOSIGNAL); };
   if (retryOnInterrupt(greeting) < 0)
     return errno == EPIPE || errno == ECONNRESET ? DEAD_OBJECT : failed(errno);
-  if (!limitWait(socket, std::chrono::milliseconds(0))) return failed(errno);
   *connection = std::move(socket);
   return OK;
 }
@@ -111,13 +112,14 @@ status_t OwnerProcess::connect() {
 }
 
 status_t OwnerProcess::openWatch(std::string* failure) {
+  const Clock::time_point deadline = answerDeadline();
   UniqueFd watch;
-  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, kAnswerTimeout, &watch, failure);
+  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, deadline, &watch, failure);
       status != OK) {
     return status;
   }
   Hello answer;
-  if (!waitReadable(watch.get(), kAnswerTimeoutMs)) {
+  if (!waitReadable(watch.get(), deadline)) {
     *failure = "process " + std::to_string(id_) + " doesn't answer";
     return FAILED_TRANSACTION;
   }
@@ -172,12 +174,8 @@ status_t OwnerProcess::proxy(uint64_t number, sp<IBinder>* object) {
 }
 
 std::unique_ptr<Channel> OwnerProcess::takeChannel(status_t* status) {
-  if (Transport::self().forked) {
-    *status = FAILED_TRANSACTION;
-    return nullptr;
-  }
   std::unique_ptr<Channel> channel = idle_.take();
-  if (channel == nullptr) channel = openChannel(kAnswerTimeout, status);
+  if (channel == nullptr) channel = openChannel(answerDeadline(), status);
   if (channel == nullptr || !hasUnreleased_) return channel;
   std::vector<uint64_t> unreleased;
   {
@@ -194,12 +192,11 @@ std::unique_ptr<Channel> OwnerProcess::takeChannel(status_t* status) {
   return channel;
 }
 
-std::unique_ptr<Channel> OwnerProcess::openChannel(std::chrono::milliseconds timeout,
-                                                   status_t* status) const {
+std::unique_ptr<Channel> OwnerProcess::openChannel(Clock::time_point deadline, status_t* status) const {
   UniqueFd connection;
   std::string failure;
-  *status = openConnection(id_, ConnectionKind::kChannel, timeout, &connection, &failure);
-  if (*status == OK || timeout != kNoWait) logOnce(failure);
+  *status = openConnection(id_, ConnectionKind::kChannel, deadline, &connection, &failure);
+  if (*status == OK || deadline != kNoWait) logOnce(failure);
   if (*status != OK) return nullptr;
   auto channel = std::make_unique<Channel>(std::move(connection), Channel::Side::kCalls);
   channel->share();
@@ -215,6 +212,7 @@ void OwnerProcess::returnChannel(std::unique_ptr<Channel> channel) {
 status_t OwnerProcess::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply,
                                 uint32_t flags) {
   reply->freeData();
+  if (Transport::self().forked) return FAILED_TRANSACTION;
   if (isDead()) return DEAD_OBJECT;
   if (data.dataSize() > kMaxDataSize) return FAILED_TRANSACTION;
   Transport& transport = Transport::self();
@@ -248,9 +246,10 @@ status_t OwnerProcess::acquire(uint64_t number) {
   if (channel == nullptr) return status;
   FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
   Parcel none;
-  status = channel->trySend(header, kAnswerTimeoutMs);
+  const Clock::time_point deadline = answerDeadline();
+  status = channel->trySend(header, deadline);
   if (status == WOULD_BLOCK) status = FAILED_TRANSACTION;
-  if (status == OK && !channel->waitReadable(kAnswerTimeoutMs)) status = FAILED_TRANSACTION;
+  if (status == OK && !channel->waitReadable(deadline)) status = FAILED_TRANSACTION;
   if (status == OK) status = channel->receive(&header, &none);
   if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
   if (status != OK) return status;
@@ -259,7 +258,7 @@ status_t OwnerProcess::acquire(uint64_t number) {
 }
 
 void OwnerProcess::sendRelease(uint64_t number) {
-  if (isDead() || Transport::self().forked) return;
+  if (isDead()) return;
   // Whoever lets an object go must not wait for its process. What can't be sent now is sent by a thread that
   // may wait, or with the next call.
   status_t status = OK;
@@ -288,7 +287,7 @@ void OwnerProcess::sendDeferredReleases() {
     if (channel == nullptr) channel = openChannel(kNoWait, &status);
     size_t sent = 0;
     while (channel != nullptr && status == OK && sent < unreleased.size()) {
-      status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, kAnswerTimeoutMs);
+      status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, answerDeadline());
       if (status == OK) ++sent;
     }
     if (sent < unreleased.size()) deferRelease(&unreleased[sent], unreleased.size() - sent);
@@ -305,6 +304,7 @@ void OwnerProcess::deferRelease(const uint64_t* numbers, size_t count) {
 }
 
 void OwnerProcess::release(const BpBinder& proxy) {
+  if (Transport::self().forked) return;
   {
     const std::lock_guard lock(mutex_);
     const auto entry = proxies_.find(proxy.number());
@@ -352,7 +352,6 @@ void OwnerProcess::died() {
 }
 
 status_t OwnerProcesses::connect(uint64_t process, std::shared_ptr<OwnerProcess>* remote) {
-  if (Transport::self().forked) return FAILED_TRANSACTION;
   {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<OwnerProcess>& known = owners_[process];

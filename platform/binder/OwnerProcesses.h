@@ -55,7 +55,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   /** An idle channel or a new one, over which the releases that were put off have been sent, as far as it
    * takes them. */
   std::unique_ptr<Channel> takeChannel(status_t* status);
-  std::unique_ptr<Channel> openChannel(std::chrono::milliseconds timeout, status_t* status) const;
+  std::unique_ptr<Channel> openChannel(std::chrono::steady_clock::time_point deadline,
+                                       status_t* status) const;
   void returnChannel(std::unique_ptr<Channel> channel);
   status_t openWatch(std::string* failure);
   status_t acquire(uint64_t number);

@@ -187,16 +187,7 @@ void Reactor::run() {
       endChannel(fd);
       continue;
     }
-    bool isListening;
-    {
-      const std::lock_guard lock(mutex_);
-      isListening = fd == listening_.get();
-    }
-    if (isListening) {
-      accept();
-    } else {
-      readable(fd);
-    }
+    if (!accept(fd)) readable(fd);
   }
 }
 
@@ -215,19 +206,30 @@ int Reactor::timeoutMs() {
 /** If it has said nothing, it is dropped. What it has said may not have been looked at yet. */
 void Reactor::dropOldestPendingConnection() { readable(pendingConnections_.front().fd); }
 
-void Reactor::accept() {
+bool Reactor::accept(int fd) {
   Entry entry;
-  entry.connection = UniqueFd(::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC));
-  if (!entry.connection.valid()) {
-    const int error = errno;
+  int error;
+  {
+    // Another thread may replace the socket, after which its descriptor may be that of another file.
+    const std::lock_guard lock(mutex_);
+    if (fd != listening_.get()) return false;
+    entry.connection = UniqueFd(::accept4(fd, nullptr, nullptr, SOCK_CLOEXEC));
+    error = errno;
+  }
+  if (entry.connection.valid()) {
+    acceptFailure_.shouldLog(0);
+    accepted(std::move(entry));
+  } else {
     if (error == EMFILE || error == ENFILE || error == ENOBUFS || error == ENOMEM) {
       if (acceptFailure_.shouldLog(error)) logged(-error, "can't accept connections");
       // It stays in the queue; without a pause this would be a busy loop.
       std::this_thread::sleep_for(std::chrono::milliseconds(kRetryMs));
     }
-    return;
   }
-  acceptFailure_.shouldLog(0);
+  return true;
+}
+
+void Reactor::accepted(Entry entry) {
   socklen_t size = sizeof(entry.credentials);
   if (::getsockopt(entry.connection.get(), SOL_SOCKET, SO_PEERCRED, &entry.credentials, &size) < 0 ||
       entry.credentials.uid != ::geteuid()) {

@@ -84,7 +84,9 @@ class Reactor {
   void endChannel(int fd);
   void endChannelsAgain();
   void dropOldestPendingConnection();
-  void accept();
+  /** False if this is not the listening socket. */
+  bool accept(int fd);
+  void accepted(Entry entry);
   void readable(int fd);
   void onWatchMessage(Entry entry);
   void onHello(Entry entry, const Hello& hello);

@@ -21,6 +21,7 @@
 #include <thread>
 
 #include "LogThrottle.h"
+#include "RandomNumber.h"
 #include "RetryOnInterrupt.h"
 
 namespace android::transport::runtime_dir {
@@ -33,6 +34,7 @@ constexpr char kSocketPrefix[] = ".process-";
 constexpr char kUnreadySocketPrefix[] = ".unready-";
 constexpr char kLockName[] = ".lock";
 constexpr char kNewLinkPrefix[] = ".new-";
+constexpr int kPublishTries = 3;
 
 std::string choosePath() {
   const auto fromEnvironment = [](const char* variable) {
@@ -254,16 +256,17 @@ void removeAllOf(uint64_t process) {
 status_t publish(const std::string& name, const Address& address) {
   if (const status_t status = prepare(); status != OK) return status;
   const NamesLock lock;
-  // The lock makes the name of the new link this thread's own.
-  const std::string link = pathOf(kNewLinkPrefix + hex(address.process));
-  ::unlink(link.c_str());
-  if (::symlink(textOf(address).c_str(), link.c_str()) < 0) return fail("can't make the link", link);
-  if (::rename(link.c_str(), pathOf(name).c_str()) < 0) {
-    const status_t status = fail("can't register", pathOf(name));
-    ::unlink(link.c_str());
-    return status;
+  // Not unique by the lock, which may not be held.
+  const std::string link = pathOf(kNewLinkPrefix + hex(randomNumber()));
+  for (int tries = kPublishTries; tries > 0; --tries) {
+    if (::symlink(textOf(address).c_str(), link.c_str()) < 0) return fail("can't make the link", link);
+    if (::rename(link.c_str(), pathOf(name).c_str()) == 0) return OK;
+    // Without the lock, another process may have taken the link for one that a killed process left.
+    if (errno != ENOENT) break;
   }
-  return OK;
+  const status_t status = fail("can't register", pathOf(name));
+  ::unlink(link.c_str());
+  return status;
 }
 
 std::optional<Address> lookUp(const std::string& name) {

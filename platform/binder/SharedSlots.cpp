@@ -3,6 +3,7 @@
 #include <fcntl.h>
 #include <linux/futex.h>
 #include <sys/mman.h>
+#include <sys/resource.h>
 #include <sys/stat.h>
 #include <sys/syscall.h>
 #include <unistd.h>
@@ -80,7 +81,10 @@ SharedSlots SharedSlots::map(int fd) {
 }
 
 SharedSlots SharedSlots::make(UniqueFd* shared) {
-  UniqueFd fd(::memfd_create("binder-sharedSlots", MFD_CLOEXEC | MFD_ALLOW_SEALING));
+  // Above the limit on the size of files, ftruncate() would end the process by SIGXFSZ.
+  rlimit limit;
+  if (::getrlimit(RLIMIT_FSIZE, &limit) < 0 || limit.rlim_cur < kSize) return {};
+  UniqueFd fd(::memfd_create("binder-slots", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   if (!fd.valid() || ::ftruncate(fd.get(), kSize) < 0 || ::fcntl(fd.get(), F_ADD_SEALS, kSeals) < 0)
     return {};
   *shared = std::move(fd);

@@ -1,17 +1,13 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstddef>
 #include <cstdint>
-#include <optional>
 
+#include "Deadline.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
-
-/** Until when a thread sleeps; for ever without. */
-using Deadline = std::optional<std::chrono::steady_clock::time_point>;
 
 /**
  * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the other takes

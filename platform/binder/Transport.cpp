@@ -1,9 +1,6 @@
 #include "Transport.h"
 
 #include <pthread.h>
-#include <sys/random.h>
-
-#include <cerrno>
 
 #include <system_error>
 #include <thread>
@@ -11,6 +8,7 @@
 
 #include "BpBinder.h"
 #include "ParcelAccess.h"
+#include "RandomNumber.h"
 
 namespace android::transport {
 
@@ -24,6 +22,7 @@ Transport::Transport() : id(randomNumber()) {
 }
 
 status_t Transport::addressOf(IBinder* object, Address* address) {
+  if (forked) return FAILED_TRANSACTION;
   if (const BpBinder* proxy = object->remoteBinder(); proxy != nullptr) {
     *address = {proxy->process().id(), proxy->number()};
     return OK;
@@ -35,6 +34,7 @@ status_t Transport::addressOf(IBinder* object, Address* address) {
 }
 
 status_t Transport::objectAt(const Address& address, sp<IBinder>* object) {
+  if (forked) return FAILED_TRANSACTION;
   if (address.process == id) {
     *object = exports.find(address.number);
     return *object == nullptr ? DEAD_OBJECT : OK;
@@ -73,15 +73,6 @@ status_t Transport::unflattenBinders(Parcel* parcel, const std::vector<ObjectEnt
   }
   ParcelAccess::setObjects(parcel, std::move(objects));
   return OK;
-}
-
-uint64_t randomNumber() {
-  uint64_t number = 0;
-  // 0 stands for none. The call can't fail for so few bytes but by a signal early at boot.
-  while (number == 0) {
-    if (::getrandom(&number, sizeof(number), 0) != sizeof(number)) number = 0;
-  }
-  return number;
 }
 
 bool startThread(const char* name, const sigset_t& mask, std::function<void()> work) {

@@ -32,7 +32,8 @@ struct Transport {
   Reactor reactor;
   /** Set once binder threads may run. */
   std::atomic<bool> poolStarted{false};
-  /** Set in a forked child: the connections are its parent's, and it must leave them alone. */
+  /** Set in a forked child, which must not use the connections, the epoll set and the objects of its parent,
+   * nor take a lock that a thread of its parent may have held. */
   std::atomic<bool> forked{false};
 
   /** The address of an object, local or not, which makes this process reachable if the object is its own. */
@@ -48,8 +49,6 @@ struct Transport {
    */
   status_t unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };
-
-uint64_t randomNumber();
 
 /** Runs `work` on a thread with that signal mask. False if there can be no more threads. */
 bool startThread(const char* name, const sigset_t& mask, std::function<void()> work);

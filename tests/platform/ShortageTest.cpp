@@ -1,10 +1,16 @@
 #include <binder/ProcessState.h>
+#include <fcntl.h>
+#include <signal.h>
+#include <sys/file.h>
 #include <sys/resource.h>
+#include <sys/time.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
+#include <atomic>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
 
 #include "LogCapture.h"
 #include "RawPeer.h"
@@ -42,6 +48,11 @@ void fillQueueOf(const std::string& socketPath) {
   }
 }
 
+void setTimer(suseconds_t microseconds) {
+  const itimerval timer = {{0, microseconds}, {0, microseconds}};
+  ASSERT_EQ(::setitimer(ITIMER_REAL, &timer, nullptr), 0);
+}
+
 class StoppedProcessTest : public ShortageTest, public testing::WithParamInterface<bool> {};
 
 INSTANTIATE_TEST_SUITE_P(Queue, StoppedProcessTest, testing::Bool(),
@@ -51,11 +62,24 @@ TEST_P(StoppedProcessTest, IsFoundAgain) {
   process.child().suspend();
   if (GetParam()) fillQueueOf(vesk::test::socketOf("test.service"));
   const auto start = std::chrono::steady_clock::now();
+  struct sigaction action = {};
+  action.sa_handler = [](int) {};
+  action.sa_flags = SA_RESTART;
+  ASSERT_EQ(::sigaction(SIGALRM, &action, nullptr), 0);
+  setTimer(500'000);
   std::vector<std::thread> threads;
-  for (int i = 0; i < 3; ++i) threads.emplace_back([&] { EXPECT_EQ(lookUp(), nullptr); });
+  for (int i = 0; i < 2; ++i) {
+    threads.emplace_back([&] {
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      EXPECT_EQ(lookUp(), nullptr);
+    });
+  }
+  // The kernel delivers the timer's signals to the main thread, which connects for all of them.
+  EXPECT_EQ(lookUp(), nullptr);
   for (std::thread& thread : threads) thread.join();
-  // Each may wait five seconds, but not one after the other.
+  // Each waits for five seconds at the same time, however many signals come.
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(9));
+  setTimer(0);
   process.child().resume();
   for (int i = 0; i < 2; ++i) {
     const sp<IBinder> service = lookUp();
@@ -141,22 +165,105 @@ TEST_F(ShortageTest, WhatWasHeldTooLateForWhoAskedIsLetGo) {
   waitUntil("the object to go", [&] { return aliveAt(service) == 1; });
 }
 
-/** What a program does that forks and leaves, as after an exec that failed. */
+/** Uses a service and then forks, again and again; the child exits through the destructors of its parent. */
 CHILD_ROLE(forker) {
   static sp<IBinder> service;  // Its destructor runs in both processes.
+  static sp<IBinder> own = new TestObject();
   service = android::defaultServiceManager()->getService(String16("test.service"));
+  const auto addOwn = [] { return android::defaultServiceManager()->addService(String16("test.own"), own); };
+  const auto findOwn = [] { return android::defaultServiceManager()->checkService(String16("test.own")); };
+  if (addOwn() != OK) return 4;
   parent.ready();
-  const pid_t child = ::fork();
-  if (child == 0) std::exit(increment(service, 1) == android::FAILED_TRANSACTION ? 0 : 1);
-  int status = -1;
-  ::waitpid(child, &status, 0);
-  if (!WIFEXITED(status) || WEXITSTATUS(status) != 0) return 2;
-  return increment(service, 1) == 2 ? 0 : 3;
+  std::atomic<bool> ends = false;
+  std::thread user([&] {
+    while (!ends) binderFrom(service, TestObject::kMakeObject);
+  });
+  int wrong = 0;
+  for (int i = 0; i < 60; ++i) {
+    const pid_t child = ::fork();
+    if (child == 0) {
+      ::alarm(10);
+      if (i % 2 == 0) std::exit(0);
+      const bool isRefused =
+          increment(service, 1) == android::FAILED_TRANSACTION &&
+          callWith(service, TestObject::kKeep, new TestObject()) == android::FAILED_TRANSACTION &&
+          addOwn() == android::FAILED_TRANSACTION && findOwn() == nullptr;
+      std::exit(isRefused ? 0 : 1);
+    }
+    int status = -1;
+    ::waitpid(child, &status, 0);
+    if (status != 0) ++wrong;
+  }
+  ends = true;
+  user.join();
+  const std::clock_t before = std::clock();
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  const bool isBusy = std::clock() - before > CLOCKS_PER_SEC / 10;
+  return increment(service, 1) == 2 && findOwn() == own && !isBusy ? wrong : 100;
 }
 
-TEST_F(ShortageTest, AForkedChildLeavesTheConnectionsAlone) {
+TEST_F(ShortageTest, AForkedChildLeavesItsParentAlone) {
   vesk::test::ChildProcess child("forker");
   EXPECT_EQ(child.wait(), 0);
+}
+
+/** Calls with a limit on the size of files that is smaller than the memory of a channel. */
+CHILD_ROLE(smallFiles) {
+  const rlimit limit{4096, 4096};
+  if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
+  parent.ready();
+  const sp<IBinder> service = lookUp();
+  return service != nullptr && increment(service, 1) == 2 ? 0 : 1;
+}
+
+TEST_F(ShortageTest, ALimitOnTheSizeOfFilesDoesNotEndTheCaller) {
+  EXPECT_EQ(vesk::test::ChildProcess("smallFiles").wait(), 0);
+}
+
+CHILD_ROLE(lockHolder) {
+  const int lock =
+      ::open((std::string(std::getenv("BINDER_RUNTIME_DIR")) + "/.lock").c_str(), O_RDWR | O_CLOEXEC);
+  if (::flock(lock, LOCK_EX) != 0) return 1;
+  parent.ready();
+  parent.waitForEnd();
+  return 0;
+}
+
+TEST_F(ShortageTest, RegistrationsWhileAnotherProcessKeepsTheLock) {
+  const vesk::test::ChildProcess holder("lockHolder");
+  std::vector<std::thread> threads;
+  // They give up waiting for the lock at the same time.
+  for (int i = 0; i < 100; ++i) {
+    threads.emplace_back([i] {
+      const String16 name(("test." + std::to_string(i)).c_str());
+      const sp<IBinder> object = new TestObject();
+      EXPECT_EQ(android::defaultServiceManager()->addService(name, object), OK);
+      EXPECT_EQ(android::defaultServiceManager()->checkService(name), object);
+    });
+  }
+  for (std::thread& thread : threads) thread.join();
+}
+
+TEST_F(ShortageTest, RegistersAgainAfterAWantOfDescriptors) {
+  const auto add = [] {
+    return android::defaultServiceManager()->addService(String16("test.own"), new TestObject());
+  };
+  ASSERT_EQ(add(), OK);
+  vesk::test::LogCapture log;
+  rlimit before;
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
+  const std::string path = vesk::test::socketOf("test.own");
+  sockaddr_un address = {};
+  address.sun_family = AF_UNIX;
+  std::strcpy(address.sun_path, path.c_str());
+  const android::transport::UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  const rlimit none{0, before.rlim_max};
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
+  EXPECT_EQ(::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
+  waitUntil("the failure to be logged", [&] { return !log.take().empty(); });
+  ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+  ASSERT_EQ(::unlink(path.c_str()), 0);
+  EXPECT_EQ(add(), OK);
 }
 
 }  // namespace
