@@ -15,11 +15,10 @@ using transport::FlatBinder;
 
 namespace {
 
-// A text that is shorter in relation to its parcel isn't worth keeping that for.
-constexpr size_t kMaxCapacityPerByte = 1024;
-
-// So many holds on a parcel's contents are counted at once.
-constexpr uint32_t kHolds = 256;
+// A string that shares the parcel's contents keeps all of them alive, so neither large contents nor short
+// texts are shared. A list of 100 records is below the limit; sharing it saves 100 allocations.
+constexpr size_t kMaxSharedCapacity = 64 * 1024;
+constexpr size_t kMinSharedText = 64;
 
 }  // namespace
 
@@ -41,6 +40,10 @@ status_t Parcel::setDataSize(size_t size) {
   return OK;
 }
 
+bool Parcel::isShared() const { return !isInline() && !SharedBytes::at(data_)->hasOneReference(); }
+
+bool Parcel::reserve(size_t size) { return (size <= capacity_ && !isShared()) || reallocate(size); }
+
 status_t Parcel::setDataCapacity(size_t size) { return reserve(size) ? OK : NO_MEMORY; }
 
 status_t Parcel::setData(const uint8_t* buffer, size_t len) {
@@ -54,39 +57,27 @@ status_t Parcel::setData(const uint8_t* buffer, size_t len) {
 
 void Parcel::freeData() {
   objects_.clear();
-  letGoOfData();
+  releaseData();
   data_ = inline_;
   size_ = 0;
   capacity_ = kInlineCapacity;
   position_ = 0;
 }
 
-bool Parcel::move(size_t size) {
-  if (size <= capacity_ && SharedBytes::at(data_)->hasNoneBut(1 + lendable_)) return true;
+bool Parcel::reallocate(size_t size) {
   if (size > kMaxSize) return false;
   const size_t capacity = std::max(size, capacity_);
-  SharedBytes* moved = nullptr;
-  if (allocating([&] { moved = SharedBytes::make(capacity); }) != OK) return false;
-  memcpy(moved->bytes(), data_, size_);
-  letGoOfData();
-  data_ = moved->bytes();
+  SharedBytes* larger = nullptr;
+  if (allocating([&] { larger = SharedBytes::make(capacity); }) != OK) return false;
+  memcpy(larger->bytes(), data_, size_);
+  releaseData();
+  data_ = larger->bytes();
   capacity_ = capacity;
   return true;
 }
 
-void Parcel::letGoOfData() {
-  if (!isInline()) SharedBytes::at(data_)->letGo(1 + lendable_);
-  lendable_ = 0;
-}
-
-inline SharedBytes* Parcel::lend() const {
-  SharedBytes* const whole = SharedBytes::at(data_);
-  if (lendable_ <= 1) {
-    whole->hold(kHolds);
-    lendable_ += kHolds;
-  }
-  --lendable_;
-  return whole;
+void Parcel::releaseData() {
+  if (!isInline()) SharedBytes::at(data_)->release();
 }
 
 void Parcel::clear(size_t from, size_t to) {
@@ -195,8 +186,10 @@ status_t Parcel::readString8(String8* pArg) const {
   size_t length;
   status_t status = readTextInplace(&text, &length);
   if (status != OK) return status;
-  if (!isInline() && length > capacity_ / kMaxCapacityPerByte) {
-    *pArg = String8(text, length, lend());
+  if (!isInline() && length >= kMinSharedText && capacity_ <= kMaxSharedCapacity) {
+    SharedBytes* const shared = SharedBytes::at(data_);
+    shared->addReference();
+    *pArg = String8(text, length, shared);
     return OK;
   }
   status = pArg->setTo(text, length);
@@ -241,7 +234,7 @@ namespace transport {
 
 uint8_t* ParcelAccess::prepare(Parcel* parcel, size_t size) {
   // Without contents to keep, another buffer needs no copy.
-  if (size > parcel->capacity_ || parcel->lendable_ != 0) parcel->freeData();
+  if (size > parcel->capacity_ || parcel->isShared()) parcel->freeData();
   parcel->objects_.clear();
   parcel->size_ = 0;
   parcel->position_ = 0;

@@ -100,7 +100,7 @@ inline uint8_t* Parcel::claim(size_t len) {
   const size_t start = padded(position_);
   if (start > kMaxSize || len > kMaxSize - start) return nullptr;
   const size_t end = start + padded(len);
-  if (end > capacity_ || lendable_ != 0) [[unlikely]] {
+  if (end > capacity_ || (!isInline() && isShared())) [[unlikely]] {
     const size_t more = end > capacity_ ? std::max(kFirstHeapCapacity, std::min(2 * capacity_, kMaxSize)) : 0;
     if (!reserve(std::max(end, more))) return nullptr;
   }

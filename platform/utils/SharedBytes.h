@@ -10,27 +10,26 @@
 
 namespace android {
 
-// Bytes with several holders, who may let go on any thread, and their number in front of them. Whoever wants
-// to change them has to be the only holder.
+// Bytes with a reference count in front. The count may change on any thread; only the holder of the single
+// reference may write to the bytes.
 class SharedBytes {
  public:
-  // For one holder. Without memory for them the standard library raises what it raises elsewhere.
+  // With one reference. Throws std::bad_alloc.
   static SharedBytes* make(size_t size) {
     const size_t whole = std::min(size, SIZE_MAX - sizeof(SharedBytes)) + sizeof(SharedBytes);
     return new (std::allocator<char>().allocate(whole)) SharedBytes;
   }
-  // Those that begin here.
+  // The object whose bytes begin at this address.
   static SharedBytes* at(uint8_t* bytes) { return reinterpret_cast<SharedBytes*>(bytes) - 1; }
 
   uint8_t* bytes() { return reinterpret_cast<uint8_t*>(this + 1); }
 
-  void hold(uint32_t times) { holders_.fetch_add(times, std::memory_order_relaxed); }
-  // Whether they are held by nobody else than the caller, who does so `times`. Those who let go read nothing
-  // more.
-  bool hasNoneBut(uint32_t times) const { return holders_.load(std::memory_order_acquire) == times; }
-  void letGo(uint32_t times) {
-    // The last holder needs no exchange, and is mostly the only one there ever was.
-    if (hasNoneBut(times) || holders_.fetch_sub(times, std::memory_order_acq_rel) == times) {
+  // Acquire, so that the reads of former holders happen before the caller's writes.
+  bool hasOneReference() const { return references_.load(std::memory_order_acquire) == 1; }
+  void addReference() { references_.fetch_add(1, std::memory_order_relaxed); }
+  void release() {
+    // The last reference, often the only one there ever was, needs no atomic decrement.
+    if (hasOneReference() || references_.fetch_sub(1, std::memory_order_acq_rel) == 1) {
       ::operator delete(this);
     }
   }
@@ -38,7 +37,7 @@ class SharedBytes {
  private:
   SharedBytes() = default;
 
-  alignas(8) std::atomic<uint32_t> holders_{1};
+  alignas(8) std::atomic<uint32_t> references_{1};
 };
 
 }  // namespace android

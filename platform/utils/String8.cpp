@@ -32,7 +32,7 @@ status_t assign(String8* string, Make make) {
 String8::String8(const String8& other) : data_(other.data_), size_(other.size_), owner_(other.owner_) {
   if (owner_ == nullptr) return;
   if (reinterpret_cast<uint8_t*>(const_cast<char*>(data_)) == owner_->bytes()) {
-    owner_->hold(1);
+    owner_->addReference();
   } else {
     owner_ = nullptr;
     *this = String8(other.data_, other.size_);
@@ -40,7 +40,7 @@ String8::String8(const String8& other) : data_(other.data_), size_(other.size_),
 }
 
 String8::~String8() {
-  if (owner_ != nullptr) owner_->letGo(1);
+  if (owner_ != nullptr) owner_->release();
 }
 
 String8::String8(const char* text) : String8(orEmpty(text)) {}

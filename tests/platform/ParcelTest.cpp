@@ -324,15 +324,17 @@ TEST(Parcel, AStringStaysAsItWasRead) {
   }
 }
 
-TEST(Parcel, KeepsItsMemoryWhenItsStringsAreGone) {
-  Parcel parcel;
-  const String8 tooShort = readFromLarge(&parcel, "x");
-  EXPECT_FALSE(standsIn(parcel, tooShort)) << "it would keep the whole parcel";
-  parcel.freeData();
-  for (int i = 0; i < 1000; ++i) readFromLarge(&parcel, std::string(200, 'x')).clear();
-  const uint8_t* const before = parcel.data();
-  EXPECT_EQ(parcel.writeInt32(8), OK);
-  EXPECT_EQ(parcel.data(), before);
+TEST(Parcel, NeitherShortTextsNorLargeContentsAreShared) {
+  const std::pair<size_t, bool> kRows[] = {{63, false}, {64, true}, {60'000, true}, {70'000, false}};
+  for (const auto& [length, shared] : kRows) {
+    Parcel parcel;
+    EXPECT_EQ(standsIn(parcel, readFromLarge(&parcel, std::string(length, 'x'))), shared) << length;
+    // The string is gone, so the memory is the parcel's own again.
+    const uint8_t* const before = parcel.data();
+    parcel.setDataPosition(0);
+    EXPECT_EQ(parcel.writeInt32(8), OK);
+    EXPECT_EQ(parcel.data(), before);
+  }
 }
 
 TEST(Parcel, ItsStringsMayGoOnAnyThread) {

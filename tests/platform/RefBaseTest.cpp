@@ -13,46 +13,26 @@ namespace {
 
 using Events = std::vector<std::string>;
 
-// Notes what becomes of it. The destructor wipes the value, so that a reader of a dead object shows.
-class Noted : public virtual RefBase {
+class Recorder : public virtual RefBase {
  public:
-  enum class Lifetime { kStrong, kWeak };
-  static constexpr int kAlive = 0x600D;
-
-  explicit Noted(Events* events, Lifetime lifetime = Lifetime::kStrong) : events_(events) {
-    if (lifetime == Lifetime::kWeak) extendObjectLifetime(OBJECT_LIFETIME_WEAK);
-  }
-  ~Noted() override {
-    value = 0;
-    events_->push_back("deleted");
-  }
-
-  int value = kAlive;
-  bool promotable = true;
-  // Runs while a promotion asks.
-  std::function<void()> whenAsked = [] {};
+  explicit Recorder(Events* events) : events_(events) {}
+  ~Recorder() override { events_->push_back("deleted"); }
 
  protected:
   void onFirstRef() override { events_->push_back("first"); }
   void onLastStrongRef(const void*) override { events_->push_back("last strong"); }
-  bool onIncStrongAttempted(uint32_t, const void*) override {
-    events_->push_back("asked");
-    whenAsked();
-    return promotable;
-  }
-  void onLastWeakRef(const void*) override { events_->push_back("last weak"); }
 
  private:
   Events* const events_;
 };
 
-TEST(RefBase, DiesWithItsLastStrongReference) {
+TEST(RefBase, LastStrongReferenceDeletes) {
   Events events;
-  sp<Noted> strong = sp<Noted>::make(&events);
-  const wp<Noted> weak = strong;
+  sp<Recorder> strong = sp<Recorder>::make(&events);
+  const wp<Recorder> weak = strong;
   EXPECT_EQ(events, Events({"first"}));
 
-  sp<Noted> other = strong;
+  sp<Recorder> other = strong;
   EXPECT_EQ(strong->getStrongCount(), 2);
   strong.clear();
   EXPECT_EQ(weak.promote(), other);
@@ -63,69 +43,27 @@ TEST(RefBase, DiesWithItsLastStrongReference) {
   EXPECT_EQ(weak.promote(), nullptr);
 }
 
-TEST(RefBase, PromotionMayTakeTheFirstReference) {
+TEST(RefBase, PromotionTakesTheFirstReference) {
   Events events;
-  const wp<Noted> weak = new Noted(&events);
+  const wp<Recorder> weak = new Recorder(&events);
   EXPECT_TRUE(events.empty());
-  sp<Noted> strong = weak.promote();
+  sp<Recorder> strong = weak.promote();
   EXPECT_EQ(events, Events({"first"}));
   EXPECT_EQ(strong->getStrongCount(), 1);
   strong.clear();
   EXPECT_EQ(weak.promote(), nullptr);
 }
 
-TEST(RefBase, ObjectOfItsMakerLeavesWeakReferencesDead) {
-  for (const Noted::Lifetime lifetime : {Noted::Lifetime::kStrong, Noted::Lifetime::kWeak}) {
-    Events events;
-    wp<Noted> kept;
-    {
-      class OnStack : public Noted {
-        using Noted::Noted;
-      } object(&events, lifetime);
-      kept = &object;
-      EXPECT_TRUE(events.empty());
-    }
-    EXPECT_EQ(events, Events({"deleted"}));
-    EXPECT_EQ(kept.promote(), nullptr);
+TEST(RefBase, WeakReferenceToAnObjectOnTheStack) {
+  Events events;
+  wp<Recorder> kept;
+  {
+    Recorder object(&events);
+    kept = &object;
+    EXPECT_TRUE(events.empty());
   }
-}
-
-TEST(RefBase, WeakLifetimeEndsWithTheLastReferenceOfEitherKind) {
-  Events events;
-  sp<Noted> strong = sp<Noted>::make(&events, Noted::Lifetime::kWeak);
-  wp<Noted> weak = strong;
-  strong.clear();
-  EXPECT_EQ(events, Events({"first", "last strong"}));
-
-  strong = weak.promote();
-  ASSERT_NE(strong, nullptr);
-  EXPECT_EQ(strong->value, Noted::kAlive);
-  EXPECT_EQ(events, Events({"first", "last strong", "asked"}));
-
-  strong->promotable = false;
-  strong.clear();
-  EXPECT_EQ(weak.promote(), nullptr);
-  events.clear();
-  weak.clear();
-  EXPECT_EQ(events, Events({"last weak", "deleted"}));
-
-  events.clear();
-  sp<Noted>::make(&events, Noted::Lifetime::kWeak).clear();
-  EXPECT_EQ(events, Events({"first", "last strong", "last weak", "deleted"}));
-}
-
-TEST(RefBase, PromotionThatComesSecondGivesBackItsYes) {
-  Events events;
-  sp<Noted> strong = sp<Noted>::make(&events, Noted::Lifetime::kWeak);
-  Noted* const object = strong.get();
-  const wp<Noted> weak = strong;
-  strong.clear();
-  object->whenAsked = [&] { strong = object; };
-  events.clear();
-  EXPECT_EQ(weak.promote(), object);
-  EXPECT_EQ(events, Events({"asked", "last strong"}));
-  EXPECT_EQ(object->getStrongCount(), 1);
-  object->whenAsked = [] {};
+  EXPECT_EQ(events, Events({"deleted"}));
+  EXPECT_EQ(kept.promote(), nullptr);
 }
 
 class Left : public virtual RefBase {
@@ -142,7 +80,7 @@ class Both : public Left, public Right {
   ~Both() override { *deleted_ = true; }
 
  protected:
-  // The first reference is counted by now, so one of its own does not end the object.
+  // The first reference is counted already, so a temporary one must not delete the object.
   void onFirstRef() override { sp<Both>(this).clear(); }
 
  private:
@@ -168,7 +106,7 @@ TEST(StrongPointer, ConvertsToEveryBaseOfAnObject) {
   EXPECT_EQ(wp<RefBase>(weak), nullptr);
 }
 
-TEST(StrongPointer, SurvivesAssignmentToItselfAndToItsOwnSuccessor) {
+TEST(StrongPointer, AssignmentToItselfAndToItsMember) {
   class Node : public RefBase {
    public:
     sp<Node> next;
@@ -184,8 +122,8 @@ TEST(StrongPointer, SurvivesAssignmentToItselfAndToItsOwnSuccessor) {
   EXPECT_EQ(head->getStrongCount(), 1);
 }
 
-TEST(WeakPointer, KnowsItsObjectFromALaterOneAtTheSameAddress) {
-  // Weak pointers stand for the object, so that a list of them can be searched after objects have died.
+// A list of weak pointers can be searched after objects have died.
+TEST(WeakPointer, DiffersFromOneToALaterObjectAtTheSameAddress) {
   class Placed : public RefBase {
    public:
     Placed() = default;
@@ -202,7 +140,7 @@ TEST(WeakPointer, KnowsItsObjectFromALaterOneAtTheSameAddress) {
   std::destroy_at(second);
 }
 
-// Runs the body on several threads that start as much at once as can be.
+// Runs the body on several threads that start at about the same time.
 void together(int threads, const std::function<void(int)>& body) {
   std::atomic<int> waiting = threads;
   std::vector<std::thread> running;
@@ -218,17 +156,16 @@ void together(int threads, const std::function<void(int)>& body) {
 
 class Counted : public RefBase {
  public:
-  Counted(std::atomic<int>* firsts, std::atomic<int>* deaths, bool livesWeakly = false)
-      : firsts_(firsts), deaths_(deaths) {
-    if (livesWeakly) extendObjectLifetime(OBJECT_LIFETIME_WEAK);
-  }
+  static constexpr int kAlive = 0x600D;
+
+  Counted(std::atomic<int>* firsts, std::atomic<int>* deaths) : firsts_(firsts), deaths_(deaths) {}
   ~Counted() override {
     value = 0;
     ++*deaths_;
   }
 
-  // Plain on purpose: the destructor's write races with every read that the counters do not order.
-  int value = Noted::kAlive;
+  // Not atomic: the destructor's write races with every read that the counters do not order.
+  int value = kAlive;
 
  protected:
   void onFirstRef() override { ++*firsts_; }
@@ -247,40 +184,19 @@ TEST(RefBaseThreads, PromotionAgainstTheLastRelease) {
     sp<Counted> last = sp<Counted>::make(&firsts, &deaths);
     std::vector<wp<Counted>> weak(4, last);
     together(4, [&](int i) {
-      // The counters go with the last of these, on whichever thread that is.
+      // The last of these frees the counters, on any of the threads.
       wp<Counted>& own = weak[static_cast<size_t>(i)];
       if (i == 0) {
         last.clear();
       } else {
         while (const sp<Counted> held = own.promote()) {
-          if (held->value != Noted::kAlive) ++readDead;
+          if (held->value != Counted::kAlive) ++readDead;
         }
       }
       own.clear();
     });
   }
   EXPECT_EQ(readDead, 0);
-  EXPECT_EQ(firsts, kRounds);
-  EXPECT_EQ(deaths, kRounds);
-}
-
-TEST(RefBaseThreads, WeakLifetimeWithStrongReferencesComingAndGoing) {
-  constexpr int kRounds = 200;
-  std::atomic<int> firsts = 0;
-  std::atomic<int> deaths = 0;
-  std::atomic<int> lost = 0;
-  for (int round = 0; round < kRounds; ++round) {
-    std::vector<wp<Counted>> weak(4, wp<Counted>(new Counted(&firsts, &deaths, true)));
-    together(4, [&](int i) {
-      wp<Counted>& own = weak[static_cast<size_t>(i)];
-      for (int n = 0; n < 20; ++n) {
-        const sp<Counted> held = own.promote();
-        if (held == nullptr || held->value != Noted::kAlive) ++lost;
-      }
-      own.clear();
-    });
-  }
-  EXPECT_EQ(lost, 0);
   EXPECT_EQ(firsts, kRounds);
   EXPECT_EQ(deaths, kRounds);
 }

@@ -120,27 +120,25 @@ class Parcel {
     sp<IBinder> binder;
   };
 
-  /** Makes room for `size` bytes in all, to be written by nobody else; false if there is no memory for them.
-   */
-  bool reserve(size_t size) { return (size <= capacity_ && lendable_ == 0) || move(size); }
-  /** reserve(), in other memory if need be. */
-  bool move(size_t size);
-  void letGoOfData();
+  /** Makes capacity for `size` bytes that no string shares; false if there is no memory for them. */
+  bool reserve(size_t size);
+  bool reallocate(size_t size);
+  void releaseData();
   bool isInline() const { return data_ == inline_; }
-  /** Another hold on the contents, for a string that shares them. */
-  SharedBytes* lend() const;
-  /** Where the next `len` bytes go, the padding behind them zeroed already; null if there is no memory for
+  /** Whether strings share the contents. */
+  bool isShared() const;
+  /** The address for the next `len` bytes, with the padding after them zeroed; null if there is no memory for
    * them. */
   uint8_t* claim(size_t len);
-  /** Readies what will be written over from one offset to the other, or the gap before it. */
+  /** Before a write between two offsets: drops the objects there, or zeroes the gap before the first. */
   void clear(size_t from, size_t to);
-  /** Forgets the objects that stand, even in part, between two offsets. */
+  /** Removes the objects that lie, even in part, between two offsets. */
   void dropObjects(size_t from, size_t to);
   template <typename T>
   status_t writeValue(T value);
   template <typename T>
   status_t readValue(T* value) const;
-  /** A text where it stands, with its terminating zero. */
+  /** A text in place, with its terminating zero. */
   template <typename Unit>
   status_t readTextInplace(const Unit** text, size_t* length) const;
 
@@ -149,8 +147,6 @@ class Parcel {
   size_t size_ = 0;
   size_t capacity_ = kInlineCapacity;
   mutable size_t position_ = 0;
-  /** Holds on the contents that are counted already and not yet lent; 0 as long as none ever was. */
-  mutable uint32_t lendable_ = 0;
   /** In order of offset. */
   std::vector<Object> objects_;
   alignas(8) uint8_t inline_[kInlineCapacity];

@@ -15,16 +15,15 @@ namespace android {
 
 // Base of every object that is held through sp and wp. Derive with plain or virtual inheritance.
 //
-// The object dies with its last strong reference; after extendObjectLifetime(OBJECT_LIFETIME_WEAK) with its
-// last reference of either kind. An object that never had a strong reference is its maker's to delete. All
-// functions may be called from any thread; the hooks run on the thread whose reference came or went.
+// The last strong reference deletes the object. An object that never had one is deleted by its creator. All
+// functions may be called from any thread; a hook runs on the thread that takes or drops the reference.
 class RefBase {
  public:
   void incStrong(const void* id) const;
   void decStrong(const void* id) const;
   int32_t getStrongCount() const;
 
-  // The counters. They outlive the object as long as there are weak references.
+  // The counters. They exist as long as the object or a weak reference does.
   class weakref_type {
    public:
     // The object's address, which may be that of a dead object.
@@ -46,21 +45,18 @@ class RefBase {
     void decStrong(const void* id);
     void onStrongTaken(uint32_t before);
 
-    // Low bits: the number of strong references. High bits: kNeverHeld, kLivesWeakly.
+    // Set in strong_ until the first strong reference is taken. In the counter's own word, so that a
+    // promotion distinguishes an object without a reference yet from one that just died.
+    static constexpr uint32_t kNeverHeld = 1u << 31;
+
+    // The number of strong references.
     std::atomic<uint32_t> strong_{kNeverHeld};
-    // The number of weak references, and one for the object itself, and one for all strong references
-    // together.
+    // The number of weak references, plus one for the object itself.
     std::atomic<uint32_t> weak_{1};
     RefBase* const base_;
-
-    // Set until the first strong reference is taken. It shares the counter's word, so that a promotion can
-    // tell an object that is not yet held from one that just died.
-    static constexpr uint32_t kNeverHeld = 1u << 31;
-    static constexpr uint32_t kLivesWeakly = 1u << 30;
-    static constexpr uint32_t kCountMask = kLivesWeakly - 1;
   };
 
-  // The counters, with a weak reference added that the caller must give back with decWeak.
+  // The counters, with a weak reference added that the caller drops with decWeak.
   weakref_type* createWeak(const void* id) const;
   // The counters, without a reference.
   weakref_type* getWeakRefs() const { return refs_; }
@@ -72,28 +68,16 @@ class RefBase {
   RefBase();
   virtual ~RefBase();
 
-  enum { OBJECT_LIFETIME_STRONG = 0, OBJECT_LIFETIME_WEAK = 1, OBJECT_LIFETIME_MASK = 1 };
-  enum { FIRST_INC_STRONG = 1 };
-
-  // OBJECT_LIFETIME_WEAK lets the object live as long as there is any reference. There is no way back.
-  void extendObjectLifetime(int32_t mode);
-
-  // Runs once, when the first strong reference was taken, and thus never in a constructor.
+  // Runs once, after the first strong reference was taken, so never within a constructor.
   virtual void onFirstRef();
-  // The last strong reference went. The object is deleted next unless it lives weakly.
+  // Runs after the last strong reference was dropped. The object is deleted next.
   virtual void onLastStrongRef(const void* id);
-  // Asked when an object that lives weakly and has no strong reference is to be promoted. Every yes is
-  // followed by an onLastStrongRef: as soon as it turns out that another thread was faster, else with the
-  // last strong reference.
-  virtual bool onIncStrongAttempted(uint32_t flags, const void* id);
-  // The last weak reference of an object that lives weakly went. It is deleted next.
-  virtual void onLastWeakRef(const void* id);
 
  private:
   weakref_type* const refs_;
 };
 
-// Pointer that does not keep its object alive. promote() gives a strong pointer, or null once the object is
+// Pointer that does not keep its object alive. promote() returns a strong pointer, or null once the object is
 // dead.
 template <typename T>
 class wp {
@@ -107,8 +91,7 @@ class wp {
       : object_(std::exchange(other.object_, nullptr)), refs_(std::exchange(other.refs_, nullptr)) {}
   template <typename U>
   requires std::is_convertible_v<U*, T*> wp(const sp<U>& other) : wp(static_cast<T*>(other.get())) {}
-  // Converting to a virtual base reads the object, so it must be alive for that; hence by way of a strong
-  // reference.
+  // The conversion to a virtual base reads the object, so it holds a strong reference meanwhile.
   template <typename U>
   wp(const wp<U>& other) : wp(sp<T>(other.promote())) {}
   ~wp() {
@@ -148,8 +131,8 @@ class wp {
   RefBase::weakref_type* refs_ = nullptr;
 };
 
-// Two weak pointers are equal if they were made from the same object. The counters stand for it: unlike its
-// address, theirs is not used again while one of the pointers exists.
+// Two weak pointers are equal if they were made from the same object. This compares the counters: their
+// address, unlike the object's, is not reused while one of the pointers exists.
 template <typename T, typename U>
 bool operator==(const wp<T>& a, const wp<U>& b) {
   return a.get_refs() == b.get_refs();
