@@ -14,8 +14,8 @@ using android::Parcel;
 using android::status_t;
 using android::String16;
 
-/** What every object answers with the number of its process, since some release of the platform; earlier ones
- * don't know the code, nor have a name for it. */
+/** A request for the process id, which every object answers on newer platforms. The headers of older ones
+ * have no constant for it. */
 constexpr uint32_t kDebugPidTransaction = '_' << 24 | 'P' << 16 | 'I' << 8 | 'D';
 
 std::optional<pid_t> pidOf(android::IBinder& binder) {
@@ -39,28 +39,21 @@ status_t readOuts(const Parcel& reply, const Method& method, std::vector<Value>*
 
 }  // namespace
 
-Clock::time_point deadlineAfter(double seconds) {
-  // Not time_point::max(), which the clocks' conversions in waiting would overflow.
-  constexpr std::chrono::hours kForEver(24 * 3650);
-  if (seconds <= 0) return Clock::now() + kForEver;
-  return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
-}
-
 android::sp<android::IBinder> findService(const std::string& name) {
   return android::defaultServiceManager()->checkService(String16(name.c_str()));
 }
 
-Condition examine(const std::string& serviceName) {
-  Condition condition;
+ServiceState inspect(const std::string& serviceName) {
+  ServiceState state;
   const android::sp<android::IBinder> binder = findService(serviceName);
-  if (binder == nullptr) return condition;
-  const auto start = Clock::now();
-  condition.isAlive = binder->pingBinder() == android::OK;
-  condition.roundTrip = Clock::now() - start;
-  if (!condition.isAlive) return condition;
-  condition.pid = pidOf(*binder);
-  condition.descriptor = android::String8(binder->getInterfaceDescriptor()).c_str();
-  return condition;
+  if (binder == nullptr) return state;
+  const auto start = std::chrono::steady_clock::now();
+  state.isAlive = binder->pingBinder() == android::OK;
+  state.roundTrip = std::chrono::steady_clock::now() - start;
+  if (!state.isAlive) return state;
+  state.pid = pidOf(*binder);
+  state.descriptor = android::String8(binder->getInterfaceDescriptor()).c_str();
+  return state;
 }
 
 Answer transact(android::IBinder& binder, const Interface& interface, const Method& method,

@@ -14,21 +14,21 @@
 
 namespace veskctl {
 
-/** What a listener was told, or what became of the connection to a service. */
+/** An event of a listener, or a change in the connection to a service. */
 struct Event {
   std::chrono::system_clock::time_point time = std::chrono::system_clock::now();
-  /** Of an event. */
+  /** Set for an event of a listener. */
   const Interface* listener = nullptr;
   const Method* method = nullptr;
   std::vector<Value> arguments;
-  /** Of a connection: its service, and "waiting", "watching", "died" or "refused". */
+  /** Set for a connection: its service, and "waiting", "watching", "died" or "refused". */
   std::string service;
   std::string state;
-  /** Why it was refused. */
+  /** Set if the state is "refused". */
   std::string reason;
 };
 
-/** From binder threads to the main thread, in order. Safe to use from any thread. */
+/** Passes events from binder threads to the main thread, in order. Safe to use from any thread. */
 class EventQueue {
  public:
   EventQueue();
@@ -36,7 +36,7 @@ class EventQueue {
   EventQueue(const EventQueue&) = delete;
   EventQueue& operator=(const EventQueue&) = delete;
 
-  /** Can be read from when there are events. */
+  /** Becomes readable when there are events. */
   int fd() const { return fd_; }
   void push(Event event);
   std::vector<Event> take();
@@ -47,7 +47,7 @@ class EventQueue {
   std::vector<Event> events_;
 };
 
-/** A listener of any of the interfaces. Queues what it is told, and answers ok. */
+/** A listener of any of the interfaces. Queues its events, and answers ok. */
 class EventListener : public android::BBinder {
  public:
   EventListener(const Interface& listener, std::shared_ptr<EventQueue> queue);

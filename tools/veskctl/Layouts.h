@@ -10,20 +10,20 @@ namespace veskctl {
 struct Field {
   const char* name;
   size_t offset;
-  /** Of a text, which ends with a zero; 0 for an int32. */
+  /** The size of a text field, which ends with a zero byte; 0 for an int32. */
   size_t textSize;
-  /** Behind the text's zero there may be fields of the device's own. */
+  /** The device may store fields of its own after the zero byte. */
   bool holdsMore = false;
 };
 
 struct Layout {
-  /** The parameters that carry it go by this name, and are of this size. */
+  /** The name of the parameters with this layout, and the size of their records. */
   std::string_view parameter;
   size_t size;
   std::span<const Field> fields;
 };
 
-/** Null if the layout is the service's own. */
+/** Null if the layout is not known. */
 const Layout* findLayout(std::string_view parameter, size_t size);
 
 }  // namespace veskctl

@@ -19,8 +19,7 @@ std::string lowerCase(std::string_view text) {
   return lower;
 }
 
-/** How many letters have to be put in, taken out or exchanged to make the one text the other (Levenshtein).
- */
+/** The Levenshtein distance: the least number of insertions, deletions and replacements. */
 size_t distance(std::string_view a, std::string_view b) {
   std::vector<size_t> row(b.size() + 1);
   std::iota(row.begin(), row.end(), size_t{0});
@@ -35,21 +34,22 @@ size_t distance(std::string_view a, std::string_view b) {
   return row.back();
 }
 
-/** "; did you mean x, y?" with the nearest of the names; nothing if none is near. */
+/** "; did you mean x, y?" with the nearest of the names; empty if none is near. */
 std::string suggestion(std::string_view wanted, const std::vector<const char*>& names) {
   const std::string lower = lowerCase(wanted);
   std::vector<std::pair<size_t, const char*>> near;
   for (const char* name : names) {
     const std::string candidate = lowerCase(name);
-    // Whoever remembers only a part of a name gets all names with it.
-    const bool holds = lower.size() >= 3 && candidate.find(lower) != std::string::npos;
-    const size_t away = holds ? 1 : distance(lower, candidate);
-    if (away <= std::max<size_t>(2, lower.size() / 4)) near.emplace_back(away, name);
+    // A part of a name suggests every name that contains it.
+    const bool contains = lower.size() >= 3 && candidate.find(lower) != std::string::npos;
+    const size_t difference = contains ? 1 : distance(lower, candidate);
+    if (difference <= std::max<size_t>(2, lower.size() / 4)) near.emplace_back(difference, name);
   }
   std::stable_sort(near.begin(), near.end(), [](const auto& a, const auto& b) { return a.first < b.first; });
   if (near.size() > kMaxSuggestions) near.resize(kMaxSuggestions);
   std::string text;
-  for (const auto& [away, name] : near) text += (text.empty() ? "; did you mean " : ", ") + std::string(name);
+  for (const auto& [difference, name] : near)
+    text += (text.empty() ? "; did you mean " : ", ") + std::string(name);
   return text.empty() ? text : text + "?";
 }
 

@@ -9,9 +9,9 @@ namespace veskctl {
 
 namespace {
 
-[[noreturn]] void endForLackOfReaders() {
+[[noreturn]] void exitOnWriteError() {
   const int error = errno;
-  // Other threads may be in the middle of a call; nothing of theirs is torn down.
+  // Not exit(): its destructors could race with calls on other threads.
   if (error == EPIPE) std::_Exit(kOk);
   fail(kOtherFailure, std::string("can't write: ") + std::strerror(error));
   std::_Exit(kOtherFailure);
@@ -26,11 +26,11 @@ std::string styled(const Settings& settings, Style style, std::string_view text)
 }
 
 void print(std::string_view text) {
-  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) endForLackOfReaders();
+  if (std::fwrite(text.data(), 1, text.size(), stdout) != text.size()) exitOnWriteError();
 }
 
 void flush() {
-  if (std::fflush(stdout) != 0) endForLackOfReaders();
+  if (std::fflush(stdout) != 0) exitOnWriteError();
 }
 
 int fail(ExitCode code, std::string_view message) {

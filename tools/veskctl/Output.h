@@ -6,7 +6,7 @@
 
 namespace veskctl {
 
-/* What the program exits with; veskctl.1 lists them. */
+/* The exit codes; veskctl.1 lists them. */
 enum ExitCode : int {
   kOk = 0,
   kOtherFailure = 1,
@@ -17,27 +17,27 @@ enum ExitCode : int {
   kTimedOut = 6,
 };
 
-/** What the command line says for every command. */
+/** The options that every command has. */
 struct Settings {
   bool json = false;
   bool colour = false;
-  /** For an answer of a service; 0 waits for ever. */
+  /** How long to wait for an answer of a service; 0 means no limit. */
   double timeoutSeconds = 5;
 };
 
-enum class Style { kHead, kGood, kBad, kDim };
+enum class Style { kHeading, kGood, kBad, kDim };
 
-/** The text in colour if the settings say so. */
+/** The text, in colour if the settings ask for it. */
 std::string styled(const Settings& settings, Style style, std::string_view text);
 
 /**
- * Writes to the standard output. Whoever reads it may stop reading: the program then ends at once, and well.
- * Another failure ends it with kOtherFailure.
+ * Writes to the standard output. If its reader has closed it, the process exits at once with kOk; after any
+ * other failure, with kOtherFailure.
  */
 void print(std::string_view text);
 void flush();
 
-/** "veskctl: message" on the standard error; gives the exit code back. */
+/** Prints "veskctl: message" on the standard error. Returns the exit code. */
 int fail(ExitCode code, std::string_view message);
 
 }  // namespace veskctl

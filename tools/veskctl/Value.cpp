@@ -20,7 +20,7 @@ using android::Parcel;
 using android::status_t;
 using com::qv::CommonParcelable;
 
-/** More does not fit in a transaction. */
+/** A larger record would not fit in a transaction. */
 constexpr size_t kMaxRecord = 1024 * 1024;
 
 std::string quoted(std::string_view text) { return "'" + std::string(text) + "'"; }
@@ -33,7 +33,7 @@ std::optional<int32_t> parseInt32(std::string_view text) {
   uint32_t magnitude = 0;
   const char* const end = digits.data() + digits.size();
   const auto [stop, error] = std::from_chars(digits.data(), end, magnitude, isHex ? 16 : 10);
-  // -2147483648 has no positive counterpart; hexadecimal may name all 32 bits.
+  // Hexadecimal numbers may set all 32 bits.
   const uint32_t limit = isNegative ? 0x80000000u : isHex ? 0xffffffffu : 0x7fffffffu;
   if (error != std::errc() || stop != end || magnitude > limit) return std::nullopt;
   return static_cast<int32_t>(isNegative ? 0u - magnitude : magnitude);
@@ -119,7 +119,7 @@ std::optional<Value> recordFromHex(std::string_view text, std::string* error) {
     digits += c;
   }
   if (digits.size() % 2 != 0) {
-    *error = "an odd number of hexadecimal digits, " + std::to_string(digits.size());
+    *error = "an odd number of hexadecimal digits: " + std::to_string(digits.size());
     return std::nullopt;
   }
   std::string bytes(digits.size() / 2, '\0');
@@ -148,7 +148,7 @@ std::optional<Value> asRecord(const std::string& text, std::string* error) {
   return std::nullopt;
 }
 
-/* How each alternative crosses. */
+/* The format of each alternative in a parcel. */
 
 status_t writeOne(Parcel* parcel, int32_t value) { return parcel->writeInt32(value); }
 status_t writeOne(Parcel* parcel, bool value) { return parcel->writeBool(value); }
@@ -226,7 +226,7 @@ std::optional<Value> parse(Type type, const std::string& text, std::string* erro
     case Type::kListener:
       break;
   }
-  *error = std::string(nameOf(type)) + " is no type of an argument";
+  *error = std::string(nameOf(type)) + " cannot be an argument";
   return std::nullopt;
 }
 

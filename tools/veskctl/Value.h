@@ -24,21 +24,21 @@ using Value = std::variant<int32_t, bool, std::string, std::vector<int32_t>, std
                            std::vector<Record>, android::sp<android::IBinder>>;
 
 /**
- * An argument as the user writes it, but for listeners:
+ * Parses an argument of any type but listener:
  *
  *   int32     12, -1, 0x1f
  *   bool      true, false, yes, no, on, off, 1, 0
- *   string    as it stands
- *   int32[]   1,2,3 or [1,2,3]; nothing or [] for none
+ *   string    any UTF-8
+ *   int32[]   1,2,3 or [1,2,3]; empty or [] for none
  *   record    @FILE, @- for the standard input, hex:01ff, zero:SIZE
  *
- * On failure nothing, and `error` says why.
+ * On failure returns nothing and sets `error`.
  */
 std::optional<Value> parse(Type type, const std::string& text, std::string* error);
 
-/** In the form in which the library's proxies send it. */
+/** Writes the value as the library's proxies do. */
 android::status_t write(android::Parcel* parcel, const Value& value);
-/** What the library's stubs send; `value` is touched only if that succeeds. */
+/** Reads a value as the library's stubs do. `value` changes only on success. */
 android::status_t read(const android::Parcel& parcel, Type type, Value* value);
 
 }  // namespace veskctl

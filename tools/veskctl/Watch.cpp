@@ -1,42 +1,30 @@
-#include "Watch.h"
-
 #include <binder/IBinder.h>
 #include <binder/ProcessState.h>
-#include <poll.h>
-#include <sys/signalfd.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <condition_variable>
-#include <csignal>
-#include <ctime>
 #include <map>
 #include <mutex>
 #include <optional>
 #include <thread>
 #include <utility>
 
+#include "Background.h"
 #include "Binder.h"
-#include "Render.h"
+#include "Commands.h"
+#include "Events.h"
+#include "ShowEvents.h"
+#include "StatusText.h"
 
+/* The command watch: keeps listeners registered with services that may come and go. */
 namespace veskctl {
 
 namespace {
 
-using std::chrono::milliseconds;
+/** The interval between two look-ups of an absent service. */
+constexpr std::chrono::milliseconds kRetryInterval(100);
 
-/** Between two looks for a service that is absent. */
-constexpr milliseconds kPause(100);
-
-sigset_t endingSignals() {
-  sigset_t signals;
-  sigemptyset(&signals);
-  sigaddset(&signals, SIGINT);
-  sigaddset(&signals, SIGTERM);
-  return signals;
-}
-
-class Obituary : public android::IBinder::DeathRecipient {
+class DeathWaiter : public android::IBinder::DeathRecipient {
  public:
   void binderDied(const android::wp<android::IBinder>&) override {
     const std::lock_guard lock(mutex_);
@@ -55,7 +43,7 @@ class Obituary : public android::IBinder::DeathRecipient {
   bool died_ = false;
 };
 
-/** One service, and the listeners that are registered with it. Runs as long as the process. */
+/** One service and the listeners to register with it. Runs until the process ends. */
 class Connection {
  public:
   struct Listener {
@@ -71,22 +59,22 @@ class Connection {
   }
 
   [[noreturn]] void run() {
-    for (bool isWaiting = false;; std::this_thread::sleep_for(kPause)) {
+    for (bool isWaiting = false;; std::this_thread::sleep_for(kRetryInterval)) {
       const android::sp<android::IBinder> binder = findService(service_);
-      const android::sp<Obituary> obituary = new Obituary;
-      if (binder == nullptr || binder->linkToDeath(obituary) != android::OK) {
-        if (!std::exchange(isWaiting, true)) tell("waiting");
+      const android::sp<DeathWaiter> death = new DeathWaiter;
+      if (binder == nullptr || binder->linkToDeath(death) != android::OK) {
+        if (!std::exchange(isWaiting, true)) report("waiting");
         continue;
       }
       isWaiting = true;
-      if (registerAll(binder)) tell("watching");
-      obituary->wait();
-      tell("died");
+      if (registerAll(binder)) report("watching");
+      death->wait();
+      report("died");
     }
   }
 
  private:
-  void tell(const char* state, const std::string& reason = {}) {
+  void report(const char* state, const std::string& reason = {}) {
     Event event;
     event.service = service_;
     event.state = state;
@@ -94,7 +82,7 @@ class Connection {
     queue_->push(std::move(event));
   }
 
-  /** Whether any of them is registered now. */
+  /** True if at least one listener is registered. */
   bool registerAll(const android::sp<android::IBinder>& binder) {
     bool any = false;
     for (const Listener& listener : listeners_) {
@@ -107,8 +95,8 @@ class Connection {
       if (answer && answer->status.isOk()) {
         any = true;
       } else if (!answer || answer->status.transactionError() != android::DEAD_OBJECT) {
-        tell("refused", std::string(registration.method->name) + ": " +
-                            (answer ? toText(answer->status) : "no answer in time"));
+        report("refused", std::string(registration.method->name) + ": " +
+                              (answer ? toText(answer->status) : "no answer in time"));
       }
     }
     return any;
@@ -120,64 +108,9 @@ class Connection {
   std::vector<Listener> listeners_;
 };
 
-/** 17:04:05.123, here; in UTC with the date for programs. */
-std::string timeText(const Event& event, bool isForPrograms) {
-  using std::chrono::system_clock;
-  const std::time_t seconds = system_clock::to_time_t(event.time);
-  const auto ms = std::chrono::duration_cast<milliseconds>(event.time.time_since_epoch()).count() % 1000;
-  std::tm parts{};
-  isForPrograms ? gmtime_r(&seconds, &parts) : localtime_r(&seconds, &parts);
-  char text[64];
-  const size_t length =
-      std::strftime(text, sizeof(text), isForPrograms ? "%Y-%m-%dT%H:%M:%S" : "%H:%M:%S", &parts);
-  return std::string(text, length) + format(".%03d%s", static_cast<int>(ms), isForPrograms ? "Z" : "");
-}
-
-std::string asJson(const Event& event) {
-  Json json = {{"time", timeText(event, true)}};
-  if (event.method == nullptr) {
-    json["service"] = event.service;
-    json["state"] = event.state;
-    if (!event.reason.empty()) json["reason"] = event.reason;
-    return dump(json, -1);
-  }
-  json["topic"] = event.listener->topic();
-  json["event"] = event.method->name;
-  Json& arguments = json["arguments"] = Json::object();
-  for (size_t i = 0; i < event.arguments.size(); ++i) {
-    const Parameter& parameter = event.method->parameters[i];
-    arguments[parameter.name] = toJson(parameter, event.arguments[i]);
-  }
-  return dump(json, -1);
-}
-
-std::string describe(const Event& event) {
-  if (event.state == "waiting") return event.service + " is not running; waiting for it";
-  if (event.state == "died") return event.service + " has died; waiting for it to come back";
-  if (event.state == "refused") return event.service + " does not take the listener: " + event.reason;
-  return "watching " + event.service;
-}
-
-std::string asLine(const Event& event, const Settings& settings) {
-  std::string line = styled(settings, Style::kDim, timeText(event, false)) + "  ";
-  if (event.method == nullptr) return line + styled(settings, Style::kDim, "-- " + describe(event)) + "\n";
-  line += event.listener->topic() + "  " + styled(settings, Style::kHead, event.method->name);
-  for (size_t i = 0; i < event.arguments.size(); ++i) {
-    const Parameter& parameter = event.method->parameters[i];
-    line += std::string("  ") + parameter.name + "=" + brief(parameter, event.arguments[i]);
-  }
-  return line + "\n";
-}
-
-}  // namespace
-
-void holdSignals() {
-  const sigset_t signals = endingSignals();
-  pthread_sigmask(SIG_BLOCK, &signals, nullptr);
-}
-
-void watch(const std::vector<const Interface*>& listeners, const Settings& settings,
-           const std::shared_ptr<EventQueue>& queue) {
+/** Connects to the listeners' services, on a thread for each service. */
+void connect(const std::vector<const Interface*>& listeners, const Settings& settings,
+             const std::shared_ptr<EventQueue>& queue) {
   android::ProcessState::self()->startThreadPool();
   std::map<std::string, std::shared_ptr<Connection>> connections;
   for (const Interface* listener : listeners) {
@@ -195,20 +128,27 @@ void watch(const std::vector<const Interface*>& listeners, const Settings& setti
   }
 }
 
-int showEvents(EventQueue& queue, const Settings& settings) {
-  const sigset_t signals = endingSignals();
-  const int signalFd = signalfd(-1, &signals, SFD_CLOEXEC);
-  // Of the output nothing is asked but whether its reader has gone, which poll() tells in any case.
-  pollfd fds[] = {{signalFd, POLLIN, 0}, {queue.fd(), POLLIN, 0}, {STDOUT_FILENO, 0, 0}};
-  while (fds[0].revents == 0 && fds[2].revents == 0) {
-    if (poll(fds, std::size(fds), -1) < 0) continue;
-    for (const Event& event : queue.take()) {
-      print(settings.json ? asJson(event) : asLine(event, settings));
-    }
-    flush();
+}  // namespace
+
+int watchEvents(const std::vector<std::string>& topics, const Settings& settings) {
+  std::vector<const Interface*> wanted;
+  for (const Interface& listener : interfaces::listeners()) {
+    if (topics.empty()) wanted.push_back(&listener);
   }
-  close(signalFd);
-  return kOk;
+  for (const std::string& topic : topics) {
+    const auto isNamed = [&](const Interface& listener) {
+      return topic == listener.topic() || topic == listener.name;
+    };
+    const auto found = std::ranges::find_if(interfaces::listeners(), isNamed);
+    if (found == interfaces::listeners().end()) {
+      return fail(kUsageError, "there is no topic '" + topic + "'; there are call, misc and test");
+    }
+    if (std::ranges::find(wanted, &*found) == wanted.end()) wanted.push_back(&*found);
+  }
+  blockSignals();
+  const auto queue = std::make_shared<EventQueue>();
+  connect(wanted, settings, queue);
+  return showEvents(*queue, settings);
 }
 
 }  // namespace veskctl

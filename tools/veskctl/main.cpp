@@ -17,17 +17,17 @@ using veskctl::Settings;
 
 constexpr const char* kExitCodes =
     "Exit codes:\n"
-    "  0  done\n"
-    "  1  another failure, such as an output that can't be written\n"
-    "  2  the command line makes no sense\n"
+    "  0  success\n"
+    "  1  another failure, such as a full disk\n"
+    "  2  invalid command line\n"
     "  3  no such service is running\n"
     "  4  the service answered with an exception\n"
     "  5  the transaction failed\n"
     "  6  no answer in time\n"
     "\n"
-    "veskctl(1) tells more.";
+    "See veskctl(1) for details.";
 
-/** Help with the command's arguments in its first line, as they are not all known to the parser. */
+/** Adds the command's arguments to the usage line: the parser does not know all of them. */
 class Formatter : public CLI::Formatter {
  public:
   std::string make_usage(const CLI::App* app, std::string name) const override {
@@ -42,11 +42,11 @@ class Formatter : public CLI::Formatter {
   }
 };
 
-/** The options of every command, which may stand before its name, too. */
+/** The options of every command. They may also precede its name. */
 void addSettings(CLI::App& app, Settings& settings, std::string& colour) {
-  app.add_flag("--json", settings.json, "Print JSON, for programs");
+  app.add_flag("--json", settings.json, "Print JSON");
   app.add_option("--timeout", settings.timeoutSeconds,
-                 "Seconds to wait for an answer, 5 at first; 0 for ever")
+                 "Seconds to wait for an answer (default 5); 0 for no limit")
       ->type_name("SECONDS")
       ->check([](const std::string& text) {
         double seconds = 0;
@@ -81,27 +81,25 @@ int run(int argc, char** argv) {
   std::string at;
   std::vector<std::string> names;
 
-  CLI::App app("Looks at the device's services and calls them.", "veskctl");
+  CLI::App app("Inspects the services of a device, calls their methods and prints their events.", "veskctl");
   app.formatter(std::make_shared<Formatter>());
   app.footer(kExitCodes);
   app.get_option("--help")->description("Print this and exit");
   app.set_version_flag("--version", "veskctl " VESK_VERSION, "Print the version and exit");
   app.require_subcommand(0, 1);
-  // To be told of below, more clearly than the parser would.
+  // Unknown words are reported below, with clearer messages than the parser has.
   app.allow_extras();
 
-  CLI::App* list = app.add_subcommand("list", "List the services: whether they are alive, their processes");
-  CLI::App* methods =
-      app.add_subcommand("methods", "List what can be called, with types and names of the arguments");
-  methods->add_option("INTERFACE", interface,
-                      "A service, or the listener of its events; all if none is named");
-  CLI::App* call = app.add_subcommand("call", "Call a method and print what comes back");
-  call->add_option("--at", at, "Look for the service under this name instead of its own")->type_name("NAME");
+  CLI::App* list = app.add_subcommand("list", "List the services with their states and processes");
+  CLI::App* methods = app.add_subcommand("methods", "List the methods with their parameters");
+  methods->add_option("INTERFACE", interface, "A service or a listener; default: all");
+  CLI::App* call = app.add_subcommand("call", "Call a method and print its results");
+  call->add_option("--at", at, "Look the service up by this name instead of its own")->type_name("NAME");
   call->prefix_command();
-  CLI::App* watch = app.add_subcommand("watch", "Print events as they come, until SIGINT or SIGTERM");
-  watch->add_option("TOPIC", names, "call, misc or test; all if none is named");
-  CLI::App* ping = app.add_subcommand("ping", "See whether services answer, and how fast");
-  ping->add_option("SERVICE", names, "All if none is named");
+  CLI::App* watch = app.add_subcommand("watch", "Print events until SIGINT or SIGTERM");
+  watch->add_option("TOPIC", names, "call, misc or test; default: all");
+  CLI::App* ping = app.add_subcommand("ping", "Check whether services answer, and how fast");
+  ping->add_option("SERVICE", names, "Default: all");
   for (CLI::App* each : {list, methods, call, watch, ping}) each->allow_extras(false);
   for (CLI::App* each : {&app, list, methods, call, watch, ping}) addSettings(*each, settings, colour);
 
@@ -115,11 +113,11 @@ int run(int argc, char** argv) {
     return failWithHint(error.what());
   }
 
-  if (const std::vector<std::string> strangers = app.remaining(); !strangers.empty()) {
-    return failWithHint((strangers[0].starts_with('-') ? "there is no option '" : "there is no command '") +
-                        strangers[0] + "'");
+  if (const std::vector<std::string> unknown = app.remaining(); !unknown.empty()) {
+    return failWithHint((unknown[0].starts_with('-') ? "there is no option '" : "there is no command '") +
+                        unknown[0] + "'");
   }
-  if (app.get_subcommands().empty()) return failWithHint("which command?");
+  if (app.get_subcommands().empty()) return failWithHint("no command is given");
 
   settings.colour = wantsColour(colour);
   int exitCode = veskctl::kOk;
@@ -135,12 +133,12 @@ int run(int argc, char** argv) {
 }  // namespace
 
 int main(int argc, char** argv) {
-  // A reader of the output that goes away is no reason to die; print() sees to it.
+  // print() handles a closed output.
   std::signal(SIGPIPE, SIG_IGN);
   try {
     return run(argc, argv);
   } catch (const std::exception& failure) {
-    // No memory, or no thread.
+    // Out of memory, or of threads.
     return veskctl::fail(veskctl::kOtherFailure, failure.what());
   }
 }

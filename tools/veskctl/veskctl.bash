@@ -1,8 +1,8 @@
 # shellcheck shell=bash
-# Completion of veskctl(1) for bash. Commands, options, services and methods are what the program itself says.
+# Completion of veskctl(1) for bash. Commands, options, services and methods come from the output of the program.
 
-# The words up to the cursor, in `words`. Bash has cut them at each of : = @, too, but puts a candidate in place of all
-# that stands behind an @, that included.
+# Sets `words` to the words up to the cursor. Bash also splits words at : = and @, but a candidate replaces everything from
+# the @ on.
 _veskctl_words() {
   local rest=$COMP_LINE piece i
   words=()
@@ -18,7 +18,7 @@ _veskctl_words() {
   done
 }
 
-# The names of the interfaces, of which each line that doesn't begin with a blank begins with one.
+# Prints the names of the interfaces: the first words of the lines that are not indented.
 _veskctl_interfaces() {
   "$1" methods 2>/dev/null | sed -n 's/^\([a-z-]\{1,\}\) .*/\1/p'
 }
@@ -32,7 +32,7 @@ _veskctl_offer() {
   done
 }
 
-# _veskctl_methods PROGRAM SERVICE CURRENT: in a list they stand with their arguments, on the command line without.
+# _veskctl_methods PROGRAM SERVICE CURRENT: several candidates are shown with their parameters; a single one is inserted without.
 _veskctl_methods() {
   local code signature
   while read -r code signature; do
@@ -64,7 +64,7 @@ _veskctl_argument() {
         _veskctl_offer "$5" @ hex: zero:
       fi
       ;;
-    # Nothing to put there, but to show: two candidates that have nothing in common.
+    # Two candidates without a common prefix: bash shows the parameter and inserts nothing.
     ?*) [[ -n $5 ]] || COMPREPLY=("<$parameter>" ' ') ;;
   esac
 }
@@ -79,7 +79,7 @@ _veskctl() {
     word=${words[i]}
     case $word in
       --timeout | --color | --colour | --at)
-        # Behind the method everything is an argument.
+        # After the service, every word is an argument.
         if [[ ${#operands[@]} -eq 0 ]]; then
           i=$((i + 1))
           continue

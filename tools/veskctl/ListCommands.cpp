@@ -1,39 +1,42 @@
 #include <cstdlib>
 #include <optional>
+#include <span>
 #include <vector>
 
+#include "Background.h"
 #include "Binder.h"
 #include "Commands.h"
+#include "Json.h"
 #include "Names.h"
-#include "Render.h"
+#include "Text.h"
 
-/* list, ping and methods: what there is. */
+/* The commands list, ping and methods. */
 namespace veskctl {
 
 namespace {
 
-/** A service and what was found out about it; nothing if it doesn't answer. */
-struct Examined {
+/** A service and its state, which is not set if the service does not answer in time. */
+struct Inspected {
   const Interface* service;
-  std::optional<Condition> condition;
+  std::optional<ServiceState> found;
 
-  const char* state() const { return !condition ? "no answer" : condition->isAlive ? "alive" : "absent"; }
-  bool isAlive() const { return condition && condition->isAlive; }
+  const char* state() const { return !found ? "no answer" : found->isAlive ? "alive" : "absent"; }
+  bool isAlive() const { return found && found->isAlive; }
 };
 
-/** All at once, so that several that hang take no longer than one. */
-std::vector<Examined> examineAll(const std::vector<const Interface*>& services, double timeoutSeconds) {
-  std::vector<Background<Condition>> pending;
+/** In parallel: several services that hang cost one timeout. */
+std::vector<Inspected> inspectAll(const std::vector<const Interface*>& services, double timeoutSeconds) {
+  std::vector<Background<ServiceState>> pending;
   pending.reserve(services.size());
   for (const Interface* service : services) {
-    pending.emplace_back([name = service->serviceName()] { return examine(name); });
+    pending.emplace_back([name = service->serviceName()] { return inspect(name); });
   }
   const Clock::time_point deadline = deadlineAfter(timeoutSeconds);
-  std::vector<Examined> examined;
+  std::vector<Inspected> inspected;
   for (size_t i = 0; i < services.size(); ++i) {
-    examined.push_back({services[i], pending[i].waitUntil(deadline)});
+    inspected.push_back({services[i], pending[i].waitUntil(deadline)});
   }
-  return examined;
+  return inspected;
 }
 
 std::vector<const Interface*> allServices() {
@@ -42,8 +45,9 @@ std::vector<const Interface*> allServices() {
   return all;
 }
 
-std::string stateOf(const Examined& examined, const Settings& settings) {
-  return styled(settings, examined.isAlive() ? Style::kGood : Style::kBad, format("%-9s", examined.state()));
+std::string stateOf(const Inspected& inspected, const Settings& settings) {
+  return styled(settings, inspected.isAlive() ? Style::kGood : Style::kBad,
+                format("%-9s", inspected.state()));
 }
 
 Json toJson(std::span<const Parameter> parameters) {
@@ -76,7 +80,7 @@ int failNotRunning(const std::string& serviceName) {
   std::string message = serviceName + ": no such service is running";
 #ifdef VESKCTL_RUNTIME_DIR_HINT
   const char* directory = std::getenv("BINDER_RUNTIME_DIR");
-  message += directory == nullptr ? "; BINDER_RUNTIME_DIR is not set here, but perhaps where the service runs"
+  message += directory == nullptr ? "; BINDER_RUNTIME_DIR is not set: is it where the service runs?"
                                   : std::string("; BINDER_RUNTIME_DIR is '") + directory +
                                         "', is it the same where the service runs?";
 #endif
@@ -87,22 +91,22 @@ int listServices(const Settings& settings) {
   Json list = Json::array();
   if (!settings.json) {
     const std::string head = "NAME         SERVICE                    STATE          PID  METHODS  INTERFACE";
-    print(styled(settings, Style::kHead, head) + "\n");
+    print(styled(settings, Style::kHeading, head) + "\n");
   }
-  for (const Examined& each : examineAll(allServices(), settings.timeoutSeconds)) {
+  for (const Inspected& each : inspectAll(allServices(), settings.timeoutSeconds)) {
     const Interface& service = *each.service;
     const std::string name = service.serviceName();
-    const pid_t pid = each.condition ? each.condition->pid.value_or(0) : 0;
+    const pid_t pid = each.found ? each.found->pid.value_or(0) : 0;
     if (settings.json) {
       Json entry = {{"name", service.name}, {"service", name},      {"state", each.state()},
                     {"pid", nullptr},       {"interface", nullptr}, {"methods", service.methods.size()}};
       if (pid != 0) entry["pid"] = pid;
-      if (each.isAlive()) entry["interface"] = each.condition->descriptor;
+      if (each.isAlive()) entry["interface"] = each.found->descriptor;
       list.push_back(std::move(entry));
     } else {
       print(format("%-11s  %-25s  %s  %7s  %7zu  %s\n", service.name, name.c_str(),
                    stateOf(each, settings).c_str(), pid != 0 ? std::to_string(pid).c_str() : "-",
-                   service.methods.size(), each.isAlive() ? each.condition->descriptor.c_str() : "-"));
+                   service.methods.size(), each.isAlive() ? each.found->descriptor.c_str() : "-"));
     }
   }
   if (settings.json) print(dump(list, 2));
@@ -121,20 +125,20 @@ int pingServices(const std::vector<std::string>& names, const Settings& settings
 
   int exitCode = kOk;
   Json list = Json::array();
-  for (const Examined& each : examineAll(wanted, settings.timeoutSeconds)) {
+  for (const Inspected& each : inspectAll(wanted, settings.timeoutSeconds)) {
     const std::string name = each.service->serviceName();
-    if (!each.condition) {
+    if (!each.found) {
       exitCode = kTimedOut;
     } else if (!each.isAlive() && exitCode == kOk) {
       exitCode = kNotRunning;
     }
     if (settings.json) {
       Json entry = {{"service", name}, {"state", each.state()}, {"milliseconds", nullptr}};
-      if (each.isAlive()) entry["milliseconds"] = each.condition->roundTrip.count();
+      if (each.isAlive()) entry["milliseconds"] = each.found->roundTrip.count();
       list.push_back(std::move(entry));
     } else if (each.isAlive()) {
       print(format("%-25s  %s  %.3f ms\n", name.c_str(), stateOf(each, settings).c_str(),
-                   each.condition->roundTrip.count()));
+                   each.found->roundTrip.count()));
     } else {
       print(format("%-25s  %s\n", name.c_str(), styled(settings, Style::kBad, each.state()).c_str()));
     }
@@ -157,7 +161,7 @@ int listMethods(const std::string& name, const Settings& settings) {
       list.push_back(toJson(interface));
       continue;
     }
-    print(styled(settings, Style::kHead, interface.name) + "  " + interface.descriptor() + ", " +
+    print(styled(settings, Style::kHeading, interface.name) + "  " + interface.descriptor() + ", " +
           std::to_string(interface.methods.size()) + " methods\n");
     for (const Method& method : interface.methods)
       print(format("%5u  %s\n", method.code, method.signature().c_str()));

@@ -6,35 +6,37 @@
 #include <optional>
 #include <span>
 
+#include "Background.h"
 #include "Binder.h"
 #include "Commands.h"
 #include "Events.h"
 #include "Render.h"
-#include "Watch.h"
+#include "ShowEvents.h"
+#include "StatusText.h"
 
-/* call and watch: what goes over the binder and comes back. */
+/* The command call. */
 namespace veskctl {
 
 namespace {
 
-/** As arguments in the place of a listener: none, or one that prints what it is told. */
+/** The arguments for a listener: null, or one that prints its events. */
 constexpr const char* kNoListener = "-";
 constexpr const char* kWatch = "@watch";
 
-/** A call as the user has put it. */
+/** A parsed command line. */
 struct Call {
   const Interface* interface;
   const Method* method;
   std::vector<Value> ins;
-  /** Where the events of an @watch go. */
+  /** Set if an argument is @watch: receives its events. */
   std::shared_ptr<EventQueue> events;
 };
 
 const Interface* listenerOf(const Parameter& parameter) {
-  const auto isIt = [&](const Interface& listener) {
+  const auto isWanted = [&](const Interface& listener) {
     return parameter.listener == "I" + std::string(listener.className);
   };
-  return &*std::ranges::find_if(interfaces::listeners(), isIt);
+  return &*std::ranges::find_if(interfaces::listeners(), isWanted);
 }
 
 std::optional<Value> parseListener(const Parameter& parameter, const std::string& text, Call* call,
@@ -55,7 +57,7 @@ bool parseArguments(std::span<const std::string> words, Call* call, std::string*
     const auto count = [](size_t n) { return std::to_string(n) + (n == 1 ? " argument" : " arguments"); };
     *error = count(ins.size()) + " expected, " + std::to_string(words.size()) + " given";
     if (words.size() > ins.size() && words.back().starts_with("--")) {
-      *error += "; options stand before the service";
+      *error += "; options must precede the service";
     }
     return false;
   }
@@ -84,7 +86,7 @@ void printAnswer(const Call& call, const std::string& serviceName, const Answer&
                              {"type", nameOf(outs[i].type)},
                              {"value", toJson(outs[i], answer.outs[i])}});
     }
-    // With an @watch behind it, one line like the events'.
+    // One line before those of the events that follow with @watch.
     print(dump(json, call.events == nullptr ? 2 : -1));
     return;
   }
@@ -105,12 +107,12 @@ int exitCodeOf(const android::binder::Status& status) {
 int callMethod(const std::vector<std::string>& words, const std::string& at, const Settings& settings) {
   std::string error;
   Call call{};
-  if (words.empty()) return fail(kUsageError, "call: which service, and which of its methods?");
+  if (words.empty()) return fail(kUsageError, "call: SERVICE and METHOD are missing");
   if (words[0].starts_with('-')) return fail(kUsageError, "call: there is no option '" + words[0] + "'");
   call.interface = findInterface(interfaces::all(), words[0], &error);
   if (call.interface == nullptr) return fail(kUsageError, error);
   if (words.size() < 2)
-    return fail(kUsageError, "call: which method of " + call.interface->descriptor() + "?");
+    return fail(kUsageError, "call: no method of " + call.interface->descriptor() + " is given");
   call.method = findMethod(*call.interface, words[1], &error);
   if (call.method == nullptr) return fail(kUsageError, error);
   if (!parseArguments(std::span(words).subspan(2), &call, &error)) {
@@ -119,10 +121,10 @@ int callMethod(const std::vector<std::string>& words, const std::string& at, con
 
   const std::string serviceName = at.empty() ? call.interface->serviceName() : at;
   if (call.events != nullptr) {
-    holdSignals();
+    blockSignals();
     android::ProcessState::self()->startThreadPool();
   }
-  // Nothing, if there is no such service.
+  // Without a value if there is no such service.
   Background<std::optional<Answer>> background([=]() -> std::optional<Answer> {
     const android::sp<android::IBinder> binder = findService(serviceName);
     if (binder == nullptr) return std::nullopt;
@@ -136,27 +138,6 @@ int callMethod(const std::vector<std::string>& words, const std::string& at, con
   flush();
   const int exitCode = exitCodeOf((*answer)->status);
   return exitCode == kOk && call.events != nullptr ? showEvents(*call.events, settings) : exitCode;
-}
-
-int watchEvents(const std::vector<std::string>& topics, const Settings& settings) {
-  std::vector<const Interface*> wanted;
-  for (const Interface& listener : interfaces::listeners()) {
-    if (topics.empty()) wanted.push_back(&listener);
-  }
-  for (const std::string& topic : topics) {
-    const auto isIt = [&](const Interface& listener) {
-      return topic == listener.topic() || topic == listener.name;
-    };
-    const auto found = std::ranges::find_if(interfaces::listeners(), isIt);
-    if (found == interfaces::listeners().end()) {
-      return fail(kUsageError, "there is nothing to watch of '" + topic + "', but of call, misc and test");
-    }
-    if (std::ranges::find(wanted, &*found) == wanted.end()) wanted.push_back(&*found);
-  }
-  holdSignals();
-  const auto queue = std::make_shared<EventQueue>();
-  watch(wanted, settings, queue);
-  return showEvents(*queue, settings);
 }
 
 }  // namespace veskctl

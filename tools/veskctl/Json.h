@@ -1,0 +1,15 @@
+#pragma once
+
+#include <nlohmann/json.hpp>
+#include <string>
+
+namespace veskctl {
+
+using Json = nlohmann::ordered_json;
+
+/** With a newline at the end; `indent` as of Json::dump. Bytes that are not UTF-8 become U+FFFD. */
+inline std::string dump(const Json& json, int indent) {
+  return json.dump(indent, ' ', false, Json::error_handler_t::replace) + "\n";
+}
+
+}  // namespace veskctl
