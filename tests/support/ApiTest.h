@@ -1,110 +1,15 @@
 #pragma once
 
-#include <binder/Status.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <climits>
 #include <cstdlib>
 #include <set>
-#include <span>
-#include <string>
-#include <string_view>
-#include <vector>
+#include <stdexcept>
 
-#include "Result.h"
+#include "ApiRow.h"
 #include "ScriptedTest.h"
 
 namespace vesk::test {
-
-/** The out-value of every answer that has one. */
-constexpr int kAnswer = 4711;
-
-/** The buffer that rows receive into, and how much room they say it has unless the text of a row says
- * otherwise. */
-constexpr int kBufferSize = 4600;
-
-/** What a C function gives, and from which answer. */
-struct Expected {
-  enum Text { kNone, kCut, kWhole };
-
-  bool value = false; /**< the answer holds a value */
-  int size = -1;      /**< of the record in the answer; negative without one */
-  Result success = std::nullopt;
-  Result failed = std::nullopt; /**< by a call that failed or a record of another size */
-  Result absent = std::nullopt; /**< without a connection */
-  bool logsFailure = false;     /**< of what the record's size is wrong */
-  bool logsRecord = false;      /**< what is in it */
-  Text text = kNone;            /**< in the answer, and what becomes of it in a buffer that is too small */
-};
-
-constexpr Expected kNothing{};
-constexpr Expected integer(int absent, int failed) {
-  return {.value = true, .success = kAnswer, .failed = failed, .absent = absent};
-}
-constexpr Expected kValue = integer(-1, -1);
-constexpr Expected kZeroUnlessAnswered = integer(0, 0);
-constexpr Expected flag(int absent) { return {.value = true, .success = 1, .failed = 0, .absent = absent}; }
-constexpr Expected kFlag = flag(0);
-constexpr Expected record(int size) { return {.size = size, .success = 0, .failed = -1, .absent = -1}; }
-constexpr Expected loggedRecord(int size) {
-  return {.size = size, .success = 0, .failed = -1, .absent = -1, .logsRecord = true};
-}
-/** A call that failed gives an empty text. */
-constexpr Expected text(Expected::Text rule, Result result, Result absent) {
-  return {.success = result, .failed = result, .absent = absent, .text = rule};
-}
-
-/** The buffer of a row, for functions that take it as one type or another. */
-struct Out {
-  char* bytes;
-  template <class T>
-  operator T*() const {
-    return reinterpret_cast<T*>(bytes);
-  }
-};
-
-/** A C function, called with certain arguments. */
-struct ApiRow {
-  std::string_view text;
-  Result (*call)(Out out, int room);
-  uint32_t code;
-  Wire arguments;
-  Expected gives;
-  /** What the simulated device makes of it. */
-  enum Service { kTaken, kRefused } service = kTaken;
-
-  std::string function() const { return std::string(text.substr(0, text.find('('))); }
-};
-
-constexpr ApiRow::Service kRefused = ApiRow::kRefused;
-
-/** API_ROW(binder_do(1, out, room), code, arguments, gives[, kRefused]): `out` is a buffer with that much
- * room. */
-#define API_ROW(call, code, arguments, ...)                                                               \
-  vesk::test::ApiRow {                                                                                    \
-#call, []([[maybe_unused]] vesk::test::Out out,                                                       \
-              [[maybe_unused]] int room) { return vesk::test::resultOf([&] { return call; }); }, code,    \
-                                                                                              arguments,  \
-                                                                                              __VA_ARGS__ \
-  }
-
-/** `size` bytes, all values among them. */
-inline std::string pattern(int size) {
-  std::string bytes;
-  for (int i = 0; i < size; ++i) bytes += static_cast<char>(i * 7);
-  return bytes;
-}
-
-/** What rows send as a record, cut to its size: numbers that mean something wherever they stand, and short
- * texts. */
-inline const std::string kSentBytes = [] {
-  std::string bytes;
-  for (int i = 0; i < 4544; ++i) bytes += static_cast<char>(i < 32 ? i % 4 == 0 : i % 41 * 6);
-  return bytes;
-}();
-inline const char* const kSent = kSentBytes.data();
-inline Wire sent(size_t size) { return Wire().record(kSentBytes.substr(0, size)); }
 
 /** Passes calls on to a service of this process, and keeps the status of the last answer. */
 class PassingBinder : public android::BBinder {
@@ -126,12 +31,21 @@ class PassingBinder : public android::BBinder {
   const android::sp<android::BBinder> service_;
 };
 
-/** The C functions of one service, which are called row by row. */
+/** The C functions of one service, called row by row. */
 class ApiTest : public ScriptedTest {
  protected:
   /** `tag` is the one under which the functions log, if they do. */
-  ApiTest(const char* name, const char16_t* descriptor, const char* tag, std::span<const ApiRow> rows)
-      : ScriptedTest(name, descriptor), tag_(tag), rows_(rows) {}
+  ApiTest(const char* name, const char16_t* descriptor, const char* tag, const MethodKinds& methods,
+          const std::vector<ApiGroup>& groups)
+      : ScriptedTest(name, descriptor), tag_(tag), methods_(methods) {
+    for (const ApiGroup& group : groups) {
+      for (const ApiRow& row : group.rows) {
+        rows_.push_back(row);
+        rows_.back().gives = group.gives;
+        EXPECT_TRUE(rows_.back().fit(methodOf(row))) << row.function;
+      }
+    }
+  }
 
   static inline const std::string kUntouched = std::string(kBufferSize, '#');
   /** What is in the buffer once a row has put something there. */
@@ -159,7 +73,7 @@ class ApiTest : public ScriptedTest {
    */
   template <class Connect>
   void expectConnectionOutlivesService(Connect connect, int (*fetch)(void* out), int size) {
-    const std::string sent = pattern(size);
+    const std::string sent = pattern(static_cast<size_t>(size));
     const auto fetches = [&] {
       answer(Wire().record(sent));
       out_ = kUntouched;
@@ -189,12 +103,17 @@ class ApiTest : public ScriptedTest {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
   }
 
-  Result call(const ApiRow& row, int room = kBufferSize) { return row.call({out_.data()}, room); }
+  Arguments arguments(const ApiRow& row, int round = 0) {
+    return {.kinds = row.kinds, .round = round, .out = out_.data()};
+  }
 
+  /** Nothing is logged, sent or written, and no pointer among the arguments is followed. */
   void expectNothingWithoutConnection() {
     out_ = kUntouched;
-    for (const ApiRow& row : rows_) EXPECT_EQ(call(row), row.gives.absent) << row.text;
-    EXPECT_EQ(out_, kUntouched);
+    for (const ApiRow& row : rows_) {
+      Arguments bad{.kinds = row.kinds, .isBad = true};
+      EXPECT_EQ(row.call(bad), row.gives.absent) << row.function;
+    }
     EXPECT_EQ(log_.take(), std::vector<LogLine>());
   }
 
@@ -202,46 +121,72 @@ class ApiTest : public ScriptedTest {
   void expectCallsAndAnswers(size_t codes) {
     std::set<uint32_t> seen;
     for (const ApiRow& row : rows_) {
-      SCOPED_TRACE(row.text);
-      const std::string bytes = pattern(row.gives.size);
-      answer(outValues(row.gives, bytes));
-      out_ = kUntouched;
-      EXPECT_EQ(call(row), row.gives.success);
-      EXPECT_EQ(out_, withPrefix(row.gives.text == Expected::kNone ? bytes : std::string("text\0", 5)));
-      expectRequest(row.code, row.arguments);
-      EXPECT_EQ(log_.take().size(), row.gives.logsRecord ? 1u : 0u);
+      const std::string bytes = pattern(receivedSize(row));
+      answer(outValues(row, bytes));
+      for (int round = 0; round < Arguments::kRounds; ++round) {
+        SCOPED_TRACE(row.function + ", round " + std::to_string(round));
+        out_ = kUntouched;
+        Arguments given = arguments(row, round);
+        EXPECT_EQ(row.call(given), row.gives.success);
+        EXPECT_EQ(out_, withPrefix(row.gives.text == Expected::kNone ? bytes : std::string("12345678\0", 9)));
+        expectRequest(row.code, given.wire(row.sizes));
+        EXPECT_EQ(log_.take().size(), row.gives.logsRecord ? 1u : 0u);
+      }
       seen.insert(row.code);
     }
     EXPECT_EQ(seen.size(), codes);
   }
 
+  /** A null text raises the standard library's error and sends nothing; a null record follows its rule. */
+  void expectNullPointers() {
+    for (const ApiRow& row : rows_) {
+      answer(outValues(row, pattern(receivedSize(row))));
+      for (size_t at = 0; at < row.kinds.size(); ++at) {
+        SCOPED_TRACE(row.function + ", argument " + std::to_string(at));
+        const auto rule = row.gives.null;
+        Arguments given = arguments(row);
+        given.nullAt = static_cast<int>(at);
+        if (row.kinds[at] == Kind::kText) {
+          EXPECT_THROW(row.call(given), std::logic_error);
+          EXPECT_FALSE(service_->take().has_value());
+        } else if (row.kinds[at] == Kind::kRecord ||
+                   (row.kinds[at] == Kind::kOut && rule == Expected::kRefused)) {
+          EXPECT_EQ(row.call(given), rule == Expected::kSent ? row.gives.success : row.gives.failed);
+          EXPECT_EQ(service_->take().has_value(), rule != Expected::kRefused);
+          EXPECT_EQ(log_.take(), sizeErrors(row.function, rule == Expected::kSentAndRefused ? 1 : 0));
+        }
+      }
+    }
+  }
+
   /** No answer, an exception, half an answer, records one byte off: nothing is taken of any of them. */
   void expectFailures() {
     for (const ApiRow& row : rows_) {
-      SCOPED_TRACE(row.text);
+      SCOPED_TRACE(row.function);
       size_t failures = 0;
       const std::string untouched = row.gives.text == Expected::kNone ? kUntouched : withPrefix({'\0'});
       const auto expectFailure = [&](const char* what) {
         out_ = kUntouched;
-        EXPECT_EQ(call(row), row.gives.failed) << what;
+        Arguments given = arguments(row);
+        EXPECT_EQ(row.call(given), row.gives.failed) << what;
         EXPECT_EQ(out_, untouched) << what;
         EXPECT_TRUE(service_->take().has_value()) << what;
         ++failures;
       };
-      const std::string good = pattern(row.gives.size);
+      const std::string good = pattern(receivedSize(row));
       answerNothing();
       expectFailure("no answer");
-      answerException(outValues(row.gives, good));
+      answerException(outValues(row, good));
       expectFailure("exception");
       answer(Wire());
       expectFailure("half an answer");
-      if (row.gives.size >= 0) {
+      if (receives(row, Kind::kOutRecord)) {
         for (const std::string& record : {std::string(), good.substr(1), good + "!"}) {
-          answer(outValues(row.gives, record));
+          answer(outValues(row, record));
           expectFailure("record of another size");
         }
       }
-      EXPECT_EQ(log_.take(), sizeErrors(row.function(), row.gives.logsFailure ? failures : 0));
+      EXPECT_EQ(log_.take(), sizeErrors(row.function, row.gives.logsFailure ? failures : 0));
     }
   }
 
@@ -250,11 +195,13 @@ class ApiTest : public ScriptedTest {
     answer(Wire().text(u"12345678"));
     for (const ApiRow& row : rows_) {
       if (row.gives.text == Expected::kNone) continue;
-      SCOPED_TRACE(row.text);
+      SCOPED_TRACE(row.function);
       for (const int room : {INT_MIN, -1, 0, 1, 8, 9, kBufferSize}) {
         out_ = kUntouched;
-        const bool isGiven = room > 8 || row.gives.text == Expected::kCut;
-        EXPECT_EQ(call(row, room), isGiven ? row.gives.success : Result(-1)) << room;
+        Arguments given = arguments(row);
+        given.room = room;
+        const bool isGiven = room > 8 || row.gives.text == Expected::kTruncate;
+        EXPECT_EQ(row.call(given), isGiven ? row.gives.success : Result(-1)) << room;
         const std::string text = std::string("12345678").substr(0, static_cast<size_t>(room) - 1) + '\0';
         EXPECT_EQ(out_, isGiven && room > 0 ? withPrefix(text) : kUntouched) << room;
       }
@@ -271,13 +218,15 @@ class ApiTest : public ScriptedTest {
     ASSERT_EQ(android::defaultServiceManager()->addService(android::String16(name_), passing), android::OK);
     ASSERT_TRUE(connect());
     for (const ApiRow& row : rows_) {
-      SCOPED_TRACE(row.text);
+      SCOPED_TRACE(row.function);
       out_ = kUntouched;
-      const Result result = call(row);
-      const bool tells = row.gives.success != row.gives.failed;
-      const bool isTaken = passing->status.isOk() && (!tells || result.value_or(0) >= 0);
-      EXPECT_EQ(isTaken, row.service == ApiRow::kTaken) << passing->status.toString8().c_str();
-      const size_t size = isTaken ? static_cast<size_t>(std::max(row.gives.size, 0)) : 0;
+      Arguments given = arguments(row);
+      given.numbers = row.numbers;
+      const Result result = row.call(given);
+      const bool reports = row.gives.success != row.gives.failed;
+      const bool isTaken = passing->status.isOk() && (!reports || result.value_or(0) >= 0);
+      EXPECT_EQ(isTaken, row.isServed) << passing->status.toString8().c_str();
+      const size_t size = isTaken ? receivedSize(row) : 0;
       if (row.gives.text == Expected::kNone) {
         EXPECT_EQ(out_.substr(size), kUntouched.substr(size));
       }
@@ -288,9 +237,11 @@ class ApiTest : public ScriptedTest {
 
   /** The service dies over a request, which fails like any other; the connection goes with it. */
   void expectDeathEndsCallAndConnection() {
-    const auto row = std::ranges::find_if(rows_, [](const ApiRow& each) { return each.gives.size >= 0; });
+    const auto row = std::ranges::find_if(
+        rows_, [this](const ApiRow& each) { return receivedSize(each) > 0 && !each.gives.logsFailure; });
     service_->dieOverNextRequest();
-    EXPECT_EQ(call(*row), row->gives.failed) << row->text;
+    Arguments given = arguments(*row);
+    EXPECT_EQ(row->call(given), row->gives.failed) << row->function;
     EXPECT_EQ(die(), std::vector<LogLine>{deathLine()});
     expectNothingWithoutConnection();
   }
@@ -298,11 +249,17 @@ class ApiTest : public ScriptedTest {
   std::string out_ = kUntouched;
 
  private:
-  static Wire outValues(const Expected& gives, const std::string& record) {
+  const Kinds& methodOf(const ApiRow& row) const { return methods_.at(row.code); }
+  bool receives(const ApiRow& row, Kind kind) const { return std::ranges::count(methodOf(row), kind) > 0; }
+  size_t receivedSize(const ApiRow& row) const {
+    return receives(row, Kind::kOutRecord) ? row.sizes.back() : 0;
+  }
+
+  Wire outValues(const ApiRow& row, const std::string& record) const {
     Wire values;
-    if (gives.value) values.i32(kAnswer);
-    if (gives.size >= 0) values.record(record);
-    if (gives.text != Expected::kNone) values.text(u"text");
+    if (receives(row, Kind::kOutValue)) values.i32(kAnswer);
+    if (receives(row, Kind::kOutRecord)) values.record(record);
+    if (receives(row, Kind::kOutText)) values.text(u"12345678");
     return values;
   }
 
@@ -311,7 +268,8 @@ class ApiTest : public ScriptedTest {
   }
 
   const char* const tag_;
-  const std::span<const ApiRow> rows_;
+  const MethodKinds& methods_;
+  std::vector<ApiRow> rows_;
 };
 
 }  // namespace vesk::test

@@ -1,0 +1,294 @@
+#pragma once
+
+#include <binder/Status.h>
+#include <com/qv/CommonParcelable.h>
+
+#include <algorithm>
+#include <climits>
+#include <functional>
+#include <map>
+#include <string>
+#include <tuple>
+#include <type_traits>
+#include <vector>
+
+#include "Result.h"
+#include "Wire.h"
+
+/*
+ * The tables of the C functions' tests. A row states what a reader has to look up: the function, the code of
+ * its method and the sizes of its records; the group of the row states what the function gives. Arguments and
+ * the bytes of requests and answers follow from the types of the function and of its method.
+ */
+namespace vesk::test {
+
+/** The int32_t or bool in every answer that has one. */
+constexpr int kAnswer = 4711;
+
+/** The buffer that functions receive into, and the room that they are given unless a test says otherwise. */
+constexpr int kBufferSize = 4600;
+
+/** What a C function gives, and from which answer. */
+struct Expected {
+  Result success = std::nullopt;
+  Result failed = std::nullopt; /**< after a failed call, and with a record of another size */
+  Result absent = std::nullopt; /**< without a connection */
+  enum Text { kNone, kTruncate, kAllOrNothing } text = kNone;
+  /** A null pointer for a record is sent as an empty record, sent and refused afterwards, or not sent. */
+  enum Null { kSent, kSentAndRefused, kRefused } null = kSent;
+  bool logsFailure = false; /**< a record of another size */
+  bool logsRecord = false;  /**< the content of a record */
+};
+
+constexpr Expected integer(int absent, int failed) { return {kAnswer, failed, absent}; }
+constexpr Expected flag(int absent) { return {1, 0, absent}; }
+/** A call that failed gives an empty text. */
+constexpr Expected text(Expected::Text rule, Result result, Result absent) {
+  return {result, result, absent, rule};
+}
+constexpr Expected kNothing{};
+constexpr Expected kValue = integer(-1, -1);
+constexpr Expected kZeroUnlessAnswered = integer(0, 0);
+constexpr Expected kFlag = flag(0);
+constexpr Expected kFetched{0, -1, -1};
+/** Success once the request is sent. */
+constexpr Expected kDone{0, 0, -1};
+
+/** A parameter of a method or of a C function, and the roles that ints play in the latter. */
+enum class Kind {
+  kInt,
+  kBool,
+  kText,
+  kRecord,
+  kInts,
+  kCount,
+  kRoom,
+  kSentRoom,
+  kOut,
+  kOutValue,
+  kOutRecord,
+  kOutText
+};
+using Kinds = std::vector<Kind>;
+
+template <class T>
+constexpr Kind kindOf() {
+  using Target = std::remove_pointer_t<T>;
+  if constexpr (std::is_same_v<T, bool>) return Kind::kBool;
+  if constexpr (std::is_integral_v<T>) return Kind::kInt;
+  if constexpr (std::is_same_v<T, const char*> || std::is_same_v<T, const std::string&>) return Kind::kText;
+  if constexpr (std::is_same_v<T, const int*> || std::is_same_v<T, const std::vector<int32_t>&>) {
+    return Kind::kInts;
+  }
+  if constexpr (std::is_same_v<Target, int32_t> || std::is_same_v<Target, bool>) return Kind::kOutValue;
+  if constexpr (std::is_same_v<Target, com::qv::CommonParcelable>) return Kind::kOutRecord;
+  if constexpr (std::is_same_v<Target, std::string>) return Kind::kOutText;
+  return std::is_pointer_v<T> && !std::is_const_v<Target> ? Kind::kOut : Kind::kRecord;
+}
+
+/** The parameters of a service's methods by their codes, of which METHOD_KINDS gives one. */
+using MethodKinds = std::map<uint32_t, Kinds>;
+template <class Interface, class... Parameters>
+Kinds kindsOf(android::binder::Status (Interface::*)(Parameters...)) {
+  return {kindOf<Parameters>()...};
+}
+#define METHOD_KINDS(interface, code, name) {code, vesk::test::kindsOf(&com::qv::interface::name)},
+
+/** `size` bytes, all values among them. */
+inline std::string pattern(size_t size) {
+  std::string bytes;
+  for (size_t i = 0; i < size; ++i) bytes += static_cast<char>(i * 7);
+  return bytes;
+}
+
+/** A record to be sent, cut to its size: numbers of a few bits wherever they stand, and short texts. */
+inline const std::string& sentBytes(size_t which = 0) {
+  static const std::vector<std::string> all = [] {
+    std::vector<std::string> records(3);
+    for (int i = 0; i < 3 * 4544; ++i) {
+      const int at = i / 3;
+      records[static_cast<size_t>(i % 3)] += static_cast<char>(at >= 32      ? at % 41 * 6
+                                                               : at % 4 == 0 ? 1 + i % 3
+                                                                             : 0);
+    }
+    return records;
+  }();
+  return all.at(which);
+}
+
+/** The arguments of one call of a C function, in one of kRounds variants. */
+struct Arguments {
+  static constexpr int kRounds = 3;
+
+  const Kinds& kinds;
+  int round = 0;
+  char* out = nullptr;
+  int room = kBufferSize;
+  int nullAt = -1;               /**< the place of a pointer that is null */
+  std::vector<int> numbers = {}; /**< ints instead of the round's */
+  bool isBad = false;            /**< no pointer may be followed */
+  size_t next = 0;
+
+  template <class T>
+  T take() {
+    const size_t at = next++;
+    if constexpr (std::is_pointer_v<T>) {
+      return static_cast<T>(const_cast<void*>(pointerAt(at)));
+    } else {
+      return static_cast<T>(intAt(at));
+    }
+  }
+
+  /** The same as a method's parameters; records have these sizes. */
+  Wire wire(const std::vector<size_t>& sizes) const {
+    Wire wire;
+    size_t records = 0;
+    for (size_t at = 0; at < kinds.size(); ++at) {
+      switch (kinds[at]) {
+        case Kind::kInt:
+        case Kind::kSentRoom:
+          wire.i32(intAt(at));
+          break;
+        case Kind::kBool:
+          wire.i32(intAt(at) != 0);
+          break;
+        case Kind::kText:
+          wire.text(textAt(at).second);
+          break;
+        case Kind::kRecord:
+          wire.record(recordAt(at).substr(0, sizes.at(records++)));
+          break;
+        case Kind::kInts:
+          wire.i32(std::max(kCounts[round], 0));
+          for (int i = 0; i < kCounts[round]; ++i) wire.i32(kMembers[i]);
+          break;
+        default:
+          break;
+      }
+    }
+    return wire;
+  }
+
+ private:
+  static constexpr int kMembers[] = {1, 2, -1, INT_MAX};
+  static constexpr int kCounts[kRounds] = {2, INT_MIN, 4};
+  static constexpr int kNumbers[kRounds] = {1, -70'000, INT_MAX - 8};
+  static constexpr int kFlags[kRounds] = {2, 0, -1};
+  static constexpr std::pair<const char*, const char16_t*> kTexts[kRounds][4] = {
+      {{"1", u"1"}, {"2", u"2"}, {"3", u"3"}, {"4", u"4"}},
+      {{"", u""}, {"%s", u"%s"}, {"", u""}, {"a longer text", u"a longer text"}},
+      {{"\xC3\xA4", u"\u00e4"}, {"", u""}, {"\xF0\x9F\x93\x9E", u"\U0001F4DE"}, {"z", u"z"}}};
+
+  /** The number of parameters of the same kind in front of this one. */
+  int ordinal(size_t at) const {
+    return static_cast<int>(
+        std::count(kinds.begin(), kinds.begin() + static_cast<std::ptrdiff_t>(at), kinds[at]));
+  }
+
+  const void* pointerAt(size_t at) const {
+    if (isBad) return reinterpret_cast<const void*>(8);
+    if (nullAt == static_cast<int>(at)) return nullptr;
+    switch (kinds[at]) {
+      case Kind::kText:
+        return textAt(at).first;
+      case Kind::kRecord:
+        return recordAt(at).data();
+      case Kind::kInts:
+        return kMembers;
+      default:
+        return out;
+    }
+  }
+  int intAt(size_t at) const {
+    switch (kinds[at]) {
+      case Kind::kBool:
+        return kFlags[(round + ordinal(at)) % kRounds];
+      case Kind::kCount:
+        return kCounts[round];
+      case Kind::kInt:
+        break;
+      default:
+        return room;
+    }
+    const auto which = static_cast<size_t>(ordinal(at));
+    return which < numbers.size() ? numbers[which] : kNumbers[round] + ordinal(at);
+  }
+  const std::string& recordAt(size_t at) const { return sentBytes(static_cast<size_t>(ordinal(at))); }
+  const std::pair<const char*, const char16_t*>& textAt(size_t at) const {
+    return kTexts[round][ordinal(at)];
+  }
+};
+
+/** A C function. */
+struct ApiRow {
+  std::string function;
+  uint32_t code;
+  std::vector<size_t> sizes; /**< of the records that it sends, then of the one that it receives */
+  Kinds kinds;
+  std::function<Result(Arguments&)> call;
+  /** Whether the simulated device takes the call, with the arguments of the first round. */
+  bool isServed = true;
+  /** The ints that the simulated device is to get instead. */
+  std::vector<int> numbers;
+  Expected gives = {};
+
+  template <class R, class... Parameters>
+  ApiRow(const char* name, R (*pointer)(Parameters...), uint32_t methodCode, std::vector<size_t> recordSizes)
+      : function(name),
+        code(methodCode),
+        sizes(std::move(recordSizes)),
+        kinds{kindOf<Parameters>()...},
+        call([pointer]([[maybe_unused]] Arguments& arguments) {
+          const std::tuple<Parameters...> values{arguments.take<Parameters>()...};
+          return resultOf([&] { return std::apply(pointer, values); });
+        }) {}
+
+  /** Gives each parameter its role in a call of the method; false if the two don't fit. */
+  bool fit(const Kinds& method) {
+    auto in = method.begin();
+    for (Kind& kind : kinds) {
+      const bool isDone = in == method.end() || *in >= Kind::kOut;
+      if (kind >= Kind::kOut) continue;
+      if (kind == Kind::kInt && &kind != &kinds.front() && (&kind)[-1] == Kind::kInts) {
+        kind = Kind::kCount;
+      } else if (kind == Kind::kInt && isDone) {
+        kind = Kind::kRoom;
+      } else {
+        const bool fits = !isDone && (kind == *in || (kind == Kind::kInt && *in == Kind::kBool) ||
+                                      (kind == Kind::kText && *in == Kind::kRecord));
+        if (!fits) return false;
+        kind = *in++;
+      }
+    }
+    // A room that the method is to know, too.
+    if (std::ranges::count(method, Kind::kOutText) > 0 && std::ranges::count(kinds, Kind::kRoom) == 0) {
+      *std::ranges::find(kinds, Kind::kInt) = Kind::kSentRoom;
+    }
+    return in == method.end() || *in >= Kind::kOut;
+  }
+
+  ApiRow& with(std::vector<int> deviceNumbers) {
+    numbers = std::move(deviceNumbers);
+    return *this;
+  }
+
+  ApiRow& refused() {
+    isServed = false;
+    return *this;
+  }
+};
+
+/** ROW(binder_do, code, size...) */
+#define ROW(function, code, ...) vesk::test::ApiRow(#function, function, code, {__VA_ARGS__})
+
+/** Functions that give the same. */
+struct ApiGroup {
+  Expected gives;
+  std::vector<ApiRow> rows;
+};
+template <class... Rows>
+ApiGroup group(const Expected& gives, const Rows&... rows) {
+  return {gives, {rows...}};
+}
+
+}  // namespace vesk::test
