@@ -42,8 +42,8 @@ void readAndWriteBack(const Parcel& parcel, const T& untouched, Read read, Write
   FUZZ_CHECK(end > start);
   Parcel written;
   FUZZ_CHECK(write(&written, value) == OK);
-  // What is read on the four-byte grid is as long as it is written.
-  FUZZ_CHECK(start % 4 != 0 || written.dataSize() == (end - start + 3) / 4 * 4);
+  // On the four-byte grid, all but an empty String8 is as long as it was read.
+  FUZZ_CHECK(start % 4 != 0 || same(value, T()) || written.dataSize() == (end - start + 3) / 4 * 4);
   written.setDataPosition(0);
   T again = untouched;
   FUZZ_CHECK(read(written, &again) == OK);

@@ -71,6 +71,9 @@ status_t BBinder::onTransact(uint32_t code, const Parcel& /*data*/, Parcel* repl
       return reply->writeString16(getInterfaceDescriptor());
     case DUMP_TRANSACTION:
       return dump(-1, {});
+    case SHELL_COMMAND_TRANSACTION:
+    case SYSPROPS_TRANSACTION:
+      return OK;
     default:
       return UNKNOWN_TRANSACTION;
   }

@@ -182,6 +182,13 @@ String8 Parcel::readString8() const { return readOr<String8>(*this, &Parcel::rea
 
 status_t Parcel::readString8(String8* pArg) const {
   const size_t start = position_;
+  // Up to platform 10 an empty String8 is its length alone; later ones add a zero word.
+  if (dataAvail() >= sizeof(int32_t) && load<int32_t>(data_ + start) == 0 &&
+      (dataAvail() < 2 * sizeof(int32_t) || load<int32_t>(data_ + start + sizeof(int32_t)) != 0)) {
+    position_ += sizeof(int32_t);
+    pArg->clear();
+    return OK;
+  }
   const char* text;
   size_t length;
   status_t status = readTextInplace(&text, &length);

@@ -103,10 +103,13 @@ status_t Status::readFromParcel(const Parcel& parcel) {
     std::string message;
     status_t status = parcel.readUtf8FromUtf16(&message);
     if (status == OK) status = found.message_.setTo(message.data(), message.size());
-    if (status == OK) status = skipBlock(parcel);  // the remote stack trace
     if (status != OK) return status;
-    if (found.exception_ == EX_SERVICE_SPECIFIC) return parcel.readInt32(&found.errorCode_);
-    return found.exception_ == EX_PARCELABLE ? skipBlock(parcel) : OK;
+    // Platforms before 8.0 write no remote stack trace. An exception is the last thing in a reply, so the
+    // size of the rest tells.
+    const bool hasDetail = found.exception_ == EX_SERVICE_SPECIFIC || found.exception_ == EX_PARCELABLE;
+    if (parcel.dataAvail() > (hasDetail ? sizeof(int32_t) : 0)) status = skipBlock(parcel);
+    if (status != OK || !hasDetail) return status;
+    return found.exception_ == EX_SERVICE_SPECIFIC ? parcel.readInt32(&found.errorCode_) : skipBlock(parcel);
   };
   const status_t status = read();
   *this = status == OK ? std::move(found) : fromStatusT(status);

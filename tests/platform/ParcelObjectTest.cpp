@@ -1,9 +1,11 @@
-#include <binder/IBinder.h>
+#include <binder/Binder.h>
 #include <binder/Parcel.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 
 #include <cstring>
 #include <string>
+#include <tuple>
 
 #include "ParcelAccess.h"
 #include "ParcelTesting.h"
@@ -127,6 +129,34 @@ TEST(ParcelObjects, ArriveByWayOfTheTransport) {
   }
   EXPECT_EQ(ParcelAccess::prepare(&received, SIZE_MAX), nullptr);
   EXPECT_EQ(received.dataSize(), 0u);
+}
+
+TEST(Binder, TransactionsOfThePlatform) {
+  class Stub : public BBinder {
+    const String16& getInterfaceDescriptor() const override { return descriptor_; }
+    const String16 descriptor_{"a"};
+  };
+  const sp<BBinder> stub = sp<Stub>::make();
+  const int32_t pid = getpid();
+  const std::string pidBytes(reinterpret_cast<const char*>(&pid), sizeof(pid));
+  const std::tuple<uint32_t, status_t, std::string> kRows[] = {
+      {IBinder::PING_TRANSACTION, OK, unhex("00000000")},
+      {IBinder::INTERFACE_TRANSACTION, OK, unhex("01000000 61000000")},
+      {IBinder::DUMP_TRANSACTION, OK, ""},
+      {IBinder::SHELL_COMMAND_TRANSACTION, OK, ""},
+      {IBinder::SYSPROPS_TRANSACTION, OK, ""},
+      {IBinder::DEBUG_PID_TRANSACTION, OK, pidBytes},
+      {IBinder::FIRST_CALL_TRANSACTION, UNKNOWN_TRANSACTION, ""},
+      {IBinder::LAST_CALL_TRANSACTION, UNKNOWN_TRANSACTION, ""},
+      {B_PACK_CHARS('_', 'X', 'Y', 'Z'), UNKNOWN_TRANSACTION, ""},
+  };
+  for (const auto& [code, status, bytes] : kRows) {
+    SCOPED_TRACE(code);
+    Parcel reply;
+    EXPECT_EQ(stub->transact(code, Parcel(), &reply), status);
+    EXPECT_EQ(bytesOf(reply), bytes);
+    EXPECT_EQ(stub->transact(code, Parcel(), nullptr), status);
+  }
 }
 
 }  // namespace

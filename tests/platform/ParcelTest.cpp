@@ -113,7 +113,6 @@ const std::vector<Kind>& kinds() {
            uint64_t{0x0102030405060708}, uint64_t{77}),
       boolean(true, "01000000"),
       boolean(false, "00000000"),
-      string8(String8(), "00000000 00000000"),
       string8(String8("a"), "01000000 61000000"),
       string8(String8("abc"), "03000000 61626300"),
       string8(String8("abcd"), "04000000 61626364 00000000"),
@@ -130,7 +129,6 @@ const std::vector<Kind>& kinds() {
       ints({1, -2}, "02000000 01000000 FEFFFFFF"),
       strings({}, "00000000"),
       strings({String16(), String16("ab")}, "02000000 00000000 00000000 02000000 61006200 00000000"),
-      record(Record(), "01000000 00000000 00000000"),
       record(Record(String8("a\0b\0", 4)), "01000000 04000000 61006200 00000000"),
   };
   return kKinds;
@@ -162,6 +160,24 @@ TEST(Parcel, ReadsNothingFromContentsCutShort) {
       EXPECT_EQ(kind.read(parcel), NOT_ENOUGH_DATA);
       EXPECT_EQ(parcel.dataPosition(), start);
     }
+  }
+}
+
+TEST(Parcel, EmptyString8OfEveryGeneration) {
+  Parcel written;
+  EXPECT_EQ(written.writeString8(String8()), OK);
+  EXPECT_EQ(bytesOf(written), unhex("00000000 00000000"));
+  const std::pair<const char*, size_t> kRows[] = {
+      {"00000000 00000000", 8}, {"00000000 00000000 01000000", 8}, {"00000000", 4},
+      {"00000000 010000", 4},   {"00000000 01000000", 4},          {"00000000 00010000", 4},
+  };
+  for (const auto& [hex, size] : kRows) {
+    Parcel parcel;
+    const size_t start = fillTightly(&parcel, unhex(hex));
+    String8 read("before");
+    EXPECT_EQ(parcel.readString8(&read), OK) << hex;
+    EXPECT_EQ(read.size(), 0u);
+    EXPECT_EQ(parcel.dataPosition() - start, size) << hex;
   }
 }
 

@@ -33,7 +33,10 @@ class IBinder : public virtual RefBase {
     PING_TRANSACTION = B_PACK_CHARS('_', 'P', 'N', 'G'),
     DUMP_TRANSACTION = B_PACK_CHARS('_', 'D', 'M', 'P'),
     INTERFACE_TRANSACTION = B_PACK_CHARS('_', 'N', 'T', 'F'),
-    /** Answered with an int32, the number of the object's process. */
+    /** Succeed without effect: there is no shell and there are no system properties here. */
+    SHELL_COMMAND_TRANSACTION = B_PACK_CHARS('_', 'C', 'M', 'D'),
+    SYSPROPS_TRANSACTION = B_PACK_CHARS('_', 'S', 'P', 'R'),
+    /** The reply is an int32, the id of the object's process. */
     DEBUG_PID_TRANSACTION = B_PACK_CHARS('_', 'P', 'I', 'D'),
   };
 
