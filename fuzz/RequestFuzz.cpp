@@ -110,11 +110,11 @@ void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets)
   vesk::fuzz::sendPackets(caller.get(), packets);
   ::shutdown(caller.get(), SHUT_WR);
 
-  const auto peer = std::make_shared<HolderProcess>(77, ::getpid());
-  FUZZ_CHECK(peer->hold(process.known.objects[0], process.held));
-  serve(std::move(served), peer, ::getuid());
+  const auto holder = std::make_shared<HolderProcess>(77, ::getpid(), UniqueFd());
+  FUZZ_CHECK(holder->hold(process.known.objects[0], process.held));
+  serve(std::move(served), holder, ::getuid());
   expectReplies(caller);
-  peer->dropAll();
+  holder->end();
   FUZZ_CHECK(process.held->getStrongCount() == 1);
   FUZZ_CHECK(process.notHeld->getStrongCount() == 1);
 }

@@ -6,6 +6,7 @@
 #include <utility>
 
 #include "OwnerProcesses.h"
+#include "Transport.h"
 
 namespace android {
 
@@ -52,9 +53,17 @@ status_t BpBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, ui
 
 status_t BpBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t /*flags*/) {
   if (recipient == nullptr) return BAD_VALUE;
+  std::vector<sp<DeathRecipient>> living;  // Let go without the lock: a recipient's destructor may come here.
   // Under the lock that the obituaries take: either they find the link, or the death is seen here.
   const std::lock_guard lock(mutex_);
   if (!isBinderAlive()) return DEAD_OBJECT;
+  if (links_.size() >= prunedAt_) {
+    std::erase_if(links_, [&](const Link& link) {
+      living.push_back(link.recipient.promote());
+      return living.back() == nullptr;
+    });
+    prunedAt_ = std::max(kMinPruned, 2 * links_.size());
+  }
   links_.push_back({recipient, cookie});
   return OK;
 }
@@ -79,10 +88,12 @@ void BpBinder::sendObituaries() {
     const std::lock_guard lock(mutex_);
     links.swap(links_);
   }
+  const sp<BpBinder> self(this);
   for (const Link& link : links) {
-    if (const sp<DeathRecipient> recipient = link.recipient.promote(); recipient != nullptr) {
-      recipient->binderDied(this);
-    }
+    sp<DeathRecipient> recipient = link.recipient.promote();
+    if (recipient == nullptr) continue;
+    transport::Transport::self().reactor.callbacks().run(
+        [self, recipient = std::move(recipient)] { recipient->binderDied(self); });
   }
 }
 

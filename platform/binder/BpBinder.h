@@ -15,7 +15,7 @@ namespace transport {
 class OwnerProcess;
 }
 
-/** The host platform of an object that lives in another process. There is one per object. */
+/** The proxy of an object of another process. There is one per object. */
 class BpBinder final : public IBinder {
  public:
   /** The object's process counts a reference for this proxy, which is released with it. */
@@ -34,14 +34,16 @@ class BpBinder final : public IBinder {
   const transport::OwnerProcess& process() const { return *process_; }
   uint64_t number() const { return number_; }
 
-  /** The object is no more, though its process may live. */
+  /** The object is dead, though its process may live. */
   void markDead() { dead_ = true; }
 
-  /** Tells every recipient, once, that the object has died. Called on a thread that may run the
-   * application's code. */
+  /** Calls each recipient once, on a thread of its own. Not to be called on the reactor, since the last
+   * reference to a proxy may go. */
   void sendObituaries();
 
  private:
+  static constexpr size_t kMinPruned = 16;
+
   struct Link {
     wp<DeathRecipient> recipient;
     void* cookie;
@@ -55,6 +57,8 @@ class BpBinder final : public IBinder {
 
   mutable std::mutex mutex_;
   std::vector<Link> links_;
+  /** At that size, links of recipients that are gone are removed. */
+  size_t prunedAt_ = kMinPruned;
   mutable std::optional<String16> descriptor_;
 };
 

@@ -3,6 +3,7 @@
 #include <android/log.h>
 #include <poll.h>
 #include <sched.h>
+#include <sys/epoll.h>
 #include <sys/socket.h>
 #include <sys/uio.h>
 
@@ -26,6 +27,8 @@ constexpr std::chrono::microseconds kBackToBack(10);
 constexpr unsigned kLooksPerYield = 16;
 /** Up to this size, to send one piece and copy it together before costs less than to send several. */
 constexpr size_t kCopiedSize = 2048;
+/** Until threads that may still sleep are woken again. */
+constexpr std::chrono::milliseconds kRouseTime(50);
 
 void pauseProcessor() {
 #if defined(__x86_64__) || defined(__i386__)
@@ -72,16 +75,16 @@ bool waitReadable(int socket, const Deadline& deadline) { return waitFor(socket,
 
 Channel::~Channel() {
   endSpin();
-  if (isWatched_) Transport::self().reactor.forget(this);
+  // The parent watches the descriptor that a forked child has, too.
+  if (!Transport::self().forked) Transport::self().reactor.remove(watchKey_);
 }
 
 void Channel::share() {
   UniqueFd shared;
   SharedSlots sharedSlots = SharedSlots::make(&shared);
   if (!sharedSlots) return;
-  sharedSlots_ = std::move(sharedSlots);
-  isWatched_ = Transport::self().reactor.watch(this);
-  if (!isWatched_) return;
+  end_->slots = std::move(sharedSlots);
+  if (!watchEnd()) return;
   FrameHeader header{.kind = FrameKind::kShare};
   iovec packet{&header, sizeof(header)};
   alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
@@ -98,11 +101,19 @@ void Channel::share() {
   ::sendmsg(socket_.get(), &message, MSG_NOSIGNAL | MSG_DONTWAIT);
 }
 
-bool Channel::end() {
-  ended_.store(true);
-  sharedSlots_.in().rouseReceiver();
-  sharedSlots_.out().rouseSender();
-  return sleeps_.load();
+bool Channel::watchEnd() {
+  Reactor& reactor = Transport::self().reactor;
+  // All else that comes over the socket is read by the channel itself.
+  return reactor.add(
+             socket_.get(), EPOLLRDHUP | EPOLLONESHOT, [&reactor, end = end_] { End::report(&reactor, end); },
+             &watchKey_) == OK;
+}
+
+void Channel::End::report(Reactor* reactor, const std::shared_ptr<End>& end) {
+  end->ended.store(true);
+  end->slots.in().rouseReceiver();
+  end->slots.out().rouseSender();
+  if (end->sleeps.load()) reactor->runAfter(kRouseTime, [reactor, end] { report(reactor, end); });
 }
 
 status_t Channel::send(FrameHeader header, const Parcel* data, const std::vector<ObjectEntry>& objects) {
@@ -117,7 +128,7 @@ status_t Channel::send(FrameHeader header, const Parcel* data, const std::vector
   if (isShared_) return sendBySharedSlot(&header, &pieces);
   // The caller has nothing on the way but the request that this answers, and so knows it before it sends
   // more.
-  isShared_ = header.kind == FrameKind::kReply && sharedSlots_;
+  isShared_ = header.kind == FrameKind::kReply && end_->slots;
   if (isShared_) header.hints |= kHintShared;
   return sendPackets(&pieces);
 }
@@ -129,8 +140,8 @@ status_t Channel::sendBySharedSlot(FrameHeader* header, ScatterGather* pieces) {
   }
   if (const status_t status = awaitRoom(); status != OK) return status;
   const size_t first = std::min(pieces->size(), SharedSlot::kCapacity);
-  pieces->copyTo(sharedSlots_.out().bytes(), first);
-  const bool isOtherAwake = sharedSlots_.out().fill(first);
+  pieces->copyTo(end_->slots.out().bytes(), first);
+  const bool isOtherAwake = end_->slots.out().fill(first);
   ssize_t sent = 0;
   while (sent >= 0 && pieces->size() > 0) {
     sent = sendPacket(socket_.get(), pieces->next(std::min(pieces->size(), kPacketSize)));
@@ -169,8 +180,8 @@ status_t Channel::trySend(FrameHeader header, Clock::time_point deadline) {
   if (isShared_) {
     const status_t status = awaitRoom(deadline);
     if (status != OK) return status;
-    std::memcpy(sharedSlots_.out().bytes(), &header, sizeof(header));
-    sharedSlots_.out().fill(sizeof(header));
+    std::memcpy(end_->slots.out().bytes(), &header, sizeof(header));
+    end_->slots.out().fill(sizeof(header));
     return OK;
   }
   const auto send = [&] {
@@ -191,7 +202,7 @@ void Channel::spin() {
   const Clock::duration duration = SpinLimiter::self().duration();
   const Clock::time_point start = Clock::now();
   Clock::duration passed{0};
-  for (unsigned looks = 1; !sharedSlots_.in().isFull() && passed < duration; ++looks) {
+  for (unsigned looks = 1; !end_->slots.in().isFull() && passed < duration; ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
     // The other side may be waiting for this very processor: who wakes a thread up is expected to sleep next.
@@ -204,38 +215,38 @@ void Channel::spin() {
 }
 
 status_t Channel::awaitFrame(const Deadline& deadline) {
-  SharedSlot& in = sharedSlots_.in();
+  SharedSlot& in = end_->slots.in();
   if (in.isFull()) return OK;
-  sleeps_.store(true);
+  end_->sleeps.store(true);
   status_t status = OK;
   while (status == OK) {
     // In this order: a frame may have come before the end.
-    const bool ended = ended_.load();
+    const bool ended = end_->ended.load();
     if (in.isFull()) break;
     if (ended) {
       status = DEAD_OBJECT;
-    } else if (!in.sleepUntilFull(ended_, deadline) && !in.isFull()) {
+    } else if (!in.sleepUntilFull(end_->ended, deadline) && !in.isFull()) {
       status = WOULD_BLOCK;
     }
   }
-  sleeps_.store(false);
+  end_->sleeps.store(false);
   return status;
 }
 
 status_t Channel::awaitRoom(const Deadline& deadline) {
-  SharedSlot& out = sharedSlots_.out();
+  SharedSlot& out = end_->slots.out();
   if (hasEnded()) return DEAD_OBJECT;
   if (out.isEmpty()) return OK;
-  sleeps_.store(true);
+  end_->sleeps.store(true);
   status_t status = OK;
   while (status == OK && !out.isEmpty()) {
-    if (ended_.load()) {
+    if (end_->ended.load()) {
       status = DEAD_OBJECT;
-    } else if (!out.sleepUntilEmpty(ended_, deadline) && !out.isEmpty()) {
+    } else if (!out.sleepUntilEmpty(end_->ended, deadline) && !out.isEmpty()) {
       status = WOULD_BLOCK;
     }
   }
-  sleeps_.store(false);
+  end_->sleeps.store(false);
   return status;
 }
 
@@ -277,10 +288,9 @@ ssize_t Channel::receivePacket() {
 }
 
 void Channel::acceptShare(const UniqueFd& shared) {
-  sharedSlots_ = SharedSlots::accept(shared);
-  if (!sharedSlots_) return;
-  isWatched_ = Transport::self().reactor.watch(this);
-  if (!isWatched_) sharedSlots_ = SharedSlots();
+  end_->slots = SharedSlots::accept(shared);
+  if (!end_->slots) return;
+  if (!watchEnd()) end_->slots = SharedSlots();
 }
 
 status_t Channel::receive(FrameHeader* header, Parcel* data) {
@@ -289,15 +299,15 @@ status_t Channel::receive(FrameHeader* header, Parcel* data) {
     if (size < 0) return statusOfErrno();
     if (size == 0) return DEAD_OBJECT;
     const status_t status = unpack(buffer_.data(), static_cast<size_t>(size), kFirstPacketSize, header, data);
-    isShared_ =
-        status == OK && header->kind == FrameKind::kReply && (header->hints & kHintShared) != 0 && isWatched_;
+    isShared_ = status == OK && header->kind == FrameKind::kReply && (header->hints & kHintShared) != 0 &&
+                watchKey_ != 0;
     return status;
   }
   if (spins_) spin();
   if (const status_t status = awaitFrame(); status != OK) return status;
   const status_t status =
-      unpack(sharedSlots_.in().bytes(), sharedSlots_.in().size(), SharedSlot::kCapacity, header, data);
-  sharedSlots_.in().empty();
+      unpack(end_->slots.in().bytes(), end_->slots.in().size(), SharedSlot::kCapacity, header, data);
+  end_->slots.in().empty();
   if (status == OK && SpinLimiter::self().isEnabled()) {
     backToBack_ = header->kind == FrameKind::kRequest && (header->hints & kHintBackToBack) != 0;
     if (header->kind == FrameKind::kReply) lastReply_ = Clock::now();

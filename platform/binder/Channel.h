@@ -7,12 +7,14 @@
 #include <chrono>
 #include <cstddef>
 #include <cstdint>
+#include <memory>
 #include <vector>
 
 #include <binder/Parcel.h>
 #include <utils/Errors.h>
 
 #include "Frame.h"
+#include "Reactor.h"
 #include "ScatterGather.h"
 #include "SharedSlots.h"
 #include "Spin.h"
@@ -63,14 +65,10 @@ class Channel {
   bool waitReadable(const Deadline& deadline);
 
   /** Whether the other side is known to be gone. */
-  bool hasEnded() const { return ended_.load(std::memory_order_relaxed); }
-
-  /** For the reactor, which alone notices the end of the connection while all sleep at shared slots. Whether
-   * this is to be said again, since a thread may still sleep: the other side can undo what wakes it. */
-  bool end();
+  bool hasEnded() const { return end_->ended.load(std::memory_order_relaxed); }
 
   /** Whether the other side has not taken the frame that was sent to it last by shared slot. */
-  bool hasUntaken() { return isShared_ && !sharedSlots_.out().isEmpty(); }
+  bool hasUntaken() { return isShared_ && !end_->slots.out().isEmpty(); }
 
   int socket() const { return socket_.get(); }
 
@@ -82,9 +80,22 @@ class Channel {
  private:
   using Clock = std::chrono::steady_clock;
 
+  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep at the
+   * shared slots. */
+  struct End {
+    SharedSlots slots;
+    std::atomic<bool> ended{false};
+    std::atomic<bool> sleeps{false};
+
+    /** Wakes the threads of this side, and again after a while if one still sleeps: the other side can undo
+     * what wakes it. */
+    static void report(Reactor* reactor, const std::shared_ptr<End>& end);
+  };
+
   status_t sendBySharedSlot(FrameHeader* header, ScatterGather* pieces);
   status_t sendPackets(ScatterGather* pieces);
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);
+  bool watchEnd();
   void endSpin();
   /** Looks into the shared slot for a while. */
   void spin();
@@ -107,13 +118,11 @@ class Channel {
   bool spins_ = false;
   /** What the hint of the last request said. */
   bool backToBack_ = false;
-  /** The reactor has the channel. */
-  bool isWatched_ = false;
-  std::atomic<bool> ended_{false};
-  std::atomic<bool> sleeps_{false};
   SpinBackoff backoff_;
   Clock::time_point lastReply_;
-  SharedSlots sharedSlots_;
+  /** Set while the reactor watches for the end. */
+  Reactor::Key watchKey_ = 0;
+  std::shared_ptr<End> end_ = std::make_shared<End>();
   std::vector<ObjectEntry> objects_;
   std::array<uint8_t, kFirstPacketSize> buffer_;
 };

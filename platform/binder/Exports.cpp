@@ -1,8 +1,11 @@
 #include "Exports.h"
 
+#include <sys/socket.h>
+
 #include <utility>
 
 #include "RandomNumber.h"
+#include "RetryOnInterrupt.h"
 
 namespace android::transport {
 
@@ -34,13 +37,24 @@ sp<BBinder> HolderProcess::find(uint64_t number) {
   return entry == references_.end() ? nullptr : entry->second.object;
 }
 
-std::vector<sp<BBinder>> HolderProcess::dropAll() {
+std::vector<sp<BBinder>> HolderProcess::end() {
   std::vector<sp<BBinder>> dropped;
   const std::lock_guard lock(mutex_);
   dead_ = true;
   for (auto& [number, reference] : references_) dropped.push_back(std::move(reference.object));
   references_.clear();
+  // Not closed: the threads that serve this process keep it for a while.
+  ::shutdown(watch_.get(), SHUT_RDWR);
   return dropped;
+}
+
+void HolderProcess::sendDeath(ObjectDeath number) {
+  const auto sending = [&] {
+    return ::send(watch_.get(), &number, sizeof(number), MSG_NOSIGNAL | MSG_DONTWAIT);
+  };
+  // A process that has left so many unread is stuck: this one counts as dead to it, and not the object as
+  // alive.
+  if (retryOnInterrupt(sending) < 0) ::shutdown(watch_.get(), SHUT_RDWR);
 }
 
 uint64_t Exports::numberOf(BBinder* object) {
@@ -66,17 +80,17 @@ void Exports::remove(uint64_t number) {
 }
 
 uint64_t Exports::retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders) {
-  std::vector<std::shared_ptr<HolderProcess>> peers;
+  std::vector<std::shared_ptr<HolderProcess>> all;
   uint64_t number;
   {
     const std::lock_guard lock(mutex_);
     number = object->exportedAs_.exchange(0);
     if (number == 0) return 0;
     objects_.erase(number);
-    for (const auto& [process, peer] : holders_) peers.push_back(peer);
+    for (const auto& [process, holder] : holders_) all.push_back(holder);
   }
-  for (std::shared_ptr<HolderProcess>& peer : peers) {
-    if (peer->forget(number) != nullptr) holders->push_back(std::move(peer));
+  for (std::shared_ptr<HolderProcess>& holder : all) {
+    if (holder->forget(number) != nullptr) holders->push_back(std::move(holder));
   }
   return number;
 }
@@ -87,23 +101,23 @@ void Exports::keepService(const std::string& name, const sp<IBinder>& service) {
   services_[name].swap(kept);
 }
 
-std::shared_ptr<HolderProcess> Exports::addHolder(uint64_t process, pid_t pid) {
+std::shared_ptr<HolderProcess> Exports::addHolder(uint64_t process, pid_t pid, UniqueFd watch) {
   const std::lock_guard lock(mutex_);
   const auto [entry, isNew] = holders_.try_emplace(process);
   if (!isNew) return nullptr;
-  entry->second = std::make_shared<HolderProcess>(process, pid);
+  entry->second = std::make_shared<HolderProcess>(process, pid, std::move(watch));
   return entry->second;
 }
 
-std::shared_ptr<HolderProcess> Exports::peer(uint64_t process) {
+std::shared_ptr<HolderProcess> Exports::holder(uint64_t process) {
   const std::lock_guard lock(mutex_);
   const auto entry = holders_.find(process);
   return entry == holders_.end() ? nullptr : entry->second;
 }
 
-void Exports::removeHolder(const HolderProcess& peer) {
+void Exports::removeHolder(const HolderProcess& holder) {
   const std::lock_guard lock(mutex_);
-  holders_.erase(peer.id());
+  holders_.erase(holder.id());
 }
 
 }  // namespace android::transport

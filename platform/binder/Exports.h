@@ -12,26 +12,36 @@
 #include <binder/Binder.h>
 #include <utils/Errors.h>
 
+#include "Frame.h"
+#include "Reactor.h"
+#include "UniqueFd.h"
+
 namespace android::transport {
 
 /** Another process, as the owner of objects sees it: the references that it holds. */
 class HolderProcess {
  public:
-  HolderProcess(uint64_t process, pid_t pid) : id_(process), pid_(pid) {}
+  HolderProcess(uint64_t process, pid_t pid, UniqueFd watch)
+      : id_(process), pid_(pid), watch_(std::move(watch)) {}
 
   uint64_t id() const { return id_; }
   pid_t pid() const { return pid_; }
+  /** The watch connection. */
+  int watch() const { return watch_.get(); }
+  Reactor::Key watchKey = 0;
 
-  /** Counts a reference. False if the peer is dead already, or the object has lost that number. */
+  /** Counts a reference. False if the holder is dead already, or the object has lost that number. */
   bool hold(uint64_t number, const sp<BBinder>& object);
-  /** Drops a reference; what the peer held then, so that it goes outside of any lock. */
+  /** Drops a reference. The object if it was the last one, so that it is destroyed without a lock. */
   sp<BBinder> drop(uint64_t number);
-  /** Drops all references to an object; what the peer held then. */
+  /** Drops all references to an object; null if there was none. */
   sp<BBinder> forget(uint64_t number);
-  /** The object, if the peer holds it. */
+  /** The object, if the holder holds it. */
   sp<BBinder> find(uint64_t number);
-  /** Drops everything for good. */
-  std::vector<sp<BBinder>> dropAll();
+  /** Drops all references for good, and ends the watch connection. */
+  std::vector<sp<BBinder>> end();
+  /** Reports that an object is dead though this process lives. */
+  void sendDeath(ObjectDeath number);
 
  private:
   struct Reference {
@@ -41,6 +51,7 @@ class HolderProcess {
 
   const uint64_t id_;
   const pid_t pid_;
+  const UniqueFd watch_;
   std::mutex mutex_;
   bool dead_ = false;
   std::unordered_map<uint64_t, Reference> references_;
@@ -55,8 +66,8 @@ class Exports {
   sp<BBinder> find(uint64_t number);
   /** The object of that number is destroyed. */
   void remove(uint64_t number);
-  /** Takes the object's number away for good; 0 if it has none. Nobody holds it by that any more, and
-   * `holders` are those who did. */
+  /** Takes the object's number away for good; 0 if it has none. All references by that number are dropped;
+   * `holders` are the processes that had some. */
   uint64_t retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders);
   static bool isNumberOf(const BBinder& object, uint64_t number) {
     return object.exportedAs_.load() == number;
@@ -65,10 +76,10 @@ class Exports {
   /** Keeps a registered service alive, in place of what was registered under that name before. */
   void keepService(const std::string& name, const sp<IBinder>& service);
 
-  /** A process has connected. Null if it has already. */
-  std::shared_ptr<HolderProcess> addHolder(uint64_t process, pid_t pid);
-  std::shared_ptr<HolderProcess> peer(uint64_t process);
-  void removeHolder(const HolderProcess& peer);
+  /** Null if there is one for that process already. */
+  std::shared_ptr<HolderProcess> addHolder(uint64_t process, pid_t pid, UniqueFd watch);
+  std::shared_ptr<HolderProcess> holder(uint64_t process);
+  void removeHolder(const HolderProcess& holder);
 
  private:
   std::mutex mutex_;

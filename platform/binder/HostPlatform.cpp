@@ -17,7 +17,7 @@ void killObject(const sp<IBinder>& object) {
   std::vector<std::shared_ptr<transport::HolderProcess>> holders;
   const uint64_t number = transport.exports.retire(local, &holders);
   for (const std::shared_ptr<transport::HolderProcess>& holder : holders) {
-    transport.reactor.tellOfDeath(*holder, number);
+    holder->sendDeath(number);
   }
 }
 

@@ -1,6 +1,7 @@
 #include "OwnerProcesses.h"
 
 #include <android/log.h>
+#include <sys/epoll.h>
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -131,9 +132,18 @@ status_t OwnerProcess::openWatch(std::string* failure) {
     return FAILED_TRANSACTION;
   }
 
-  const status_t status = Transport::self().reactor.watch(std::move(watch), shared_from_this());
+  watch_ = std::move(watch);
+  const status_t status = Transport::self().reactor.add(
+      watch_.get(), EPOLLIN, [self = shared_from_this()] { self->onWatchReadable(); }, &watchKey_);
   if (status != OK) *failure = std::string("can't wait for the end of a process: ") + std::strerror(-status);
   return status;
+}
+
+void OwnerProcess::onWatchReadable() {
+  ObjectDeath number;
+  const ssize_t size = retryOnInterrupt(
+      [&] { return ::recv(watch_.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC); });
+  size == sizeof(number) ? objectDied(number) : died();
 }
 
 sp<BpBinder> OwnerProcess::knownProxy(uint64_t number) {
@@ -269,8 +279,7 @@ void OwnerProcess::sendRelease(uint64_t number) {
   if (channel != nullptr && (status == OK || status == WOULD_BLOCK)) returnChannel(std::move(channel));
   // There may be no next call.
   if (status == WOULD_BLOCK && !sendsDeferred_.exchange(true)) {
-    Transport::self().reactor.runCallback("binder:release",
-                                          [self = shared_from_this()] { self->sendDeferredReleases(); });
+    Transport::self().reactor.callbacks().run([self = shared_from_this()] { self->sendDeferredReleases(); });
   }
 }
 
@@ -326,13 +335,15 @@ void OwnerProcess::objectDied(uint64_t number) {
   if (proxy == nullptr) return;
   proxy->markDead();
   auto dead = std::make_shared<sp<BpBinder>>(std::move(proxy));
-  Transport::self().reactor.runCallback("binder:death", [dead] {
+  Transport::self().reactor.callbacks().run([dead] {
     (*dead)->sendObituaries();
     dead->clear();
   });
 }
 
 void OwnerProcess::died() {
+  Transport::self().reactor.remove(watchKey_);
+  watch_ = UniqueFd();
   Transport::self().owners.remove(*this);
   auto proxies = std::make_shared<std::vector<sp<BpBinder>>>();
   {
@@ -345,26 +356,26 @@ void OwnerProcess::died() {
   }
   idle_.clear();
   if (proxies->empty()) return;
-  Transport::self().reactor.runCallback("binder:death", [proxies] {
+  Transport::self().reactor.callbacks().run([proxies] {
     for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();
     proxies->clear();
   });
 }
 
-status_t OwnerProcesses::connect(uint64_t process, std::shared_ptr<OwnerProcess>* remote) {
+status_t OwnerProcesses::connect(uint64_t process, std::shared_ptr<OwnerProcess>* owner) {
   {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<OwnerProcess>& known = owners_[process];
     if (known == nullptr) known = std::make_shared<OwnerProcess>(process);
-    *remote = known;
+    *owner = known;
   }
-  return (*remote)->connect();
+  return (*owner)->connect();
 }
 
-void OwnerProcesses::remove(const OwnerProcess& remote) {
+void OwnerProcesses::remove(const OwnerProcess& owner) {
   const std::lock_guard lock(mutex_);
-  const auto entry = owners_.find(remote.id());
-  if (entry != owners_.end() && entry->second.get() == &remote) owners_.erase(entry);
+  const auto entry = owners_.find(owner.id());
+  if (entry != owners_.end() && entry->second.get() == &owner) owners_.erase(entry);
 }
 
 }  // namespace android::transport

@@ -16,6 +16,7 @@
 #include "Channel.h"
 #include "Frame.h"
 #include "IdleChannels.h"
+#include "Reactor.h"
 #include "UniqueFd.h"
 
 namespace android {
@@ -45,13 +46,12 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   /** A proxy is destroyed. */
   void release(const BpBinder& proxy);
 
-  /** One of its objects is no more, but for this process. */
+ private:
+  /** The reactor's handler of the watch connection: an object is dead, or this process. */
+  void onWatchReadable();
   void objectDied(uint64_t number);
-
-  /** The watch connection has ended. */
   void died();
 
- private:
   /** An idle channel or a new one, over which the releases that were put off have been sent, as far as it
    * takes them. */
   std::unique_ptr<Channel> takeChannel(status_t* status);
@@ -68,6 +68,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
 
   const uint64_t id_;
   std::atomic<bool> dead_;
+  UniqueFd watch_;
+  Reactor::Key watchKey_ = 0;
   std::mutex connecting_;
   /** What came of connecting, once it has been tried. */
   std::optional<status_t> connected_;
@@ -93,8 +95,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
 class OwnerProcesses {
  public:
   /** The process of that number. DEAD_OBJECT if it is no more. */
-  status_t connect(uint64_t process, std::shared_ptr<OwnerProcess>* remote);
-  void remove(const OwnerProcess& remote);
+  status_t connect(uint64_t process, std::shared_ptr<OwnerProcess>* owner);
+  void remove(const OwnerProcess& owner);
 
  private:
   std::mutex mutex_;

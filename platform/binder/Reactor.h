@@ -1,116 +1,72 @@
 #pragma once
 
-#include <sys/socket.h>
+#include <signal.h>
 
 #include <chrono>
-#include <deque>
+#include <cstdint>
 #include <functional>
+#include <map>
 #include <memory>
 #include <mutex>
-#include <string>
 #include <unordered_map>
-#include <unordered_set>
-#include <utility>
-#include <vector>
 
 #include <utils/Errors.h>
 
 #include "CallbackExecutor.h"
-#include "Frame.h"
-#include "LogThrottle.h"
 #include "UniqueFd.h"
 
 namespace android::transport {
 
-class Channel;
-class HolderProcess;
-class OwnerProcess;
-
 /**
- * The thread that waits for whatever is not a call: new connections and the ends of the watch connections. It
- * never runs the application's code and never waits for another process.
+ * The thread that watches descriptors. It calls their handlers, one at a time, without holding a lock. A
+ * handler must not block, must not run the application's code, and must not log: callbacks() does that for
+ * it.
  */
 class Reactor {
  public:
-  /** Makes this process reachable for others. */
-  status_t listen();
+  using Handler = std::function<void()>;
+  /** Names a watched descriptor; never used twice. 0 names none. */
+  using Key = uint64_t;
 
-  /** Has `remote` told when `connection` ends. Logs nothing. */
-  status_t watch(UniqueFd connection, const std::shared_ptr<OwnerProcess>& remote);
+  /** Calls `handler` while `fd` has one of the epoll events. `key` is set before the first call. Logs
+   * nothing. */
+  status_t add(int fd, uint32_t events, Handler handler, Key* key);
+  void setEvents(Key key, uint32_t events);
+  /** Ends the watch, before the descriptor is closed. The handler may still run once if another thread calls
+   * this. */
+  void remove(Key key);
 
-  /** Has `channel` told when its socket ends, until it is forgotten. False if that can't be. Logs nothing. */
-  bool watch(Channel* channel);
-  void forget(Channel* channel);
+  /** Calls `handler` once. To be used by handlers only. */
+  void runAfter(std::chrono::milliseconds delay, Handler handler);
 
-  /** Tells a process that an object which it held is no more, though its process lives. */
-  void tellOfDeath(const HolderProcess& holder, ObjectDeath number);
+  CallbackExecutor& callbacks() { return callbacks_; }
 
-  /** Runs code of the application's that the thread itself must not run. */
-  void runCallback(const char* name, std::function<void()> work) { callbacks_.run(name, std::move(work)); }
+  /** The signal mask of the application's threads. Valid once a descriptor was added. */
+  const sigset_t& applicationMask() const { return applicationMask_; }
 
  private:
-  /** What a descriptor is for: an accepted connection until its Hello, or one of the two ends of a watch
-   * connection. */
-  struct Entry {
-    UniqueFd connection;
-    ucred credentials = {};
-    std::shared_ptr<HolderProcess> peer;
-    std::shared_ptr<OwnerProcess> remote;
-  };
-
-  /** A channel for which there is no thread yet. */
-  struct WaitingChannel {
-    std::shared_ptr<UniqueFd> connection;
-    std::shared_ptr<HolderProcess> peer;
-    uid_t uid;
-  };
-
   using Clock = std::chrono::steady_clock;
 
-  /** A connection that has not said yet what it is for. */
-  struct PendingConnection {
+  struct Watched {
     int fd;
-    Clock::time_point deadline;
+    std::shared_ptr<Handler> handler;
   };
 
-  bool isReachable();
-  status_t openSocket(std::string* failure);
-  /** These two are called under the lock, and log nothing. */
+  /** Under the lock. */
   status_t start();
-  status_t add(Entry entry);
-  Entry take(int fd);
   void run();
-  int timeoutMs();
-  void endChannel(int fd);
-  void endChannelsAgain();
-  void dropOldestPendingConnection();
-  /** False if this is not the listening socket. */
-  bool accept(int fd);
-  void accepted(Entry entry);
-  void readable(int fd);
-  void onWatchMessage(Entry entry);
-  void onHello(Entry entry, const Hello& hello);
-  bool serveOnThread(const WaitingChannel& channel);
+  int timeoutMs() const;
+  void runTimers();
 
-  /** Held while the socket is made, for which other processes may have to be waited for. Before mutex_. */
-  std::mutex opening_;
-  std::mutex mutex_;
   CallbackExecutor callbacks_;
-  bool hasForeignThread_ = false;
-  /** The signal mask of the application's threads, and so of those that run its code. */
+  std::mutex mutex_;
+  bool hasFirstThread_ = false;
   sigset_t applicationMask_ = {};
   UniqueFd epoll_;
-  UniqueFd listening_;
-  std::unordered_map<int, Entry> entries_;
-  std::unordered_map<int, Channel*> channels_;
-  /** Those that have ended, but may have a thread that still sleeps. */
-  std::unordered_set<Channel*> ended_;
-  /** Only the thread uses these. */
-  std::vector<WaitingChannel> waiting_;
-  std::deque<PendingConnection> pendingConnections_;
-  bool tooManyPendingConnections_ = false;
-  bool refusesOthers_ = false;
-  LogThrottle acceptFailure_;
+  Key lastKey_ = 0;
+  std::unordered_map<Key, Watched> watched_;
+  /** Used by the reactor's thread only. */
+  std::multimap<Clock::time_point, Handler> timers_;
 };
 
 }  // namespace android::transport

@@ -11,9 +11,9 @@ namespace android::transport {
 namespace {
 
 /** Runs a transaction; its status. */
-status_t runRequest(const FrameHeader& request, HolderProcess* peer, Parcel* data,
+status_t runRequest(const FrameHeader& request, HolderProcess* holder, Parcel* data,
                     const std::vector<ObjectEntry>& objects, Parcel* reply) {
-  const sp<BBinder> target = peer->find(request.object);
+  const sp<BBinder> target = holder->find(request.object);
   if (target == nullptr) return DEAD_OBJECT;
   if (!objects.empty()) {
     if (const status_t status = Transport::self().unflattenBinders(data, objects); status != OK)
@@ -24,10 +24,10 @@ status_t runRequest(const FrameHeader& request, HolderProcess* peer, Parcel* dat
 }
 
 /** Answers a transaction. False if the channel is of no more use. */
-bool answerRequest(Channel* channel, const FrameHeader& request, HolderProcess* peer, Parcel* data) {
+bool answerRequest(Channel* channel, const FrameHeader& request, HolderProcess* holder, Parcel* data) {
   Parcel reply;
   FrameHeader answer{.kind = FrameKind::kReply};
-  answer.status = runRequest(request, peer, data, channel->objects(), &reply);
+  answer.status = runRequest(request, holder, data, channel->objects(), &reply);
   std::vector<ObjectEntry> objects;
   if (answer.status == OK) {
     answer.status = reply.dataSize() > kMaxDataSize ? FAILED_TRANSACTION
@@ -40,40 +40,40 @@ bool answerRequest(Channel* channel, const FrameHeader& request, HolderProcess* 
   return channel->receive(&claimed, data) == OK && claimed.kind == FrameKind::kClaimed;
 }
 
-bool answerAcquire(Channel* channel, HolderProcess* peer, uint64_t number) {
+bool answerAcquire(Channel* channel, HolderProcess* holder, uint64_t number) {
   const sp<BBinder> object = Transport::self().exports.find(number);
-  const bool held = object != nullptr && peer->hold(number, object);
+  const bool held = object != nullptr && holder->hold(number, object);
   if (channel->send({.kind = FrameKind::kReply, .status = held ? OK : DEAD_OBJECT}) == OK) return true;
-  // Who doesn't wait any longer doesn't know that it holds the object.
-  if (held) peer->drop(number);
+  // The caller timed out and does not know of its reference.
+  if (held) holder->drop(number);
   return false;
 }
 
 }  // namespace
 
-void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& peer, uid_t uid) {
+void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& holder, uid_t uid) {
   Channel channel(std::move(connection), Channel::Side::kServes);
   uint64_t acquired = 0;
   for (bool usable = true; usable;) {
     // Anew for each transaction: the one before may have left it cleared.
-    CallingIdentity::set({peer->pid(), uid});
+    CallingIdentity::set({holder->pid(), uid});
     FrameHeader header;
     Parcel data;
     if (channel.receive(&header, &data) != OK) {
-      // Who has not taken the answer doesn't know that it holds the object.
-      if (acquired != 0 && channel.hasUntaken()) peer->drop(acquired);
+      // A caller that has not taken the answer does not know of its reference.
+      if (acquired != 0 && channel.hasUntaken()) holder->drop(acquired);
       return;
     }
     acquired = header.kind == FrameKind::kAcquire ? header.object : 0;
     switch (header.kind) {
       case FrameKind::kRequest:
-        usable = answerRequest(&channel, header, peer.get(), &data);
+        usable = answerRequest(&channel, header, holder.get(), &data);
         break;
       case FrameKind::kAcquire:
-        usable = answerAcquire(&channel, peer.get(), header.object);
+        usable = answerAcquire(&channel, holder.get(), header.object);
         break;
       case FrameKind::kRelease:
-        peer->drop(header.object);
+        holder->drop(header.object);
         break;
       default:
         usable = false;

@@ -2,8 +2,6 @@
 
 #include <pthread.h>
 
-#include <system_error>
-#include <thread>
 #include <utility>
 
 #include "BpBinder.h"
@@ -28,7 +26,7 @@ status_t Transport::addressOf(IBinder* object, Address* address) {
     return OK;
   }
   if (object->localBinder() == nullptr) return BAD_TYPE;
-  if (const status_t status = reactor.listen(); status != OK) return status;
+  if (const status_t status = listener.listen(); status != OK) return status;
   *address = {id, exports.numberOf(object->localBinder())};
   return OK;
 }
@@ -39,9 +37,9 @@ status_t Transport::objectAt(const Address& address, sp<IBinder>* object) {
     *object = exports.find(address.number);
     return *object == nullptr ? DEAD_OBJECT : OK;
   }
-  std::shared_ptr<OwnerProcess> remote;
-  const status_t status = owners.connect(address.process, &remote);
-  return status == OK ? remote->proxy(address.number, object) : status;
+  std::shared_ptr<OwnerProcess> owner;
+  const status_t status = owners.connect(address.process, &owner);
+  return status == OK ? owner->proxy(address.number, object) : status;
 }
 
 status_t Transport::flattenBinders(const Parcel& parcel, std::vector<ObjectEntry>* entries) {
@@ -73,21 +71,6 @@ status_t Transport::unflattenBinders(Parcel* parcel, const std::vector<ObjectEnt
   }
   ParcelAccess::setObjects(parcel, std::move(objects));
   return OK;
-}
-
-bool startThread(const char* name, const sigset_t& mask, std::function<void()> work) {
-  sigset_t before;
-  pthread_sigmask(SIG_SETMASK, &mask, &before);
-  bool started = true;
-  try {
-    std::thread thread(std::move(work));
-    pthread_setname_np(thread.native_handle(), name);
-    thread.detach();
-  } catch (const std::system_error&) {
-    started = false;
-  }
-  pthread_sigmask(SIG_SETMASK, &before, nullptr);
-  return started;
 }
 
 }  // namespace android::transport

@@ -1,10 +1,7 @@
 #pragma once
 
-#include <signal.h>
-
 #include <atomic>
 #include <cstdint>
-#include <functional>
 #include <memory>
 #include <vector>
 
@@ -12,6 +9,7 @@
 
 #include "Exports.h"
 #include "Frame.h"
+#include "Listener.h"
 #include "OwnerProcesses.h"
 #include "Reactor.h"
 #include "RuntimeDir.h"
@@ -30,6 +28,7 @@ struct Transport {
   Exports exports;
   OwnerProcesses owners;
   Reactor reactor;
+  Listener listener{*this};
   /** Set once binder threads may run. */
   std::atomic<bool> poolStarted{false};
   /** Set in a forked child, which must not use the connections, the epoll set and the objects of its parent,
@@ -50,10 +49,7 @@ struct Transport {
   status_t unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };
 
-/** Runs `work` on a thread with that signal mask. False if there can be no more threads. */
-bool startThread(const char* name, const sigset_t& mask, std::function<void()> work);
-
 /** Serves a channel until it ends. Runs on a thread of its own. */
-void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& peer, uid_t uid);
+void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& holder, uid_t uid);
 
 }  // namespace android::transport

@@ -13,12 +13,14 @@ class UniqueFd {
   explicit UniqueFd(int fd) : fd_(fd) {}
   UniqueFd(UniqueFd&& other) noexcept : fd_(std::exchange(other.fd_, -1)) {}
   UniqueFd& operator=(UniqueFd&& other) noexcept {
-    std::swap(fd_, other.fd_);
+    UniqueFd(std::move(other)).swap(*this);
     return *this;
   }
   ~UniqueFd() {
     if (fd_ >= 0) ::close(fd_);
   }
+
+  void swap(UniqueFd& other) noexcept { std::swap(fd_, other.fd_); }
 
   int get() const { return fd_; }
   bool valid() const { return fd_ >= 0; }

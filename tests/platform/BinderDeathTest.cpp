@@ -1,4 +1,5 @@
 #include <binder/ProcessState.h>
+#include <malloc.h>
 
 #include "TestService.h"
 
@@ -87,6 +88,14 @@ TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
   EXPECT_EQ(late->times, 0);
 }
 
+TEST_F(BinderDeathTest, LinksOfRecipientsThatAreGoneTakeNoMemory) {
+  ServiceProcess process("test.service");
+  const sp<IBinder> service = process.get();
+  const auto before = ::mallinfo2().uordblks;
+  for (int i = 0; i < 20'000; ++i) ASSERT_EQ(service->linkToDeath(new Mourner()), OK);
+  EXPECT_LT(::mallinfo2().uordblks, before + 100'000);
+}
+
 TEST_F(BinderDeathTest, ALocalObjectCantBeLinked) {
   const sp<IBinder> object = new TestObject();
   const sp<Mourner> mourner = new Mourner();
@@ -105,12 +114,15 @@ TEST_F(BinderDeathTest, ARecipientMayWaitForTheNextOfThatName) {
     answer = increment(android::defaultServiceManager()->getService(String16("test.service")), 1);
   };
   const sp<Mourner> quick = new Mourner();
+  const sp<Mourner> neighbour = new Mourner();
   ASSERT_EQ(service->linkToDeath(patient), OK);
+  ASSERT_EQ(service->linkToDeath(neighbour), OK);
   ASSERT_EQ(other->linkToDeath(quick), OK);
 
   process->kill();
   bystander.kill();
-  waitForDeath(*quick);  // Another process's death doesn't wait for the first recipient.
+  waitForDeath(*quick);
+  waitForDeath(*neighbour);  // Recipients don't wait for each other.
   EXPECT_EQ(patient->times, 0);
   process = std::make_unique<ServiceProcess>("test.service");
   waitForDeath(*patient);

@@ -285,7 +285,8 @@ TEST_F(SharedSlotTest, TheEndWakesWhoeverSleeps) {
     ASSERT_TRUE(peer.share());
     if (sends) {
       ASSERT_EQ(peer.server.trySend({.kind = FrameKind::kReply}), OK);
-      EXPECT_EQ(peer.server.trySend({.kind = FrameKind::kReply}, std::chrono::steady_clock::now()), android::WOULD_BLOCK);
+      EXPECT_EQ(peer.server.trySend({.kind = FrameKind::kReply}, std::chrono::steady_clock::now()),
+                android::WOULD_BLOCK);
     }
     std::thread death([&] {
       std::this_thread::sleep_for(std::chrono::milliseconds(10));

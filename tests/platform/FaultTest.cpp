@@ -37,12 +37,12 @@ std::atomic<const char*> failing = nullptr;
 std::atomic<int> errorNumber = 0;
 std::atomic<int> timesLeft = 0;
 /** There is no memory for shared slots, so that all goes by sockets. */
-std::atomic<bool> hasNoSharedSlotes = false;
+std::atomic<bool> hasNoSharedSlots = false;
 /** The test's own calls on this thread are left alone. */
 thread_local bool isSpared = false;
 
 bool fails(const char* call) {
-  if (hasNoSharedSlotes && std::strcmp(call, "memfd_create") == 0) {
+  if (hasNoSharedSlots && std::strcmp(call, "memfd_create") == 0) {
     errno = ENOMEM;
     return true;
   }
@@ -129,7 +129,7 @@ CHILD_ROLE(faultyService) {
     int times = 0;
     if (std::istringstream(order) >> calls.emplace_back() >> error >> times)
       arm(calls.back().c_str(), error, times);
-    parent.channel().send("logged: " + textOf(log.take()));
+    parent.channel().send(textOf(log.take()) + " ");
   }
   return 0;
 }
@@ -208,7 +208,16 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
   if (!isStanding) service = lookUp();
   const android::status_t status = service == nullptr ? OK : use(service);
   disarm();
-  const std::string logged = row.where == kService ? tell("mended") : textOf(log.take());
+  std::string logged;
+  const auto takeLog = [&] { logged += row.where == kService ? tell("mended") : textOf(log.take()); };
+  takeLog();
+  // A service logs on another thread than the one that fails.
+  if (!isStanding) {
+    waitUntil("the log", [&] {
+      if (logged.find(row.logged) == std::string::npos) takeLog();
+      return logged.find(row.logged) != std::string::npos;
+    });
+  }
   EXPECT_EQ(service != nullptr, isStanding || row.isFound);
   if (isStanding) {
     EXPECT_EQ(status, row.standing);
@@ -218,11 +227,8 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
     EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
     EXPECT_STRNE(row.logged, "");
   }
-  if (!isStanding) {
-    EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
-    if (row.where == kCaller) {
-      EXPECT_LT(timesLeft.load(), row.times) << "nobody met the fault";
-    }
+  if (!isStanding && row.where == kCaller) {
+    EXPECT_LT(timesLeft.load(), row.times) << "nobody met the fault";
   }
   EXPECT_LT(std::count(logged.begin(), logged.end(), '\n'), 3) << logged;
   service = lookUp();
@@ -233,7 +239,7 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
 TEST(FaultTest, EachNamesItsCauseAndPasses) {
   android::ProcessState::self()->startThreadPool();
   for (const FaultRow& row : kRows) {
-    hasNoSharedSlotes = row.by == kSocket;
+    hasNoSharedSlots = row.by == kSocket;
     SCOPED_TRACE(std::string(row.call) + " in the " + (row.where == kCaller ? "caller" : "service") + ": " +
                  std::strerror(row.error));
     vesk::test::ChildProcess process("faultyService");

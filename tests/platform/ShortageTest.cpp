@@ -244,26 +244,48 @@ TEST_F(ShortageTest, RegistrationsWhileAnotherProcessKeepsTheLock) {
   for (std::thread& thread : threads) thread.join();
 }
 
-TEST_F(ShortageTest, RegistersAgainAfterAWantOfDescriptors) {
+std::atomic<int> blockedLogs = 0;
+std::atomic<bool> logsGoOn = false;
+
+TEST_F(ShortageTest, WantOfDescriptorsAndABlockedLoggerHoldUpNoOtherProcess) {
   const auto add = [] {
     return android::defaultServiceManager()->addService(String16("test.own"), new TestObject());
   };
   ASSERT_EQ(add(), OK);
-  vesk::test::LogCapture log;
-  rlimit before;
-  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
   const std::string path = vesk::test::socketOf("test.own");
+  vesk::test::RawPeer first(path);
+  first.greet(android::transport::ConnectionKind::kWatch);
+  first.receive();
+  __android_log_set_logger([](const __android_log_message*) {
+    ++blockedLogs;
+    logsGoOn.wait(false);
+  });
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
   std::strcpy(address.sun_path, path.c_str());
   const android::transport::UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
+  rlimit before;
+  ASSERT_EQ(::getrlimit(RLIMIT_NOFILE, &before), 0);
   const rlimit none{0, before.rlim_max};
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &none), 0);
   EXPECT_EQ(::connect(socket.get(), reinterpret_cast<const sockaddr*>(&address), sizeof(address)), 0);
-  waitUntil("the failure to be logged", [&] { return !log.take().empty(); });
+  waitUntil("the failure to be logged", [] { return blockedLogs > 0; });
+  const std::clock_t start = std::clock();
+  std::this_thread::sleep_for(std::chrono::milliseconds(300));
+  EXPECT_LT(std::clock() - start, CLOCKS_PER_SEC / 10) << "a busy loop";
   ASSERT_EQ(::setrlimit(RLIMIT_NOFILE, &before), 0);
+
+  vesk::test::RawPeer second(path);
+  second.greet(android::transport::ConnectionKind::kChannel);
+  second.sendFrame(
+      {.kind = android::transport::FrameKind::kAcquire, .object = vesk::test::numberOf("test.own")});
+  EXPECT_EQ(second.statusOfReply(), OK) << "while the logger blocks";
   ASSERT_EQ(::unlink(path.c_str()), 0);
-  EXPECT_EQ(add(), OK);
+  EXPECT_EQ(add(), OK) << "on another socket";
+  EXPECT_EQ(blockedLogs, 1);
+  logsGoOn = true;
+  logsGoOn.notify_all();
+  __android_log_set_logger(nullptr);
 }
 
 }  // namespace
