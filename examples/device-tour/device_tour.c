@@ -1,6 +1,6 @@
 /*
- * A walk through the six services of the simulated device: each step asks for something and looks whether it
- * really happened. The layout of the records is that device's own; docs/simulated-device.md lists it.
+ * Uses each of the six services of the simulated device, and checks every result. The records have the
+ * layouts of that device, which docs/simulated-device.md lists.
  */
 
 /* For nanosleep() and clock_gettime() in strict C. */
@@ -15,12 +15,12 @@
 
 #include <vesk/vesk_client.h>
 
-enum { PATIENCE_S = 15, ANY_LINE = 0, DEVICE = 1, FRONT_DOOR = 1 };
+enum { TIMEOUT_S = 15, ANY_LINE = 0, DEVICE = 1, FRONT_DOOR = 1 };
 
-/* Waits until ask(argument) gives `wanted`. */
+/* Polls until ask(argument) returns `wanted`. False after the timeout. */
 static bool wait_until(int (*ask)(int), int argument, int wanted) {
   const struct timespec pause = {.tv_nsec = 20 * 1000 * 1000};
-  for (int i = 0; i < PATIENCE_S * 50; ++i) {
+  for (int i = 0; i < TIMEOUT_S * 50; ++i) {
     if (ask(argument) == wanted) return true;
     nanosleep(&pause, NULL);
   }
@@ -42,7 +42,7 @@ static bool setting(void) {
 
 enum { BOX_UNREAD = 1 };
 
-/* This number sends back what it gets. */
+/* This number sends each message back. */
 static bool message(void) {
   const int before = binder_get_sms_count(BOX_UNREAD);
   const int sent = binder_send_sms(ANY_LINE, "300", "Is anybody there?");
@@ -90,7 +90,7 @@ static int have_ivr(int unused) {
   return binder_get_call_have_ivr();
 }
 
-/* A machine answers. That the call is there can be seen by events, too: phone_call shows how. */
+/* An answering machine takes the call. phone_call shows how to follow a call by its events. */
 static bool logged_call(void) {
   enum { NEWEST = 0 };
   const int chan = binder_make_call(binder_get_first_valid_line(), "300");
@@ -102,7 +102,7 @@ static bool logged_call(void) {
   return strcmp(entry.number, "300") == 0;
 }
 
-/* Door access and relay: a code, and the door that it opens */
+/* Door access and relay: an access code opens a door */
 
 struct door_access {
   int32_t id;
@@ -208,7 +208,7 @@ static const vesk_misc_callbacks kCallbacks = {
 static bool wait_for(sem_t* event) {
   struct timespec deadline;
   clock_gettime(CLOCK_REALTIME, &deadline);
-  deadline.tv_sec += PATIENCE_S;
+  deadline.tv_sec += TIMEOUT_S;
   return sem_timedwait(event, &deadline) == 0;
 }
 
@@ -231,7 +231,7 @@ static bool test_mode(void) {
   return info.running == 0 && info.passed == 1 && info.failed == 0;
 }
 
-/* External keys: a key for the contact that was found */
+/* External keys: a speed dial for the contact */
 
 struct new_key {
   int32_t module;
@@ -270,7 +270,7 @@ static bool key_module(void) {
   return binder_get_exk_config(MODULE, &keys) == 0 && keys.key[KEY - 1].type == 0;
 }
 
-/* Without the events of the call service: phone_call is the example for those. */
+/* NULL callbacks: phone_call shows the events of the call service. */
 static bool connect_to_services(void) {
   return connect_call_service(NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
                               NULL, NULL, NULL, NULL, NULL, NULL) &&
@@ -296,16 +296,16 @@ int main(void) {
   sem_init(&screen_is_tested, 0, 0);
   sem_init(&test_is_over, 0, 0);
   if (!connect_to_services()) {
-    fprintf(stderr, "not all of the six services are there\n");
+    fprintf(stderr, "not all of the six services are running\n");
     return 1;
   }
   for (size_t i = 0; i < sizeof(kParts) / sizeof(kParts[0]); ++i) {
     printf("\n%s\n", kParts[i].title);
     if (!kParts[i].run()) {
-      printf("\nThis did not go as it should.\n");
+      printf("\nThis step failed.\n");
       return 1;
     }
   }
-  printf("\nAll six services did what they were asked to.\n");
+  printf("\nAll six services work.\n");
   return 0;
 }

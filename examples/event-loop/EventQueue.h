@@ -8,8 +8,8 @@
 #include <vector>
 
 /**
- * The way of events from the threads of the library to the main loop: callbacks post(), the loop polls fd()
- * and take()s what has come.
+ * Passes events from the library's threads to the main loop: callbacks call post(); the loop polls fd() and
+ * calls take().
  */
 template <class Event>
 class EventQueue {
@@ -17,19 +17,19 @@ class EventQueue {
   /** Readable while there are events. */
   int fd() const { return fd_; }
 
-  /** On any thread; returns at once. */
+  /** Safe to call on any thread. Does not wait. */
   void post(Event event) {
     {
       const std::lock_guard lock(mutex_);
       events_.push_back(std::move(event));
     }
-    // Can't fail, as the counter never gets near its limit.
+    // Does not fail: the counter stays far below its limit.
     eventfd_write(fd_, 1);
   }
 
-  /** All events that have come since the last time, in their order. */
+  /** The events since the last call, in order. */
   std::vector<Event> take() {
-    // Before looking: what comes in between makes the descriptor readable once more.
+    // First, so that an event in between makes the descriptor readable again.
     eventfd_t count;
     eventfd_read(fd_, &count);
     const std::lock_guard lock(mutex_);

@@ -1,6 +1,6 @@
 /*
- * event_loop NUMBER: calls NUMBER and tells what happens, until SIGINT or SIGTERM. If the call service dies,
- * it connects again and calls again.
+ * event_loop NUMBER: calls NUMBER and prints the events, until SIGINT or SIGTERM. If the call service dies,
+ * it connects and calls again.
  *
  * All decisions are made on the main thread, in one loop that waits for signals and events.
  */
@@ -34,13 +34,13 @@ struct CallGone {
 };
 using Event = std::variant<Connected, ServiceDied, CallRefused, CallChanged, CallGone>;
 
-/** Never destroyed: callbacks may run until the process is gone. */
+/** Never destroyed: callbacks may still run while the process exits. */
 EventQueue<Event>& events() {
   static auto& queue = *new EventQueue<Event>;
   return queue;
 }
 
-// What the library calls, on threads of its own. A record is gone when its callback returns.
+// The callbacks run on threads of the library. A record is valid until its callback returns.
 
 void onCallStateChanged(void* callInfo) {
   CallChanged event;
@@ -58,7 +58,7 @@ bool connectOnce() {
                               nullptr, nullptr, nullptr, onServiceDied);
 }
 
-/** Each try takes seconds while there is no service, so the main loop leaves it to another thread. */
+/** On another thread: without a service each attempt takes seconds. */
 void connectInBackground() {
   std::thread([] {
     while (!connectOnce()) sleep(1);
@@ -66,7 +66,7 @@ void connectInBackground() {
   }).detach();
 }
 
-/** What the program makes of the events. Lives on the main thread, and needs no lock. */
+/** Handles the events. Used on the main thread only, so it needs no lock. */
 class Caller {
  public:
   explicit Caller(const char* number) : number_(number) {}
@@ -106,8 +106,8 @@ class Caller {
   int channel_ = kNone;
 };
 
-/** Readable once a signal to end has come. Before any thread starts, so that all of them leave signals alone.
- */
+/** A descriptor that becomes readable on SIGINT and SIGTERM. To be called before any thread starts, since
+ * threads inherit the blocked signals. */
 int endSignals() {
   sigset_t signals;
   sigemptyset(&signals);
@@ -119,20 +119,20 @@ int endSignals() {
 
 }  // namespace
 
-// NOLINTNEXTLINE(bugprone-exception-escape): without memory or threads there is nothing that it could do.
+// NOLINTNEXTLINE(bugprone-exception-escape): without memory or threads the program cannot run.
 int main(int argc, char** argv) {
   if (argc != 2) {
     std::fputs("usage: event_loop NUMBER\n", stderr);
     return 2;
   }
-  // A line at a time, into a pipe, too.
+  // Line buffering also for a pipe.
   std::setvbuf(stdout, nullptr, _IOLBF, 0);
 
   pollfd sources[] = {{endSignals(), POLLIN, 0}, {events().fd(), POLLIN, 0}};
   Caller caller(argv[1]);
   connectInBackground();
   while (sources[0].revents == 0) {
-    // Without a signal handler nothing interrupts this but a debugger.
+    // Only a debugger interrupts this: there are no signal handlers.
     if (poll(sources, std::size(sources), -1) < 0) continue;
     for (const Event& event : events().take()) std::visit(caller, event);
   }

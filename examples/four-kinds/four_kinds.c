@@ -1,4 +1,4 @@
-/* The four kinds of results: a number, a text, a record, a list of records. And what a failure looks like. */
+/* The four kinds of results, a number, a text, a record and a list of records, and their failures. */
 #include <assert.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -6,7 +6,7 @@
 #include <vesk/vesk_client.h>
 
 static void show_number(void) {
-  /* -1 is a failure; the service may answer it, too. */
+  /* -1 is a failure, but may also be the answer of the service. */
   const int line = binder_get_first_valid_line();
   if (line < 0) {
     puts("there is no line");
@@ -18,20 +18,21 @@ static void show_number(void) {
 static void show_text(void) {
   char greeting[32] = "";
   binder_set_greeting_word("Good morning");
-  /* Cuts what doesn't fit, and always ends with a zero. Without a connection the buffer stays as it is. */
+  /* A long text is truncated; the buffer always ends with a zero byte. Without a connection it keeps its
+   * content. */
   binder_get_greeting_word(greeting, sizeof(greeting));
   printf("the greeting is '%s'\n", greeting);
 }
 
 static void show_record(void) {
-  /* The device's layout; docs/simulated-device.md shows it. */
+  /* The layout of the simulated device, from docs/simulated-device.md. */
   struct {
     int32_t device, outputs, enabled, reserved;
     char name[64];
     char address[24];
   } record;
   static_assert(sizeof(record) == VESK_RELAY_DEV_CONFIG_SIZE, "the relay");
-  /* On failure not a byte is written. */
+  /* A failure leaves the buffer untouched. */
   if (binder_get_relay_dev_config(1, &record) == 0) {
     printf("the relay '%s' has %d outputs\n", record.name, (int)record.outputs);
   }
@@ -54,7 +55,7 @@ static void show_list(void) {
 }
 
 int main(void) {
-  /* Nothing is connected yet, so this fails at once. */
+  /* Not connected yet: this fails at once. */
   show_number();
   if (!connect_call_service(NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
                             NULL, NULL, NULL, NULL, NULL, NULL) ||

@@ -10,7 +10,7 @@
 #include <string.h>
 #include <time.h>
 
-/* Many more than ever wait at the same time. */
+/* Far more than are ever pending at once. */
 enum { QUEUE_SIZE = 64, MS_PER_S = 1000, NS_PER_MS = 1000000 };
 
 static pthread_mutex_t lock = PTHREAD_MUTEX_INITIALIZER;
@@ -23,17 +23,17 @@ static void put(const struct event* event) {
   if (count < QUEUE_SIZE) {
     queue[(first + count++) % QUEUE_SIZE] = *event;
   } else {
-    fprintf(stderr, "an event is lost\n");
+    fprintf(stderr, "the queue is full: an event is lost\n");
   }
   pthread_cond_signal(&arrived);
   pthread_mutex_unlock(&lock);
 }
 
-bool next_event(struct event* event, int patience_ms) {
+bool next_event(struct event* event, int timeout_ms) {
   struct timespec deadline;
   clock_gettime(CLOCK_REALTIME, &deadline);
-  deadline.tv_sec += patience_ms / MS_PER_S;
-  deadline.tv_nsec += (long)(patience_ms % MS_PER_S) * NS_PER_MS;
+  deadline.tv_sec += timeout_ms / MS_PER_S;
+  deadline.tv_nsec += (long)(timeout_ms % MS_PER_S) * NS_PER_MS;
   if (deadline.tv_nsec >= (long)MS_PER_S * NS_PER_MS) {
     deadline.tv_sec += 1;
     deadline.tv_nsec -= (long)MS_PER_S * NS_PER_MS;
@@ -56,7 +56,7 @@ static void put_call(enum event_kind kind, const void* call_info) {
   struct event event = {.kind = kind};
   int32_t state;
   memcpy(&event.call, call_info, sizeof(event.call));
-  /* The device's own field: the last four bytes. */
+  /* The simulated device stores the state in the last four bytes. */
   memcpy(&state, (const char*)call_info + VESK_CALL_INFO_SIZE - sizeof(state), sizeof(state));
   event.chan = event.call.chan;
   event.state = state;
@@ -106,7 +106,7 @@ void sleep_ms(int ms) {
   nanosleep(&time, NULL);
 }
 
-void tell(const char* format, ...) {
+void print_line(const char* format, ...) {
   static long start;
   if (start == 0) start = now_ms();
   printf("%6.2f  ", (double)(now_ms() - start) / MS_PER_S);

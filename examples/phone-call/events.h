@@ -1,8 +1,8 @@
 /*
- * The way of an event from the library to the application's main thread.
+ * Passes events from the library's threads to the application's main thread.
  *
- * The callbacks run on threads of the library, and the service waits for each of them. So they do one thing:
- * copy the event into a queue. The main thread takes it out when it likes.
+ * The service waits until a callback returns. So the callbacks only copy the event into a queue, from which
+ * the main thread takes it.
  */
 #ifndef EVENTS_H
 #define EVENTS_H
@@ -22,7 +22,7 @@ enum event_kind {
   EVENT_SERVICE_DIED,
 };
 
-/* The states that the simulated device puts into the last four bytes of a call's record. */
+/* The states of a call, which the simulated device stores in the last four bytes of the record. */
 enum call_state {
   STATE_DIALLING = 1,
   STATE_RINGING,
@@ -38,12 +38,12 @@ struct event {
   enum event_kind kind;
   int chan;            /* of the call, or 0 */
   int state;           /* of the call, or 0 */
-  int value;           /* how many members a conference has */
-  char text[128];      /* what came of a call; the number that can be completed */
+  int value;           /* the number of members of a conference */
+  char text[128];      /* the reason of a refusal, or the number that is free now */
   vesk_call_info call; /* for EVENT_CALL_NEW and EVENT_CALL_STATE */
 };
 
-/* The callbacks to give to connect_call_service. */
+/* The callbacks for connect_call_service. */
 void on_new_call(void* call_info);
 void on_call_state(void* call_info);
 void on_call_gone(int chan);
@@ -53,14 +53,14 @@ void on_conference_stop(int conference);
 void on_completion(void* completion_info, bool free_now);
 void on_service_died(void);
 
-/* Waits for the next event; false if none comes in time. */
-bool next_event(struct event* event, int patience_ms);
+/* Waits for the next event. False after the timeout. */
+bool next_event(struct event* event, int timeout_ms);
 
 void sleep_ms(int ms);
-/* The time since some moment that stays the same. */
+/* The time of a monotonic clock. */
 long now_ms(void);
 
-/* Prints a line with the time since the start before it. */
-void tell(const char* format, ...) __attribute__((format(printf, 1, 2)));
+/* Prints a line that begins with the time since the first line. */
+void print_line(const char* format, ...) __attribute__((format(printf, 1, 2)));
 
 #endif

@@ -1,11 +1,11 @@
 /*
- * A first application: it makes and takes phone calls through the call service and tells what happens.
+ * A first application: it makes and takes phone calls through the call service and prints the events.
  *
- *   phone_call            a call, a conference, an engaged number, a call that comes in
- *   phone_call --outage   then also expects the call service to be killed and started again
+ *   phone_call            a call, a conference, an engaged number, an incoming call
+ *   phone_call --outage   then also waits until the call service is killed and started again
  *
- * It exits with 0 only if everything went as it should. The numbers that it calls, and the states of a call,
- * are those of the simulated device; see docs/simulated-device.md.
+ * It exits with 0 only if every step succeeded. The numbers and the states of a call are those of the
+ * simulated device; see docs/simulated-device.md.
  */
 #include <stdio.h>
 #include <string.h>
@@ -14,27 +14,27 @@
 
 #include "events.h"
 
-enum { PATIENCE_MS = 15000, MOMENT_MS = 400 };
+enum { TIMEOUT_MS = 15000, MOMENT_MS = 400 };
 
 /* Connecting */
 
-/* The service may not be running yet, or not again. Every try waits a few seconds by itself. */
+/* The service may not be running yet, or still be down. Each attempt waits a few seconds. */
 static bool connect_to_service(void) {
   for (int tries = 0; tries < 5; ++tries) {
     if (connect_call_service(NULL, NULL, NULL, on_new_call, on_call_state, NULL, NULL, on_call_gone, NULL,
                              on_conference_start, on_conference_stop, NULL, NULL, NULL, on_call_result, NULL,
                              NULL, on_completion, on_service_died)) {
-      tell("Connected to the call service");
+      print_line("Connected to the call service");
       return true;
     }
-    tell("The call service isn't there");
+    print_line("The call service isn't there");
     sleep_ms(MOMENT_MS);
   }
   return false;
 }
 
-/* What happened, in words. Prints nothing for events that say nothing new. */
-static void tell_event(const struct event* event) {
+/* Prints the event in words. EVENT_CALL_GONE only repeats that a call has ended. */
+static void print_event(const struct event* event) {
   static const char* const kWords[] = {
       [STATE_DIALLING] = "Dialling",     [STATE_RINGING] = "Ringing",
       [STATE_INCOMING] = "Call from",    [STATE_TALKING] = "Talking to",
@@ -45,49 +45,49 @@ static void tell_event(const struct event* event) {
   switch (event->kind) {
     case EVENT_CALL_NEW:
     case EVENT_CALL_STATE:
-      tell("%-16s %s (%s), line %d", kWords[event->state], call->name[0] != '\0' ? call->name : "somebody",
-           call->number, (int)call->line);
+      print_line("%-16s %s (%s), line %d", kWords[event->state],
+                 call->name[0] != '\0' ? call->name : "somebody", call->number, (int)call->line);
       break;
     case EVENT_CALL_GONE:
       break;
     case EVENT_CALL_RESULT:
-      tell("No call: %s", event->text);
+      print_line("No call: %s", event->text);
       break;
     case EVENT_CONFERENCE_START:
-      tell("A conference of %d begins", event->value);
+      print_line("A conference of %d begins", event->value);
       break;
     case EVENT_CONFERENCE_STOP:
-      tell("The conference is over");
+      print_line("The conference is over");
       break;
     case EVENT_COMPLETION:
-      tell("The phone offers to call %s when it is free", event->text);
+      print_line("The phone offers to call %s when it is free", event->text);
       break;
     case EVENT_SERVICE_DIED:
-      tell("The call service has died");
+      print_line("The call service has died");
       break;
   }
 }
 
-/* Waits for one event and tells those that come before it, too. */
+/* Waits for one event, and prints all events up to it. */
 static bool wait_for(enum event_kind kind, int chan, int state) {
   struct event event;
-  while (next_event(&event, PATIENCE_MS)) {
-    tell_event(&event);
+  while (next_event(&event, TIMEOUT_MS)) {
+    print_event(&event);
     if (event.kind == kind && event.chan == chan && event.state == state) return true;
     if (event.kind == EVENT_SERVICE_DIED) return false;
   }
-  tell("In vain waited for event %d, channel %d, state %d", kind, chan, state);
+  print_line("Timed out waiting for event %d, channel %d, state %d", kind, chan, state);
   return false;
 }
 
 static bool wait_for_state(int chan, int state) { return wait_for(EVENT_CALL_STATE, chan, state); }
 
-/* Lets the two ends talk. */
+/* Leaves the call as it is for a moment. */
 static bool a_moment(void) {
   const long end = now_ms() + MOMENT_MS;
   struct event event;
   while (now_ms() < end) {
-    if (next_event(&event, (int)(end - now_ms()))) tell_event(&event);
+    if (next_event(&event, (int)(end - now_ms()))) print_event(&event);
   }
   return true;
 }
@@ -96,7 +96,7 @@ static bool a_moment(void) {
 
 static bool dial(const char* number, int* chan) {
   *chan = binder_make_call(binder_get_first_valid_line(), number);
-  if (*chan < 0) tell("%s can't be called", number);
+  if (*chan < 0) print_line("%s can't be called", number);
   return *chan >= 0;
 }
 
@@ -150,7 +150,7 @@ static bool incoming_call(void) {
 static bool outage(void) {
   int chan;
   if (!call_and_talk("202", &chan)) return false;
-  tell("Now the call service may die, within %d s", PATIENCE_MS / 1000);
+  print_line("Now the call service may die, within %d s", TIMEOUT_MS / 1000);
   if (!wait_for(EVENT_SERVICE_DIED, 0, 0)) return false;
   if (binder_make_call(1, "202") != -1) return false;
   return connect_to_service() && call_and_talk("202", &chan) && a_moment() && hang_up(chan);
@@ -178,7 +178,7 @@ int main(int argc, char** argv) {
   for (size_t i = 0; i < count; ++i) {
     printf("\n%s\n", kParts[i].title);
     if (!kParts[i].run()) {
-      printf("\nThis did not go as it should.\n");
+      printf("\nThis step failed.\n");
       return 1;
     }
   }

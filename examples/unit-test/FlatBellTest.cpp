@@ -1,6 +1,6 @@
 /*
- * A unit test of flat_bell.c, without a device: a fake call service takes the place of the real one. It runs
- * in the test's own process; to see a death, the last test gives it a process that it can kill.
+ * A unit test of flat_bell.c without a device, with a fake call service. The fake runs in the test's own
+ * process, in the last test in another one, which that test kills.
  */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
@@ -23,7 +23,7 @@ namespace {
 
 using android::binder::Status;
 
-/** Knows the number 200, is out of order for 666, and has a reason to refuse all others. */
+/** Accepts calls to 200, fails with an exception for 666, and refuses other numbers with a reason. */
 class FakeCallService : public com::qv::DefaultCallService {
  public:
   Status registerCallEventListener(const android::sp<com::qv::ICallEventListener>& listener) override {
@@ -50,7 +50,7 @@ class FakeCallService : public com::qv::DefaultCallService {
   android::sp<com::qv::ICallEventListener> listener_;
 };
 
-/** Takes the place of an earlier one. */
+/** Replaces the fake that was registered before. */
 android::sp<FakeCallService> registerFake() {
   android::sp<FakeCallService> fake = new FakeCallService;
   EXPECT_EQ(android::defaultServiceManager()->addService(android::String16("com.qv.CallService"), fake),
@@ -67,26 +67,26 @@ class FlatBell : public testing::Test {
   const android::sp<FakeCallService> fake_ = registerFake();
 };
 
-TEST_F(FlatBell, CallsTheFirstNumberThatCanBeCalled) {
+TEST_F(FlatBell, CallsTheFirstNumberThatIsAccepted) {
   EXPECT_EQ(ring({"101", "200", "102"}), 7);
   EXPECT_EQ(fake_->calls, (std::vector<std::string>{"3:101", "3:200"}));
 }
 
-TEST_F(FlatBell, GoesOnAfterAFailure) {
+TEST_F(FlatBell, TriesTheNextNumberAfterAnException) {
   EXPECT_EQ(ring({"666", "200"}), 7);
   EXPECT_EQ(ring({"666"}), -1);
 }
 
-TEST_F(FlatBell, CountsTheRefusalsThatItIsToldOf) {
+TEST_F(FlatBell, CountsRefusals) {
   const int before = flat_bell_refusals();
   EXPECT_EQ(ring({"101", "666", "102"}), -1);
   EXPECT_EQ(flat_bell_refusals() - before, 2);
 }
 
-/** The fake service in a process of its own: this program once more, as main() has it. */
+/** The fake service in a process of its own, which runs this program with --serve. */
 class FakeProcess {
  public:
-  /** Returns when the service is there. */
+  /** Returns when the service is registered. */
   FakeProcess() {
     int starting[2];
     EXPECT_EQ(pipe(starting), 0);
@@ -118,7 +118,7 @@ class FakeProcess {
   pid_t pid_ = -1;
 };
 
-TEST(FlatBellAlone, SeesTheServiceDie) {
+TEST(FlatBellAlone, DeathOfTheService) {
   FakeProcess process;
   ASSERT_TRUE(flat_bell_connect());
   EXPECT_TRUE(flat_bell_works());
@@ -138,11 +138,11 @@ TEST(FlatBellAlone, SeesTheServiceDie) {
 int main(int argc, char** argv) {
   if (argc == 2 && std::string(argv[1]) == "--serve") {
     const android::sp<FakeCallService> fake = registerFake();
-    close(STDOUT_FILENO);  // For this the test waits.
+    close(STDOUT_FILENO);  // Tells the test that the service is registered.
     android::IPCThreadState::self()->joinThreadPool();
     return 0;
   }
-  // A meeting place where no real device is found, nor another test.
+  // A directory of its own, so that the test meets neither a device nor another test.
   std::string directory = (std::filesystem::temp_directory_path() / "flat-bell.XXXXXX").string();
   if (mkdtemp(directory.data()) == nullptr) return 1;
   setenv("BINDER_RUNTIME_DIR", directory.c_str(), 1);

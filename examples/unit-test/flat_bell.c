@@ -15,7 +15,7 @@ static void on_make_call_ret(const char* text) {
 static void on_service_died(void) { works = false; }
 
 bool flat_bell_connect(void) {
-  /* Before connecting: the service may die as soon as that is done. */
+  /* First, since the service may die right after the connect. */
   works = true;
   if (!connect_call_service(NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL, NULL,
                             NULL, on_make_call_ret, NULL, NULL, NULL, on_service_died)) {

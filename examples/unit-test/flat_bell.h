@@ -1,6 +1,5 @@
 /*
- * The bell of a flat: rings the telephones of those who live there, one after the other, until one of them
- * can be called.
+ * The bell of a flat: tries the telephones of the residents in turn until the call service accepts a call.
  */
 #ifndef FLAT_BELL_H
 #define FLAT_BELL_H
@@ -12,16 +11,16 @@
 extern "C" {
 #endif
 
-/* To be called first, and again after the service has died. False if the call service isn't there. */
+/* To be called first, and again after the service has died. False if the call service is not running. */
 bool flat_bell_connect(void);
 
-/* False before the first connect, and when the service has died since the last one. */
+/* True from a successful connect until the service dies. */
 bool flat_bell_works(void);
 
-/* Calls the first of the numbers that can be called. Its channel, or -1 if there is none. */
+/* Calls the first number that is accepted. Returns the channel of the call, or -1. */
 int flat_bell_ring(const char* const* numbers, size_t count);
 
-/* How many calls the service has refused with a reason. */
+/* The number of calls that the service refused with a reason. */
 int flat_bell_refusals(void);
 
 #ifdef __cplusplus
