@@ -7,14 +7,13 @@
 
 namespace vesk::fuzz {
 
-/** Keeps the log from the terminal and looks at every byte of it; has this process meet others in a directory
- * of its own. Once. */
+/** Reads log messages instead of printing them, and sets a private BINDER_RUNTIME_DIR. Later calls do
+ * nothing. */
 void setUp();
 
 /**
- * Makes `bytes` the contents of a parcel, as they come from another process. Wherever a binder's place is,
- * its reserved bytes choose what stands there: an object that this process has, one of `objects`, a dead one,
- * or nothing.
+ * Fills a parcel with `bytes`, as if received from another process. In each flattened binder the reserved
+ * bytes select the object: one of `objects`, another local one, a dead remote one, or none.
  */
 void fill(android::Parcel* parcel, Bytes bytes, std::span<const android::sp<android::IBinder>> objects = {});
 

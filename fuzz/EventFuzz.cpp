@@ -1,6 +1,6 @@
 /*
- * Events of any kind to the library's three listeners, up to the application's callbacks: they get exactly
- * the events that are well formed, and may look at all that they get.
+ * Sends events to the library's three listeners. The application's callbacks must be called for well-formed
+ * events only, and may read all of their arguments.
  */
 #include <binder/IServiceManager.h>
 #include <com/qv/ICallService.h>
@@ -25,7 +25,7 @@ int called = 0;
 template <size_t kSize>
 void onRecord(void* record) {
   ++called;
-  // A text that fills the record to its end has a zero behind it.
+  // The library promises a zero byte after a text that fills the record.
   touch(record, kSize + 1);
   FUZZ_CHECK(static_cast<const char*>(record)[kSize] == '\0');
 }
@@ -38,7 +38,7 @@ void onMembers(int, const int* members, int count) {
   touch(members, static_cast<size_t>(count) * sizeof(int));
 }
 
-/** Both services, as far as it takes to get the listeners. */
+/** As the services below receive them. */
 sp<android::IBinder> listeners[3];
 
 class CallService : public com::qv::DefaultCallService {
@@ -78,37 +78,26 @@ bool connect() {
   return true;
 }
 
-/** The least that the event's arguments take, and the size of its record if it has one. */
+/** The smallest size of an event's arguments, and the size of its record if it has one. */
 struct Event {
   size_t size;
   int32_t record = -1;
 };
 
-constexpr Event kCallInfo{8 + VESK_CALL_INFO_SIZE + 4, VESK_CALL_INFO_SIZE};
-constexpr Event kValue{4};
+constexpr Event recordEvent(int32_t record, size_t rest) {
+  return {12 + static_cast<size_t>(record) + rest, record};
+}
+constexpr Event kCall = recordEvent(VESK_CALL_INFO_SIZE, 0);
+constexpr Event kRedial = recordEvent(VESK_AUTO_REDIAL_INFO_SIZE, 0);
+constexpr Event kCompletion = recordEvent(VESK_CALL_COMPLETION_INFO_SIZE, 4);
 constexpr Event kNotice{0};
+constexpr Event kValue{4};
+constexpr Event kTwo{8};
 constexpr Event kText{8};
-constexpr Event kMembers{8};
 
 const std::vector<Event> kEvents[3] = {
-    {kCallInfo,
-     kValue,
-     kValue,
-     kCallInfo,
-     kCallInfo,
-     kCallInfo,
-     kValue,
-     kValue,
-     kValue,
-     kMembers,
-     kValue,
-     kMembers,
-     kNotice,
-     kText,
-     {8},
-     kCallInfo,
-     {8 + VESK_AUTO_REDIAL_INFO_SIZE + 4, VESK_AUTO_REDIAL_INFO_SIZE},
-     {8 + VESK_CALL_COMPLETION_INFO_SIZE + 4 + 4, VESK_CALL_COMPLETION_INFO_SIZE}},
+    {kCall, kValue, kValue, kCall, kCall, kCall, kValue, kValue, kValue, kTwo, kValue, kTwo, kNotice, kText,
+     kTwo, kCall, kRedial, kCompletion},
     {kNotice, kNotice, kText, kNotice, kNotice, kNotice, kNotice},
     {kNotice, kValue, kNotice},
 };

@@ -9,10 +9,10 @@
 #include <span>
 #include <string>
 
-/** What a fuzzer offers: libFuzzer or Replay.cpp calls it with one input after the other. */
+/** The entry point of a fuzzer, which libFuzzer or Replay.cpp calls for each input. */
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size);
 
-/** Ends the program with the condition's text if it doesn't hold. */
+/** Aborts the program if the condition is false. */
 #define FUZZ_CHECK(condition) ((condition) ? void() : vesk::fuzz::checkFailed(#condition, __FILE__, __LINE__))
 
 namespace vesk::fuzz {
@@ -24,14 +24,14 @@ namespace vesk::fuzz {
 
 using Bytes = std::span<const uint8_t>;
 
-/** Takes an input apart, from its front. There are zeros behind its end. */
+/** Reads an input from the front. Numbers past its end are zero. */
 class Input {
  public:
   explicit Input(Bytes bytes) : bytes_(bytes) {}
 
   bool empty() const { return bytes_.empty(); }
 
-  /** The next bytes, fewer at the end. */
+  /** The next `size` bytes, or as many as are left. */
   Bytes take(size_t size) {
     const Bytes taken = bytes_.first(std::min(size, bytes_.size()));
     bytes_ = bytes_.subspan(taken.size());
@@ -39,7 +39,7 @@ class Input {
   }
   Bytes rest() { return take(bytes_.size()); }
 
-  /** A number in the machine's order. */
+  /** A number in host byte order. */
   template <class T>
   T number() {
     T value = 0;
@@ -49,7 +49,7 @@ class Input {
   }
   uint8_t byte() { return number<uint8_t>(); }
 
-  /** Up to 255 bytes, with their number in front. */
+  /** Up to 255 bytes, after a byte with their number. */
   Bytes block() { return take(byte()); }
   std::string text() {
     const Bytes bytes = block();
@@ -60,7 +60,7 @@ class Input {
   Bytes bytes_;
 };
 
-/** Looks at every byte, so that a sanitizer sees those that may not be looked at. */
+/** Reads every byte, so that a sanitizer reports invalid ones. */
 inline void touch(Bytes bytes) {
   for (const uint8_t& byte : bytes) static_cast<void>(*static_cast<const volatile uint8_t*>(&byte));
 }

@@ -16,7 +16,7 @@ int calls = 0;
 
 namespace {
 
-/** Whatever a stub's method does. */
+/** The body of every method of the stubs. */
 template <class... Parameters>
 android::binder::Status serve(const Parameters&... parameters) {
   ++calls;

@@ -7,11 +7,11 @@
 
 namespace vesk::fuzz {
 
-/** One of the interfaces, with whatever it takes to attack both of its ends. */
+/** One of the interfaces, with its stub and its proxy. */
 struct Interface {
   const android::String16& descriptor;
   uint32_t methods;
-  /** A stub that looks at every argument it gets, and answers as `answers` says. */
+  /** Makes a stub that reads every argument and takes its results from `answers`. */
   android::sp<android::BBinder> (*stub)();
   /** Calls the method of that code through a proxy for `remote`. */
   android::binder::Status (*call)(uint32_t code, const android::sp<android::IBinder>& remote,
@@ -20,7 +20,7 @@ struct Interface {
 
 std::span<const Interface> interfaces();
 
-/** What the stubs answer from now on, and how often one of their methods has been called. */
+/** The results of the stubs' methods, and the number of calls to these. */
 extern Input answers;
 extern int calls;
 

@@ -1,5 +1,5 @@
-/* Answers of any kind to the proxies of all interfaces. What Values.h checks: a failed call leaves the
- * caller's values alone. */
+/* Sends replies to the proxies of all interfaces. callWith() checks that a failed call changes no
+ * out-argument. */
 #include "Binders.h"
 #include "Interfaces.h"
 #include "Transaction.h"
@@ -14,13 +14,13 @@ using namespace vesk::fuzz;
 class Answerer : public android::BBinder {
  public:
   Transaction transaction;
-  int asked = 0;
+  int requests = 0;
 
  protected:
   android::status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags) override {
     FUZZ_CHECK(code == transaction.code && flags == 0);
     FUZZ_CHECK(data.enforceInterface(interfaces()[transaction.interface].descriptor));
-    ++asked;
+    ++requests;
     const sp<IBinder> self = this;
     fill(reply, transaction.data, {&self, 1});
     return transaction.isRaw ? static_cast<android::status_t>(transaction.flags) : android::OK;
@@ -35,11 +35,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   const sp<IBinder> listener = new android::BBinder;
   forEachTransaction({data, size}, [&](const Transaction& transaction) {
     answerer->transaction = transaction;
-    answerer->asked = 0;
+    answerer->requests = 0;
     Input arguments(transaction.answers);
     const android::binder::Status status =
         interfaces()[transaction.interface].call(transaction.code, answerer, &arguments, listener);
-    FUZZ_CHECK(answerer->asked == 1 || (answerer->asked == 0 && !status.isOk()));
+    FUZZ_CHECK(answerer->requests == 1 || (answerer->requests == 0 && !status.isOk()));
   });
   return 0;
 }

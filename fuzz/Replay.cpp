@@ -1,5 +1,5 @@
-/* The main() of the fuzzers where there is no libFuzzer: runs the inputs that are named, and those in the
- * directories that are. */
+/* The main() of the fuzzers where there is no libFuzzer: runs the given inputs, and those in the given
+ * directories. */
 #include <filesystem>
 #include <fstream>
 #include <iterator>
@@ -7,32 +7,24 @@
 
 #include "Fuzz.h"
 
-namespace {
-
-void replay(const std::filesystem::path& file) {
-  std::ifstream stream(file, std::ios::binary);
-  FUZZ_CHECK(stream.is_open());
-  const std::string contents{std::istreambuf_iterator<char>(stream), {}};
-  // In memory of its own, so that the address sanitizer sees a read past the end.
-  const std::vector<uint8_t> input(contents.begin(), contents.end());
-  if (LLVMFuzzerTestOneInput(input.data(), input.size()) != 0) std::abort();
-}
-
-}  // namespace
-
 int main(int argc, char** argv) {
-  int count = 0;
+  namespace fs = std::filesystem;
+  std::vector<fs::path> files;
   for (const char* name : std::span<char*>(argv, static_cast<size_t>(argc)).subspan(1)) {
-    if (!std::filesystem::is_directory(name)) {
-      replay(name);
-      ++count;
-      continue;
-    }
-    for (const auto& entry : std::filesystem::directory_iterator(name)) {
-      replay(entry.path());
-      ++count;
+    if (fs::is_directory(name)) {
+      files.insert(files.end(), fs::directory_iterator(name), fs::directory_iterator());
+    } else {
+      files.emplace_back(name);
     }
   }
-  std::printf("%d inputs\n", count);
-  return count > 0 ? 0 : 1;
+  for (const fs::path& file : files) {
+    std::ifstream stream(file, std::ios::binary);
+    FUZZ_CHECK(stream.is_open());
+    // A vector of exact size, so that the address sanitizer reports a read past the end.
+    const std::string contents{std::istreambuf_iterator<char>(stream), {}};
+    const std::vector<uint8_t> input(contents.begin(), contents.end());
+    FUZZ_CHECK(LLVMFuzzerTestOneInput(input.data(), input.size()) == 0);
+  }
+  std::printf("%zu inputs\n", files.size());
+  return files.empty() ? 1 : 0;
 }

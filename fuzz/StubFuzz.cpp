@@ -1,4 +1,4 @@
-/* Transactions of any kind to the stubs of all interfaces. */
+/* Sends transactions to the stubs of all interfaces. */
 #include "Binders.h"
 #include "Interfaces.h"
 #include "Transaction.h"

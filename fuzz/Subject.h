@@ -1,5 +1,5 @@
-/* Defines the function COM_QV_INTERFACE(), which gives the Interface made of the rows in COM_QV_METHODS.
- * Included once for each; Interfaces.cpp holds the rest. */
+/* Defines the function COM_QV_INTERFACE(), which returns the Interface for the rows in COM_QV_METHODS.
+ * Included once for each interface, by Interfaces.cpp. */
 
 #define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)
 #define COM_QV_BN COM_QV_CAT(Bn, COM_QV_INTERFACE)

@@ -5,22 +5,21 @@
 
 namespace vesk::fuzz {
 
-/** One of the transactions of which the inputs of StubFuzz and ProxyFuzz consist. */
+/** An input of StubFuzz or ProxyFuzz is a sequence of these. */
 struct Transaction {
-  /** Its place among interfaces(). */
+  /** An index into interfaces(). */
   uint8_t interface;
-  /** For a stub: `data` is all there is, and no token stands before it. For a proxy: the transaction fails
-   * with `flags`. */
+  /** For a stub: no token precedes `data`. For a proxy: the transaction fails with the status `flags`. */
   bool isRaw;
   uint32_t code;
   uint32_t flags;
-  /** For a stub: what its method answers. For a proxy: the arguments. */
+  /** For a stub: the results of its method. For a proxy: the arguments. */
   Bytes answers;
-  /** The arguments that a stub gets or the reply that a proxy gets. */
+  /** For a stub: the arguments. For a proxy: the reply. */
   Bytes data;
 };
 
-/** No more of one input, so that the inputs stay small. */
+/** The limit for one input, which keeps inputs small. */
 constexpr int kMostTransactions = 32;
 
 template <class F>
@@ -34,7 +33,7 @@ void forEachTransaction(Bytes bytes, F f) {
     const uint8_t head = input.byte();
     transaction.interface = static_cast<uint8_t>(head % interfaces().size());
     const uint32_t methods = interfaces()[transaction.interface].methods;
-    // One of the methods, or 0xffff and so on, down, for what is none.
+    // 0xffff and down select a special code, everything else a method.
     const uint16_t code = input.number<uint16_t>();
     const size_t special = 0xffffu - code;
     transaction.code = special < std::size(kSpecial) ? kSpecial[special] : 1 + code % (methods + 1);

@@ -10,8 +10,9 @@
 #include <vector>
 
 #include "Fuzz.h"
+#include "ipc/Marshal.h"
 
-/* Arguments of the interfaces' methods: made of an input, looked at, compared. */
+/* Arguments of the interfaces' methods: made from an input, read, compared. */
 namespace vesk::fuzz {
 
 template <class T>
@@ -21,7 +22,7 @@ struct Pointee<android::sp<Interface>> {
   using type = Interface;
 };
 
-/** `object` serves where a listener is wanted. */
+/** Makes a value from the input; `object` is used for a listener. */
 template <class T>
 T make(Input* input, const android::sp<android::IBinder>& object) {
   if constexpr (std::is_same_v<T, int32_t>) {
@@ -46,18 +47,13 @@ T make(Input* input, const android::sp<android::IBinder>& object) {
   }
 }
 
-inline void look(int32_t) {}
-inline void look(bool value) { touch(&value, sizeof(value)); }
-inline void look(const std::string& value) { touch(value); }
-inline void look(const com::qv::CommonParcelable& value) {
-  touch(value.blob().c_str(), value.blob().length() + 1);
-}
-inline void look(const std::vector<int32_t>& value) { touch(value.data(), value.size() * sizeof(int32_t)); }
-template <class Interface>
-void look(const android::sp<Interface>& value) {
-  if (const auto binder = android::IInterface::asBinder(value); binder != nullptr) {
-    touch(binder->getInterfaceDescriptor().c_str(), binder->getInterfaceDescriptor().size());
-    binder->pingBinder();
+/** Reads every byte of the value. */
+template <class T>
+void look(const T& value) {
+  android::Parcel parcel;
+  com::qv::write(&parcel, value);
+  if constexpr (requires { android::IInterface::asBinder(value); }) {
+    if (value != nullptr) android::IInterface::asBinder(value)->pingBinder();
   }
 }
 
@@ -74,7 +70,7 @@ inline bool same(const std::vector<com::qv::CommonParcelable>& a,
                     [](const auto& x, const auto& y) { return same(x, y); });
 }
 
-/** What a service answers. Most answers are ok. */
+/** The status of a reply, in most cases ok. */
 inline android::binder::Status makeStatus(Input* input) {
   using android::binder::Status;
   switch (const uint8_t choice = input->byte(); choice) {
@@ -89,7 +85,7 @@ inline android::binder::Status makeStatus(Input* input) {
   }
 }
 
-/** Calls one method with arguments of the input. A call that fails leaves its out-values alone. */
+/** Calls one method with arguments from the input. A failed call must change no out-argument. */
 template <class Interface, class... Parameters>
 android::binder::Status callWith(Interface* proxy,
                                  android::binder::Status (Interface::*method)(Parameters...),
