@@ -5,22 +5,22 @@
 
 namespace vesk::bench {
 
-/** How many bytes go there and back. */
-struct Exchange {
+/** The bytes of a request and its reply. */
+struct FrameSizes {
   size_t request;
   size_t reply;
 };
 
 /**
- * What everything is compared with: stream sockets that carry as many bytes each way, and nothing else. To be
- * made before the process of the other ends is started.
+ * The baseline: pairs of stream sockets that carry the bytes of a request and its reply, without any other
+ * work. To be made before the process that serves them is started.
  */
 class BarePairs {
  public:
-  BarePairs(size_t count, Exchange exchange);
+  BarePairs(size_t count, FrameSizes sizes);
 
   void call(size_t pair) const;
-  /** In the other process: answers for ever. */
+  /** In the other process: answers all calls. Does not return. */
   void serve(size_t pair) const;
 
   size_t count() const { return pairs_.size(); }
@@ -30,7 +30,7 @@ class BarePairs {
     int ends[2];
   };
 
-  Exchange exchange_;
+  FrameSizes sizes_;
   std::vector<Pair> pairs_;
 };
 

@@ -1,6 +1,6 @@
 /*
- * Whole C calls from an application to a service process, next to bare sockets: calls of several sizes from
- * one thread, and the smallest of them from many threads.
+ * C calls from an application to a service process, compared with bare sockets: calls of several sizes from
+ * one thread, and a short call from many threads.
  */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
@@ -46,7 +46,7 @@ class ConfigService : public com::qv::DefaultConfigService {
   }
 
  private:
-  /** Each with bytes of its own, as records have that are not all the same. */
+  /** Each record has its own buffer, as different records have. */
   static std::vector<CommonParcelable> records() {
     std::vector<CommonParcelable> all;
     for (size_t i = 0; i < kListSize; ++i) all.push_back(emptyRecord<VESK_RTP_STATUS_SIZE>());
@@ -63,10 +63,10 @@ class DatabaseService : public com::qv::DefaultDatabaseService {
   }
 };
 
-/** One C function, and what it sends and gets. */
+/** A C function, and the sizes of its frames. */
 struct Function {
   const char* name;
-  Exchange exchange;
+  FrameSizes sizes;
   void (*call)();
 };
 
@@ -82,14 +82,14 @@ std::vector<Function> functions() {
   CommonParcelable record;
   std::vector<CommonParcelable> list;
   return {
-      {"make_call", weighMakeCall(), makeCall},
+      {"make_call", makeCallSizes(), makeCall},
       {"get_network_status",
-       weigh<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getNetworkStatus(&record); }),
+       frameSizes<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getNetworkStatus(&record); }),
        [] {
          char status[VESK_NETWORK_STATUS_SIZE];
          check(binder_get_network_status(status) == 0);
        }},
-      {"phonebook_contact_create", weigh<BpDatabaseService, DatabaseService>([&](auto* proxy) {
+      {"phonebook_contact_create", frameSizes<BpDatabaseService, DatabaseService>([&](auto* proxy) {
          proxy->phonebookContactCreate(0, emptyRecord<VESK_CONTACT_SIZE>(), &number);
        }),
        [] {
@@ -97,7 +97,7 @@ std::vector<Function> functions() {
          check(binder_phonebook_contact_create(0, contact) == 0);
        }},
       {"list_of_100_records",
-       weigh<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getRtpStatus(&list); }),
+       frameSizes<BpConfigService, ConfigService>([&](auto* proxy) { proxy->getRtpStatus(&list); }),
        [] {
          char records[kListSize * VESK_RTP_STATUS_SIZE];
          check(binder_get_rtp_status(records, kListSize) == static_cast<int>(kListSize));
@@ -131,8 +131,8 @@ int main(int argc, char** argv) {
   std::vector<Function> all = functions();
   std::vector<BarePairs> single;
   single.reserve(all.size());
-  for (const Function& function : all) single.emplace_back(1, function.exchange);
-  const BarePairs many(static_cast<size_t>(kThreadCounts.back()), all.front().exchange);
+  for (const Function& function : all) single.emplace_back(1, function.sizes);
+  const BarePairs many(static_cast<size_t>(kThreadCounts.back()), all.front().sizes);
 
   const Child bare([&] {
     std::vector<std::thread> threads;
@@ -144,7 +144,7 @@ int main(int argc, char** argv) {
     threads.front().join();
   });
   const Child service(serveAll);
-  if (!connectAll()) fatal("connecting");
+  if (!connectAll()) fatal("connect");
 
   for (size_t i = 0; i < all.size(); ++i) {
     registerCalls(all[i].name, "stream", {bare.pid()}, [&pairs = single[i]] { pairs.call(0); });

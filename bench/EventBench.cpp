@@ -1,5 +1,5 @@
-/* An event from a service process to the callback of one application, and to those of many in turn, next to
- * bare sockets. */
+/* An event from a service process to the callback of one application, and to 64 of them in turn, compared
+ * with bare sockets. */
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <com/qv/ICallService.h>
@@ -12,8 +12,8 @@
 #include <vector>
 
 #include "BarePairs.h"
+#include "FrameSizes.h"
 #include "Measure.h"
-#include "Scales.h"
 
 using android::sp;
 using android::binder::Status;
@@ -53,8 +53,8 @@ class Listener : public com::qv::DefaultCallEventListener {
   Status callInfoChangedEvent(const CommonParcelable&) override { return Status::ok(); }
 };
 
-Exchange weighEvent() {
-  return weigh<com::qv::BpCallEventListener, Listener>(
+FrameSizes eventSizes() {
+  return frameSizes<com::qv::BpCallEventListener, Listener>(
       [](auto* proxy) { proxy->callInfoChangedEvent(callInfo()); });
 }
 
@@ -63,7 +63,7 @@ void application() {
   if (!connect_call_service(nullptr, nullptr, nullptr, nullptr, nullptr, onCallInfo, nullptr, nullptr,
                             nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr, nullptr,
                             nullptr, nullptr)) {
-    fatal("connecting");
+    fatal("connect");
   }
   for (;;) ::pause();
 }
@@ -72,7 +72,7 @@ void application() {
 
 int main(int argc, char** argv) {
   const PrivateRuntimeDir runtimeDir;
-  const BarePairs pairs(kApplications, weighEvent());
+  const BarePairs pairs(kApplications, eventSizes());
   std::vector<std::unique_ptr<Child>> bare;
   std::vector<std::unique_ptr<Child>> applications;
   for (size_t i = 0; i < kApplications; ++i) {
@@ -100,7 +100,6 @@ int main(int argc, char** argv) {
     return result;
   };
   registerCalls("event", "stream", pids(bare), [&] { pairs.call(0); });
-  // Which of the applications has connected first is open.
   registerCalls("event", "library", pids(applications), [&] { send(0); });
   const std::vector<int> once = {1};
   registerThreads("broadcast_to_64", "stream", once, [&](size_t) {

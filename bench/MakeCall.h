@@ -4,11 +4,11 @@
 
 #include <string>
 
-#include "Scales.h"
+#include "FrameSizes.h"
 
 namespace vesk::bench {
 
-/* The call that is compared with everything: two small arguments, one number back. */
+/* The short call of all comparisons: two small arguments and a number as the result. */
 
 constexpr int kLine = 1;
 constexpr const char* kNumber = "2001";
@@ -21,9 +21,9 @@ class CallService : public com::qv::DefaultCallService {
   }
 };
 
-inline Exchange weighMakeCall() {
+inline FrameSizes makeCallSizes() {
   int32_t result;
-  return weigh<com::qv::BpCallService, CallService>(
+  return frameSizes<com::qv::BpCallService, CallService>(
       [&](auto* proxy) { proxy->makeCall(kLine, kNumber, &result); });
 }
 

@@ -13,7 +13,7 @@
 
 namespace vesk::bench {
 
-/** The processor time, of this process and others, that a benchmark's calls take. */
+/** Measures the processor time that a benchmark's calls take in this process and in others. */
 class CpuMeter {
  public:
   CpuMeter(benchmark::State* state, const std::vector<pid_t>& others)
@@ -37,7 +37,7 @@ class CpuMeter {
   double before_;
 };
 
-/** Registers a call between this process and others: back to back, and one each two milliseconds. */
+/** Registers a call to other processes twice: back to back, and once in two milliseconds. */
 inline void registerCalls(const std::string& name, const std::string& way, const std::vector<pid_t>& others,
                           const std::function<void()>& call) {
   benchmark::RegisterBenchmark(("back_to_back/" + name + "/" + way).c_str(), [=](benchmark::State& state) {
@@ -60,7 +60,7 @@ inline void registerCalls(const std::string& name, const std::string& way, const
       ->Iterations(100);
 }
 
-/** Registers a call that many threads make at once; `call` gets the thread's number. */
+/** Registers a call that several threads make at once. `call` receives the number of the thread. */
 inline void registerThreads(const std::string& name, const std::string& way,
                             const std::vector<int>& threadCounts, const std::function<void(size_t)>& call) {
   for (const int threads : threadCounts) {
@@ -81,7 +81,7 @@ inline void registerThreads(const std::string& name, const std::string& way,
                                      own.push_back(took.count());
                                    }
                                    state.SetItemsProcessed(state.iterations());
-                                   // All threads have left the loop before any of them comes here.
+                                   // The end of the loop is a barrier for all threads.
                                    if (thread != 0) return;
                                    std::vector<double> all;
                                    for (const std::vector<double>& some : *latencies)

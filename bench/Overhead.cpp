@@ -31,7 +31,6 @@ namespace {
 constexpr int kLine = 1;
 constexpr size_t kListSize = 100;
 
-/** The codes of the methods that are called here. */
 enum : uint32_t {
   kCloseCall = 3,
   kMakeCall = 14,
@@ -66,7 +65,7 @@ void check(bool fine) {
   if (!fine) fatal("a call failed");
 }
 
-/** A service, for the calls by hand. */
+/** A service for the calls that are written by hand. */
 struct Service {
   IBinder* binder;
   const String16* descriptor;
@@ -83,7 +82,7 @@ void put(const char* name, const sp<Answers>& answers, const String16& descripto
 template <size_t kSize>
 const std::array<char, kSize> kRecord{};
 
-/** Opens a request, has `write` add its arguments, and has `read` take the values of the reply. */
+/** Makes one transaction: `write` adds the arguments, `read` takes the results. */
 template <class Write, class Read>
 void transact(const Service& service, uint32_t code, Write write, Read read) {
   Parcel data;

@@ -5,19 +5,19 @@
 
 namespace vesk::bench {
 
-/** One call, made in two ways. */
+/** A call through the library, and the same transaction written by hand. */
 struct OverheadCase {
   const char* name;
   void (*library)();
-  /** The same transaction as one would write it for this call alone, without the library. */
+  /** Written for this call alone, without the library. */
   void (*byHand)();
-  /** Allocations that the library may need, which are those that its answer or its text forces. */
+  /** The allocations that the text or the answer forces on the library. */
   size_t allocations;
 };
 
 /**
- * Registers objects of this process that answer each transaction at once, and connects the library to them.
- * Needs a private runtime directory. Ends the program if something fails, as the calls do, too.
+ * Registers services of this process that answer at once, and connects the library to them. Needs a private
+ * runtime directory. A failure here, or in one of the calls, ends the program.
  */
 void connectToLocalServices();
 

@@ -1,5 +1,5 @@
-/* What the library adds to a transaction: C calls to objects of the same process, which answer at once, next
- * to the same transactions made by hand. */
+/* The overhead of the library: C calls to services of the same process, compared with the same transactions
+ * written by hand. */
 #include <benchmark/benchmark.h>
 
 #include <string>

@@ -1,5 +1,5 @@
 /*
- * OverheadCount: lists the cases of OverheadBench, and how often each has the library ask for memory.
+ * OverheadCount: lists the cases of OverheadBench with their numbers of allocations.
  * OverheadCount CASE library|by_hand CALLS: makes that many calls of one case within countedCalls(), for
  * callgrind to count their instructions.
  */
@@ -31,7 +31,7 @@ int main(int argc, char** argv) {
   for (const OverheadCase& one : overheadCases()) {
     if (std::string_view(argv[1]) != one.name) continue;
     void (*const call)() = std::string_view(argv[2]) == "library" ? one.library : one.byHand;
-    // What the first call alone needs, such as the loader's look for the functions, isn't counted.
+    // The first call also resolves symbols, so it is not counted.
     call();
     countedCalls(call, std::atoi(argv[3]));
     return 0;

@@ -1,5 +1,5 @@
-/* The smallest call as a D-Bus method of systemd's library, between two processes directly and through a
- * daemon of our own. */
+/* The short call as a D-Bus method of systemd's library, between two processes directly and through a private
+ * daemon. */
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>
@@ -95,7 +95,7 @@ int main(int argc, char** argv) {
   const std::string socket = directory.path() + "/bus";
   const std::string address = "unix:path=" + socket;
 
-  const BarePairs pairs(1, weighMakeCall());
+  const BarePairs pairs(1, makeCallSizes());
   int ends[2];
   if (::socketpair(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0, ends) != 0) fatal("socketpair");
   const Child bare([&] { pairs.serve(0); });

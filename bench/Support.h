@@ -8,7 +8,7 @@
 
 namespace vesk::bench {
 
-/** A meeting place of this program and its children alone, where nothing is logged. To be made first. */
+/** A BINDER_RUNTIME_DIR for this program and its children; also turns the log off. To be made first. */
 class PrivateRuntimeDir {
  public:
   PrivateRuntimeDir();
@@ -22,8 +22,8 @@ class PrivateRuntimeDir {
   std::string path_;
 };
 
-/** Another process, which does `work` and ends with this one. To be made while this one has no thread yet and
- * has not called anybody. */
+/** A child process that runs `work`, and is killed when this process ends. To be made before this process has
+ * started a thread or made a call. */
 class Child {
  public:
   explicit Child(const std::function<void()>& work);
@@ -37,10 +37,10 @@ class Child {
   pid_t pid_;
 };
 
-/** Processor time that a process, with all its threads, has used; 0 is this one. */
+/** The processor time that all threads of a process have used; 0 stands for this process. */
 double cpuSeconds(pid_t pid);
 
-/** How long calls took, and the value below which that share of them stayed. */
+/** The value below which that share of the values lies. Reorders them. */
 double percentile(std::vector<double>* values, double share);
 
 [[noreturn]] void fatal(const char* what);

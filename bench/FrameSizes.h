@@ -10,18 +10,18 @@
 
 namespace vesk::bench {
 
-/** Lets a call through and looks at the size of what goes with it. */
-class Scales : public android::BBinder {
+/** Forwards a call to a service, and records the sizes of its frames. */
+class SizeRecorder : public android::BBinder {
  public:
-  explicit Scales(android::sp<android::IBinder> service) : service_(std::move(service)) {}
-  Exchange weighed{};
+  explicit SizeRecorder(android::sp<android::IBinder> service) : service_(std::move(service)) {}
+  FrameSizes sizes{};
 
  protected:
   android::status_t onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                uint32_t flags) override {
     const android::status_t status = service_->transact(code, data, reply, flags);
     constexpr size_t kHeader = sizeof(android::transport::FrameHeader);
-    weighed = {kHeader + data.dataSize(), kHeader + reply->dataSize()};
+    sizes = {kHeader + data.dataSize(), kHeader + reply->dataSize()};
     return status;
   }
 
@@ -29,13 +29,13 @@ class Scales : public android::BBinder {
   android::sp<android::IBinder> service_;
 };
 
-/** The bytes of the frames of a call, which `call` makes by a proxy of a service here. */
+/** The sizes of the frames of a call, which `call` makes by a proxy for a service in this process. */
 template <class Proxy, class Service, class Call>
-Exchange weigh(Call call) {
-  const android::sp<Scales> scales = new Scales(new Service);
-  const android::sp<Proxy> proxy = new Proxy(scales);
+FrameSizes frameSizes(Call call) {
+  const android::sp<SizeRecorder> recorder = new SizeRecorder(new Service);
+  const android::sp<Proxy> proxy = new Proxy(recorder);
   call(proxy.get());
-  return scales->weighed;
+  return recorder->sizes;
 }
 
 }  // namespace vesk::bench
