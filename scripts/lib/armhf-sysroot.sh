@@ -1,7 +1,8 @@
 #!/usr/bin/env bash
-# scripts/lib/armhf-sysroot.sh DIRECTORY: makes a folder with Debian's libraries for armhf, those that building and testing this
-# tree takes. They are downloaded and unpacked there; no other folder of the system changes, nor do the architectures that its
-# dpkg knows. Does nothing if the folder is complete.
+# scripts/lib/armhf-sysroot.sh DIRECTORY: makes a sysroot with the Debian packages for armhf that the build and the tests need.
+#
+# The packages are downloaded and unpacked there; the system and the architectures of its dpkg do not change. Does nothing if
+# the sysroot is complete.
 set -euo pipefail
 source "$(dirname "${BASH_SOURCE[0]}")/setup.sh"
 
@@ -11,10 +12,10 @@ packages=(libc6 libgcc-s1 libstdc++6
 [ $# -eq 1 ] || die "needs the name of the folder"
 mkdir -p "$1"
 sysroot=$(cd "$1" && pwd)
-# Holds the names of the packages when all are there; until then it marks the folder as ours to clear.
+# Lists the packages of a complete sysroot. An empty file marks an incomplete one, which may be cleared.
 mark=$sysroot/.packages
 [ "$(cat "$mark" 2>/dev/null || true)" != "${packages[*]}" ] || exit 0
-[ -e "$mark" ] || [ -z "$(ls -A "$sysroot")" ] || die "$sysroot holds something else"
+[ -e "$mark" ] || [ -z "$(ls -A "$sysroot")" ] || die "$sysroot is not empty, and no sysroot of this script"
 
 command -v apt-get >/dev/null || die "unpack these packages for armhf, and those they depend on, in $sysroot: ${packages[*]}"
 say "making $sysroot"
@@ -25,7 +26,7 @@ apt=$(mktemp -d)
 trap 'rm -rf "$apt"' EXIT
 mkdir -p "$apt"/{state,cache,packages}
 : >"$apt/status"
-# The system's sources, and all else of our own. A user has no right to change to apt's.
+# The package sources of the system, but separate state and cache. Without root, apt cannot switch to its sandbox user.
 cat >"$apt/apt.conf" <<CONF
 APT::Architecture "armhf";
 APT::Architectures { "armhf"; };
@@ -37,12 +38,12 @@ Dir::Cache "$apt/cache";
 CONF
 export APT_CONFIG=$apt/apt.conf
 
-# One list that can't be had, of updates or of a foreign source, does no harm if the packages are in the others.
+# A list that cannot be updated does no harm if the other lists have the packages.
 updated=0
 apt-get update -q >"$apt/log" 2>&1 </dev/null || updated=$?
 if ! (cd "$apt/packages" && quietly apt-get download -q "${packages[@]}"); then
   [ "$updated" -eq 0 ] || cat "$apt/log" >&2
-  die "the packages for armhf can't be had from the sources of this system's apt"
+  die "this system's apt sources do not provide the packages for armhf"
 fi
 for package in "$apt"/packages/*.deb; do
   dpkg-deb -x "$package" "$sysroot"

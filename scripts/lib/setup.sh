@@ -1,5 +1,6 @@
 # shellcheck shell=bash
-# What the scripts share: where the tree is, what has to be installed, how a preset is built. To be sourced.
+# Functions of the scripts, to be sourced: messages, installation of packages, configuring and building. Changes to the root
+# of the tree.
 
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/../.." && pwd)
 cd "$root" || exit
@@ -16,7 +17,7 @@ die() {
   exit 1
 }
 
-# quietly COMMAND...: shows what the command prints only if it fails.
+# quietly COMMAND...: runs the command, and prints its output only if it fails.
 quietly() {
   local log status=0
   log=$(mktemp)
@@ -37,7 +38,7 @@ as_root() {
   fi
 }
 
-# need WHAT:PACKAGE...: installs the Debian packages whose command, or file if it begins with '/', is missing.
+# need COMMAND:PACKAGE... or FILE:PACKAGE...: installs the Debian packages whose command or (absolute) file is missing.
 need() {
   local entry what packages=()
   for entry in "$@"; do
@@ -56,7 +57,7 @@ need() {
   quietly as_root apt-get install -q -y --no-install-recommends "${packages[@]}"
 }
 
-# What configuring and building any preset takes.
+# Installs the packages that configuring and building any preset needs.
 need_tools() {
   need cmake:cmake ninja:ninja-build gcc:gcc g++:g++ pkg-config:pkg-config \
     /usr/include/gtest/gtest.h:libgtest-dev /usr/include/sqlite3.h:libsqlite3-dev \
@@ -69,7 +70,7 @@ configure() {
   quietly cmake --preset "$1"
 }
 
-# build PRESET [NINJA TARGET...]: shows progress on a terminal, and nothing but failures elsewhere.
+# build PRESET [TARGET...]: prints progress on a terminal, and only failures elsewhere.
 build() {
   local preset=$1
   shift

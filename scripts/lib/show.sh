@@ -1,11 +1,11 @@
 #!/usr/bin/env bash
-# scripts/lib/show.sh DIRECTORY: the show of scripts/demo, with the programs in DIRECTORY. Exits with 0 if all went well.
+# scripts/lib/show.sh DIRECTORY: runs the demo with the programs in DIRECTORY. Exits with 0 if every step succeeded.
 set -euo pipefail
 bin=$1
 
 BINDER_RUNTIME_DIR=$(mktemp -d)
 export BINDER_RUNTIME_DIR
-# The library's own log lines would get between the application's.
+# Keeps log lines out of the application's output.
 export ANDROID_LOG_TAGS='*:S'
 device=
 application=
@@ -58,15 +58,15 @@ wait "$application"
 application=
 
 if [ -z "$killed" ]; then
-  echo "the application did not come to the outage" >&2
+  echo "the application ended before the outage" >&2
   exit 1
 fi
 
 echo
-echo "== a walk through all six services, with another application"
+echo "== another application, which uses all six services"
 timeout 60 "$bin/device_tour"
 
 kill -TERM "$device"
 wait "$device"
 device=
-echo "== vesk-device ended when it was told to"
+echo "== vesk-device has ended on SIGTERM"

@@ -1,13 +1,12 @@
 #!/usr/bin/env bash
-# commands.sh PAGE: the commands of a page work as printed. Runs its blocks of "sh", one after the other in one shell, in a tree
-# that looks as after scripts/test, with a home of its own. A block of "text" behind them is what they print: its lines have to
-# come in their order, and "…" once in a line stands for anything; others may come in between. CMakeLists.txt beside this file
-# sets the variables in capitals.
+# commands.sh PAGE: checks the commands and outputs of a page. Runs its "sh" blocks in one shell, with a home of its own, in a
+# tree as scripts/test leaves it. The lines of a "text" block must appear in the output of the block before it, in order; other
+# lines may come in between, and one "…" in a line matches any text. CMakeLists.txt sets SOURCE_DIR and BUILD_DIR.
 set -euo pipefail
 
 work=$(mktemp -d "${TMPDIR:-/tmp}/vesk-docs.XXXXXX")
 commands=
-# timeout makes a process group of what the page starts.
+# timeout puts the processes of the page into a group.
 trap 'kill -KILL -- "-$commands" 2>/dev/null || true; rm -rf "$work"' EXIT
 mkdir -p "$work/home" "$work/runtime" "$work/tree/build"
 for entry in "$SOURCE_DIR"/*; do
@@ -27,14 +26,14 @@ while IFS= read -r line; do
       echo "} >'$work/out.$block' 2>&1" >>"$work/script"
       ;;
     '```text')
-      [ "$block" -gt 0 ] || { echo "$1: an output without commands before it"; exit 1; }
+      [ "$block" -gt 0 ] || { echo "$1: an output without commands"; exit 1; }
       expected+=("$block")
       while IFS= read -r line && [ "$line" != '```' ]; do printf '%s\n' "$line"; done >"$work/expected.$block"
       ;;
   esac
 done <"$SOURCE_DIR/$1"
 if [ "$block" -eq 0 ] || [ ${#expected[@]} -eq 0 ]; then
-  echo "$1: no commands, or nothing that they print"
+  echo "$1: no commands, or no output"
   exit 1
 fi
 
@@ -59,7 +58,7 @@ for block in "${expected[@]}"; do
   while IFS= read -r wanted; do
     [ "$wanted" != ... ] || continue
     while true; do
-      IFS= read -r -u "$output" line || { echo "$1: in vain waited for '$wanted' in:"; cat "$work/out.$block"; exit 1; }
+      IFS= read -r -u "$output" line || { echo "$1: '$wanted' is missing in:"; cat "$work/out.$block"; exit 1; }
       ! matches "$line" "$wanted" || break
     done
   done <"$work/expected.$block"

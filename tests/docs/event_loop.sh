@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# event_loop.sh DIRECTORY: the example event_loop is there before the device, survives its death, and ends when it is told to.
+# event_loop.sh DIRECTORY: the example event_loop waits for the device, survives its death, and ends on SIGTERM.
 set -euo pipefail
 bin=$1
 
@@ -28,7 +28,7 @@ wait_for() {
     printf '%s\n' "$line"
     [ "$line" != "$1" ] || return 0
   done
-  echo "in vain waited for: $1"
+  echo "timed out waiting for: $1"
   return 1
 }
 

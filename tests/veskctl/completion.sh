@@ -1,5 +1,5 @@
 #!/usr/bin/env bash
-# completion.sh PROGRAM DIRECTORY: what bash offers at the end of a command line.
+# completion.sh PROGRAM DIRECTORY: checks the candidates that bash offers at the end of command lines.
 set -euo pipefail
 program=$(realpath "$1")
 # shellcheck disable=SC1091
@@ -8,7 +8,7 @@ complete -p veskctl >/dev/null
 
 failures=0
 
-# expect LINE CANDIDATES: of the line's words, cut as readline cuts them; the candidates on one line, with a | between.
+# expect LINE CANDIDATES: splits the line as readline does. The candidates are separated by |.
 expect() {
   local line=$1 word rest piece
   COMP_WORDS=()
@@ -25,7 +25,7 @@ expect() {
   [[ $line != *' ' ]] || COMP_WORDS+=('')
   COMP_CWORD=$((${#COMP_WORDS[@]} - 1))
   COMPREPLY=()
-  _veskctl "$program" || true # readline does not look at it
+  _veskctl "$program" || true # readline ignores the status
   local got
   got=$(printf '%s|' "${COMPREPLY[@]}")
   if [ "${got%|}" != "$2" ]; then

@@ -1,8 +1,8 @@
 #!/usr/bin/env bash
-# man.sh PROGRAM DIRECTORY: the manual has every command, option, type and exit code of the program, and is well-formed.
+# man.sh PROGRAM DIRECTORY: checks that the man page is well-formed and has every command, option, type and exit code.
 set -euo pipefail
 page="$2/veskctl.1"
-# As a reader sees it: without the fonts, with plain hyphens.
+# As rendered: without fonts, with plain hyphens.
 text=$(sed -e 's/^\.[A-Z]* *//' -e 's/\\f[A-Z]//g' -e 's/\\-/-/g' "$page")
 
 failures=0
