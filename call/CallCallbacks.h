@@ -6,7 +6,7 @@
 
 namespace com::qv {
 
-/** What the application wants to be told of: the parameters of connect_call_service, in their order. */
+/** The application's event callbacks: the parameters of connect_call_service, in their order. */
 struct CallCallbacks {
   vesk_call_info_callback dialCallStart;
   vesk_call_value_callback dialCallStop;
@@ -28,7 +28,7 @@ struct CallCallbacks {
   vesk_call_completion_info_callback callCompletionInfoChanged;
 };
 
-/** Those of the current connection. */
-extern Synchronized<CallCallbacks>& callCallbacks;
+/** The callbacks of the current connection. */
+inline constinit Synchronized<CallCallbacks> callCallbacks;
 
 }  // namespace com::qv

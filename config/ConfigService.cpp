@@ -2,21 +2,10 @@
 
 #include <vesk/config.h>
 
-#include "ipc/Immortal.h"
-
 using namespace com::qv;
 
-Service<ConfigClient>& com::qv::configService = immortal<Service<ConfigClient>>();
-
-namespace {
-
-const ReleaseAtExit<ConfigClient> kReleaseAtExit{configService};
-
-}  // namespace
+ClientApi<ConfigClient>& com::qv::configService = ClientApi<ConfigClient>::instance();
 
 bool connect_config_service(vesk_service_died_callback on_service_died) {
-  const auto hook = [](ClientBase* client, const android::wp<android::IBinder>&) {
-    configService.died(client);
-  };
-  return configService.connect(hook, on_service_died, [] {});
+  return configService.connect(on_service_died);
 }

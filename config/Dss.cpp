@@ -12,9 +12,6 @@ using namespace com::qv;
 
 namespace {
 
-using DsskeyConfig = Record<VESK_DSSKEY_CONFIG_SIZE>;
-using MdcDsskeyConfig = Record<VESK_MDC_DSSKEY_CONFIG_SIZE>;
-
 /** A caller's record need not be aligned. */
 template <class T>
 T copyOf(const void* record) {
@@ -28,19 +25,19 @@ T copyOf(const void* record) {
 /* DSS keys */
 
 int binder_get_dsskey_pages(int value) {
-  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDsskeyPages, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, &IConfigService::getDsskeyPages, value);
 }
 int binder_get_dsskey_numbers(int value) {
-  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getDsskeyNumbers, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, &IConfigService::getDsskeyNumbers, value);
 }
 int binder_get_empty_dss_url_index(int value) {
-  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getEmptyDssUrlIndex, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, &IConfigService::getEmptyDssUrlIndex, value);
 }
 int binder_dss_memory_disable_auto_line(int value) {
-  return configService.value(ConfigService::isDssMemoryDisableAutoLine, value);
+  return configService.value(&IConfigService::isDssMemoryDisableAutoLine, value);
 }
 int binder_get_dss_display(int a, int b, int c, void* display) {
-  if (configService.fetch<VESK_DSS_DISPLAY_SIZE>(display, ConfigService::getDsskeyDisplay, a, b, c) != 0) {
+  if (configService.fetch<VESK_DSS_DISPLAY_SIZE>(display, &IConfigService::getDsskeyDisplay, a, b, c) != 0) {
     return -1;
   }
   const auto shown = copyOf<vesk_dss_display>(display);
@@ -51,13 +48,14 @@ int binder_get_dss_display(int a, int b, int c, void* display) {
   return 0;
 }
 int binder_get_dsskey_config(int a, int b, int c, void* dsskey) {
-  return configService.fetch<VESK_DSSKEY_CONFIG_SIZE>(dsskey, ConfigService::getDsskeyConfig, a, b, c);
+  return configService.fetch<VESK_DSSKEY_CONFIG_SIZE>(dsskey, &IConfigService::getDsskeyConfig, a, b, c);
 }
 int binder_set_dsskey_config(int a, int b, int c, const char* dsskey) {
-  return configService.send(ConfigService::setDsskeyConfig, a, b, c, DsskeyConfig{dsskey});
+  return configService.send(&IConfigService::setDsskeyConfig, a, b, c,
+                            Record{dsskey, VESK_DSSKEY_CONFIG_SIZE});
 }
 int binder_get_dss_icon_name(int index, void* name) {
-  return configService.fetch<VESK_DSS_ICON_NAME_SIZE>(name, ConfigService::getDssIconName, index);
+  return configService.fetch<VESK_DSS_ICON_NAME_SIZE>(name, &IConfigService::getDssIconName, index);
 }
 
 /* Values of DSS keys in words */
@@ -65,50 +63,52 @@ int binder_get_dss_icon_name(int index, void* name) {
 int binder_formatting_dsskey_value(const char* dsskey, int* type, char* buffer, int size) {
   if (dsskey == nullptr || buffer == nullptr || size <= 0) return -1;
   vesk_dsskey_value value{};
-  if (configService.fetch<VESK_DSSKEY_VALUE_SIZE>(&value, ConfigService::formattingDsskeyValue,
-                                                  DsskeyConfig{dsskey}) != 0) {
+  if (configService.fetch<VESK_DSSKEY_VALUE_SIZE>(&value, &IConfigService::formattingDsskeyValue,
+                                                  Record{dsskey, VESK_DSSKEY_CONFIG_SIZE}) != 0) {
     return -1;
   }
   if (type != nullptr) *type = value.type;
   return Truncate{buffer, size}.store(std::string(value.text, strnlen(value.text, sizeof(value.text))));
 }
 int binder_parsing_dsskey_value(int type, const char* text, void* dsskey) {
-  if (dsskey == nullptr) return -1;
+  // Without a client nothing of the arguments is read.
+  if (dsskey == nullptr || configService.proxy() == nullptr) return -1;
   vesk_dsskey_value value{};
   value.type = type;
   if (text != nullptr) std::snprintf(value.text, sizeof(value.text), "%s", text);
-  return configService.fetch<VESK_DSSKEY_CONFIG_SIZE>(dsskey, ConfigService::parsingDsskeyValue,
-                                                      Record<VESK_DSSKEY_VALUE_SIZE>{&value});
+  return configService.fetch<VESK_DSSKEY_CONFIG_SIZE>(dsskey, &IConfigService::parsingDsskeyValue,
+                                                      Record{&value, VESK_DSSKEY_VALUE_SIZE});
 }
 
 /* Expansion modules (MDC) */
 
 int binder_get_mdc_dsskey_config(int a, int b, void* mdc_dsskey) {
-  return configService.fetch<VESK_MDC_DSSKEY_CONFIG_SIZE>(mdc_dsskey, ConfigService::getMdcDsskeyConfig, a,
+  return configService.fetch<VESK_MDC_DSSKEY_CONFIG_SIZE>(mdc_dsskey, &IConfigService::getMdcDsskeyConfig, a,
                                                           b);
 }
 int binder_get_mdc_first_dsskey_config(int a, void* mdc_dsskey) {
-  return configService.fetch<VESK_MDC_DSSKEY_CONFIG_SIZE>(mdc_dsskey, ConfigService::getMdcFirstDsskeyConfig,
-                                                          a);
+  return configService.fetch<VESK_MDC_DSSKEY_CONFIG_SIZE>(mdc_dsskey,
+                                                          &IConfigService::getMdcFirstDsskeyConfig, a);
 }
 int binder_set_mdc_dsskey_config(int a, int b, const char* mdc_dsskey) {
-  return configService.send(ConfigService::setMdcDsskeyConfig, a, b, MdcDsskeyConfig{mdc_dsskey});
+  return configService.send(&IConfigService::setMdcDsskeyConfig, a, b,
+                            Record{mdc_dsskey, VESK_MDC_DSSKEY_CONFIG_SIZE});
 }
 
 /* Requests */
 
-void binder_side_dsskey_request(int value) { configService.send(ConfigService::sideDsskeyRequest, value); }
-void binder_func_dsskey_request(int value) { configService.send(ConfigService::funcDsskeyRequest, value); }
-void binder_soft_dsskey_request(int value) { configService.send(ConfigService::softDsskeyRequest, value); }
-void binder_ex_dsskey_request(int value) { configService.send(ConfigService::exDsskeyRequest, value); }
+void binder_side_dsskey_request(int value) { configService.send(&IConfigService::sideDsskeyRequest, value); }
+void binder_func_dsskey_request(int value) { configService.send(&IConfigService::funcDsskeyRequest, value); }
+void binder_soft_dsskey_request(int value) { configService.send(&IConfigService::softDsskeyRequest, value); }
+void binder_ex_dsskey_request(int value) { configService.send(&IConfigService::exDsskeyRequest, value); }
 void binder_opendoor_dsskey_request(int value) {
-  configService.send(ConfigService::opendoorDsskeyRequest, value);
+  configService.send(&IConfigService::opendoorDsskeyRequest, value);
 }
 
 /* Soft keys */
 
 int binder_get_user_softkey_config(int index, void* softkey) {
-  if (configService.fetch<VESK_USER_SOFTKEY_CONFIG_SIZE>(softkey, ConfigService::getUserSoftkeyConfig,
+  if (configService.fetch<VESK_USER_SOFTKEY_CONFIG_SIZE>(softkey, &IConfigService::getUserSoftkeyConfig,
                                                          index) != 0) {
     return -1;
   }
@@ -119,39 +119,40 @@ int binder_get_user_softkey_config(int index, void* softkey) {
   return 0;
 }
 int binder_get_softkey_config_num(int value) {
-  return configService.value(ConfigService::getSoftkeyNum, value);
+  return configService.value(&IConfigService::getSoftkeyNum, value);
 }
 int binder_get_softkey_config_text(int a, int b, char* buffer, int size) {
-  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, ConfigService::getSoftkeyText, a, b);
+  return configService.text(IfNotConnected{-1}, Truncate{buffer, size}, &IConfigService::getSoftkeyText, a,
+                            b);
 }
 int binder_get_softkey_config_key_index(int a, int b) {
-  return configService.value(ConfigService::getSoftkeyConfigKeyIndex, a, b);
+  return configService.value(&IConfigService::getSoftkeyConfigKeyIndex, a, b);
 }
-int binder_set_softkey(int value) { return configService.value(ConfigService::setSoftkey, value); }
-int binder_get_softkey_mode(void) { return configService.value(ConfigService::getSoftkeyMode); }
-int binder_get_softkey_exit_style(void) { return configService.value(ConfigService::getSoftkeyExitStyle); }
+int binder_set_softkey(int value) { return configService.value(&IConfigService::setSoftkey, value); }
+int binder_get_softkey_mode(void) { return configService.value(&IConfigService::getSoftkeyMode); }
+int binder_get_softkey_exit_style(void) { return configService.value(&IConfigService::getSoftkeyExitStyle); }
 int binder_get_softkey_icon_name(int index, void* name) {
-  return configService.fetch<VESK_SOFTKEY_ICON_NAME_SIZE>(name, ConfigService::getSoftkeyIconName, index);
+  return configService.fetch<VESK_SOFTKEY_ICON_NAME_SIZE>(name, &IConfigService::getSoftkeyIconName, index);
 }
 
 /* Expansion modules: URL and layout */
 
 int binder_get_mdc_recombine_url(void* buf) {
-  return configService.fetch<VESK_MDC_RECOMBINE_URL_SIZE>(buf, ConfigService::getMdcValueRecombineUrl,
-                                                          Record<VESK_MDC_RECOMBINE_URL_SIZE>{buf});
+  return configService.fetch<VESK_MDC_RECOMBINE_URL_SIZE>(buf, &IConfigService::getMdcValueRecombineUrl,
+                                                          Record{buf, VESK_MDC_RECOMBINE_URL_SIZE});
 }
 int binder_get_mdc_expand_config(int a, int b, void* out) {
-  return configService.fetch<VESK_MDC_EXPAND_SIZE>(out, ConfigService::getMdcExpandConfig, a, b);
+  return configService.fetch<VESK_MDC_EXPAND_SIZE>(out, &IConfigService::getMdcExpandConfig, a, b);
 }
 int binder_get_exkey_state(int value) {
-  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::getExkeyState, value);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, &IConfigService::getExkeyState, value);
 }
 
 /* List of soft keys */
 
 int binder_get_softkey_list(char* dst, int size) {
-  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getSoftkeyList);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, &IConfigService::getSoftkeyList);
 }
 int binder_set_softkey_list(int value, const char* list) {
-  return configService.value(IfNotConnected{0}, IfFailed{0}, ConfigService::setSoftkeyList, value, list);
+  return configService.value(IfNotConnected{0}, IfFailed{0}, &IConfigService::setSoftkeyList, value, list);
 }

@@ -8,44 +8,34 @@
 
 using namespace com::qv;
 
-namespace {
-
-/** Has `operation` put every element of the list where it belongs. */
-template <class Operation, class Method>
-int fill(Operation operation, Method method) {
-  if (!operation.isUsable()) return -1;
-  return configService.list<Operation::kElementSize>(operation, method) < 0 ? -1 : 0;
-}
-
-}  // namespace
-
 /* Into a buffer */
 
 int binder_get_rtp_status(void* out, int max) {
   const auto put = [out, max](int index, const char* element) {
     if (index >= max) return false;
-    // Where code is to be small, memcpy becomes a slow instruction; this is the C library's fast copy.
+    // Not memcpy: optimised for size, it becomes a slow string instruction.
     std::copy_n(element, VESK_RTP_STATUS_SIZE,
                 static_cast<char*>(out) + VESK_RTP_STATUS_SIZE * static_cast<size_t>(index));
     return true;
   };
-  return configService.list<VESK_RTP_STATUS_SIZE>(put, ConfigService::getRtpStatus);
+  return configService.list<VESK_RTP_STATUS_SIZE>(put, &IConfigService::getRtpStatus);
 }
 
 /* Into an array */
 
 int binder_get_dsskey_icon_changed_arr(const vesk_array* array) {
-  return fill(StoreTo<VESK_DSSKEY_ICON_CHANGED_SIZE>{array}, ConfigService::getDsskeyIconChangedArr);
+  return fill(configService, StoreTo<VESK_DSSKEY_ICON_CHANGED_SIZE>{array},
+              &IConfigService::getDsskeyIconChangedArr);
 }
 int binder_get_pick_up_info(const vesk_array* array) {
-  return fill(StoreTo<VESK_PICK_UP_INFO_SIZE>{array}, ConfigService::getPickUpInfo);
+  return fill(configService, StoreTo<VESK_PICK_UP_INFO_SIZE>{array}, &IConfigService::getPickUpInfo);
 }
 int binder_get_monitor_device(const vesk_array* array) {
-  return fill(AppendTo<VESK_MONITOR_DEVICE_SIZE>{array}, ConfigService::getMonitorDevice);
+  return fill(configService, AppendTo<VESK_MONITOR_DEVICE_SIZE>{array}, &IConfigService::getMonitorDevice);
 }
 int binder_get_qddp_scan_result(const vesk_array* array) {
-  return fill(AppendTo<VESK_QDDP_SCAN_RESULT_SIZE>{array}, ConfigService::getQddpScanResult);
+  return fill(configService, AppendTo<VESK_QDDP_SCAN_RESULT_SIZE>{array}, &IConfigService::getQddpScanResult);
 }
 int binder_get_alarm_logs(const vesk_array* array) {
-  return fill(AppendTo<VESK_ALARM_LOG_SIZE>{array}, ConfigService::getAlarmLogs);
+  return fill(configService, AppendTo<VESK_ALARM_LOG_SIZE>{array}, &IConfigService::getAlarmLogs);
 }

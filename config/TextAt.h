@@ -9,7 +9,7 @@ namespace com::qv {
 struct TextAt {
   const void* record;
   size_t offset;
-  std::string toParameter() const { return static_cast<const char*>(record) + offset; }
+  operator std::string() const { return static_cast<const char*>(record) + offset; }
 };
 
 }  // namespace com::qv

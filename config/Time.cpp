@@ -17,7 +17,7 @@ using namespace com::qv;
 
 namespace {
 
-/** An index and its entry as they are handed out, with the room that each of them is given. */
+/** One entry of the list, cut to the size that is reserved for each. */
 std::string timeZoneText(size_t index, const android::String16& entry) {
   char text[VESK_TIME_ZONE_ENTRY_SIZE] = {};
   std::snprintf(text, sizeof(text), "%d:%s;", static_cast<int>(index), bytesOf(android::String8(entry)));
@@ -29,10 +29,10 @@ std::string timeZoneText(size_t index, const android::String16& entry) {
 /* Time and date */
 
 int binder_timedate_get_config(void* timedate) {
-  return configService.fetch<VESK_TIMEDATE_CONFIG_SIZE>(timedate, ConfigService::timedateGetConfig);
+  return configService.fetch<VESK_TIMEDATE_CONFIG_SIZE>(timedate, &IConfigService::timedateGetConfig);
 }
 int binder_timedate_set_config(const char* timedate) {
-  return configService.value(ConfigService::timedateSetConfig, Record<VESK_TIMEDATE_CONFIG_SIZE>{timedate});
+  return configService.value(&IConfigService::timedateSetConfig, Record{timedate, VESK_TIMEDATE_CONFIG_SIZE});
 }
 
 /* Time zones */
@@ -42,8 +42,8 @@ int binder_get_time_zone(char* buffer, int size) {
   if (service == nullptr) return -1;
   std::vector<android::String16> entries;
   service->getTimeZone(&entries);
-  if (entries.empty()) return 0;
   if (size <= 0) return -1;
+  if (entries.empty()) return 0;
   const auto room = static_cast<size_t>(size);
   if (entries.size() > (room - 1) / VESK_TIME_ZONE_ENTRY_SIZE) return -1;
 
@@ -57,14 +57,14 @@ int binder_get_time_zone(char* buffer, int size) {
   return 0;
 }
 int binder_trans_timezone_cfg_2_index(int cfg) {
-  return configService.value(ConfigService::transTimezonecfg2index, cfg);
+  return configService.value(&IConfigService::transTimezonecfg2index, cfg);
 }
 int binder_trans_timezone_index_2_cfg(int index) {
-  return configService.value(ConfigService::transTimezoneindex2cfg, index);
+  return configService.value(&IConfigService::transTimezoneindex2cfg, index);
 }
 
 /* Default time zone */
 
 int binder_get_default_tzpath(char* dst, int size) {
-  return configService.text(IfNotConnected{0}, Truncate{dst, size}, ConfigService::getDefaultTzPath);
+  return configService.text(IfNotConnected{0}, Truncate{dst, size}, &IConfigService::getDefaultTzPath);
 }

@@ -2,20 +2,14 @@
 #include <com/qv/DatabaseClient.h>
 #include <vesk/database.h>
 
-#include "ipc/Immortal.h"
-#include "ipc/Service.h"
-
-#define COM_QV_INTERFACE DatabaseService
-#define COM_QV_METHODS <com/qv/DatabaseService.def>
-#include "ipc/DeclareRows.h"
+#include "ipc/ClientApi.h"
 
 using namespace com::qv;
 using android::binder::Status;
 
 namespace {
 
-Service<DatabaseClient>& service = immortal<Service<DatabaseClient>>();
-const ReleaseAtExit<DatabaseClient> kReleaseAtExit{service};
+ClientApi<DatabaseClient>& service = ClientApi<DatabaseClient>::instance();
 
 /** Whether a record has its size; if not, the log tells, with the C function's name. */
 bool hasSize(const CommonParcelable& record, int64_t size, const char* function) {
@@ -49,46 +43,44 @@ int store(const char* function, const void* bytes, Status (IDatabaseService::*me
   return hasSize(record, kSize, function) ? result : -1;
 }
 
-using Memo = Record<VESK_MEMO_SIZE>;
-using DoorAccess = Record<VESK_DOOR_ACCESS_SIZE>;
-
 }  // namespace
 
 /* Connecting */
 
 bool connect_database_service(vesk_service_died_callback on_service_died) {
-  const auto hook = [](ClientBase* client, const android::wp<android::IBinder>&) { service.died(client); };
-  return service.connect(hook, on_service_died, [] {});
+  return service.connect(on_service_died);
 }
 
 /* Short messages */
 
 int binder_get_sms_count(int value) {
-  return service.value(IfNotConnected{0}, IfFailed{0}, DatabaseService::getSMSCount, value);
+  return service.value(IfNotConnected{0}, IfFailed{0}, &IDatabaseService::getSMSCount, value);
 }
-void binder_sms_info_request(int value) { service.send(DatabaseService::requestSmsData, value); }
+void binder_sms_info_request(int value) { service.send(&IDatabaseService::requestSmsData, value); }
 int binder_send_sms(int value, const char* first, const char* second) {
-  return service.value(DatabaseService::sendSms, value, first, second);
+  return service.value(&IDatabaseService::sendSms, value, first, second);
 }
-void binder_store_sms_to_draft(const char* sms) { service.send(DatabaseService::storeSmsToDraft, sms); }
-void binder_set_sms_read_done(int sms) { service.send(DatabaseService::setSmsReadDone, sms); }
-void binder_delete_sms(int sms) { service.send(DatabaseService::deleteSms, sms); }
-void binder_delete_sms_all(int value) { service.send(DatabaseService::deleteSmsAll, value); }
+void binder_store_sms_to_draft(const char* sms) { service.send(&IDatabaseService::storeSmsToDraft, sms); }
+void binder_set_sms_read_done(int sms) { service.send(&IDatabaseService::setSmsReadDone, sms); }
+void binder_delete_sms(int sms) { service.send(&IDatabaseService::deleteSms, sms); }
+void binder_delete_sms_all(int value) { service.send(&IDatabaseService::deleteSmsAll, value); }
 
 /* Voice mail */
 
 void binder_get_vsms_count(int value, uint32_t counters[2]) {
-  service.fetch<VESK_VOICE_MAIL_COUNT_SIZE>(counters, DatabaseService::getVoiceSmsCount, value);
+  service.fetch<VESK_VOICE_MAIL_COUNT_SIZE>(counters, &IDatabaseService::getVoiceSmsCount, value);
 }
 
 /* Phonebook */
 
-int binder_phonebook_request(int a, int b) { return service.value(DatabaseService::phonebookRequest, a, b); }
+int binder_phonebook_request(int a, int b) {
+  return service.value(&IDatabaseService::phonebookRequest, a, b);
+}
 int binder_phonebook_part_of_group_request(int value) {
-  return service.value(DatabaseService::phonebookPartOfGroupRequest, value);
+  return service.value(&IDatabaseService::phonebookPartOfGroupRequest, value);
 }
 int binder_phonebook_common_request(int value) {
-  return service.value(DatabaseService::phonebookCommonRequest, value);
+  return service.value(&IDatabaseService::phonebookCommonRequest, value);
 }
 int binder_phonebook_db_request(const void* request) {
   return store<VESK_PHONEBOOK_REQUEST_SIZE>(__func__, request, &IDatabaseService::phonebookDbRequest);
@@ -99,18 +91,18 @@ int binder_phonebook_db_request(const void* request) {
 int binder_phonebook_get_contact_groupid(int contact, int count, void* groups) {
   // In 64 bits, where no count can overflow and a negative one never fits.
   const int64_t size = int64_t{VESK_PHONEBOOK_GROUP_ID_SIZE} * count;
-  return service.fetch(Logged{groups, size, __func__}, DatabaseService::phonebookGetContactGroupId, contact,
+  return service.fetch(Logged{groups, size, __func__}, &IDatabaseService::phonebookGetContactGroupId, contact,
                        count);
 }
 int binder_get_phonebook_groupinfo(int a, int b, void* group) {
   return service.fetch(Logged{group, VESK_PHONEBOOK_GROUP_SIZE, __func__},
-                       DatabaseService::getPhonebookGroupInfo, a, b);
+                       &IDatabaseService::getPhonebookGroupInfo, a, b);
 }
 int binder_phonebook_rm_contact_from_group(int a, int b) {
-  return service.value(DatabaseService::phonebookRemoveContactFromGroup, a, b);
+  return service.value(&IDatabaseService::phonebookRemoveContactFromGroup, a, b);
 }
 int binder_phonebook_add_contact_to_group(int a, int b) {
-  return service.value(DatabaseService::phonebookAddContactToGroup, a, b);
+  return service.value(&IDatabaseService::phonebookAddContactToGroup, a, b);
 }
 int binder_phonebook_add_new_group(const void* group) {
   return store<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookAddNewGroup);
@@ -119,17 +111,17 @@ int binder_phonebook_update_group(const void* group) {
   return store<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookUpdateGroup);
 }
 int binder_phonebook_delete_group(int group) {
-  return service.value(DatabaseService::phonebookDeleteGroup, group);
+  return service.value(&IDatabaseService::phonebookDeleteGroup, group);
 }
 
 /* Contacts of the phonebook */
 
 int binder_phonebook_contact_retrieve(int a, int b, void* contact) {
   return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
-                       DatabaseService::phonebookContactRetrieve, a, b);
+                       &IDatabaseService::phonebookContactRetrieve, a, b);
 }
 int binder_phonebook_contact_delete(int a, int b) {
-  return service.value(DatabaseService::phonebookContactDelete, a, b);
+  return service.value(&IDatabaseService::phonebookContactDelete, a, b);
 }
 int binder_phonebook_contact_create(int value, const void* contact) {
   return store<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactCreate, value);
@@ -138,17 +130,17 @@ int binder_phonebook_contact_update(int value, const void* contact) {
   return store<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactUpdate, value);
 }
 int binder_phonebook_contact_search(int value, const char* text) {
-  return service.value(DatabaseService::phonebookContactSearch, value, text);
+  return service.value(&IDatabaseService::phonebookContactSearch, value, text);
 }
 int binder_phonebook_image_request(int value, void* picture) {
   return service.fetch(Logged{picture, VESK_CONTACT_PICTURE_SIZE, __func__},
-                       DatabaseService::phonebookImageDataGet, value);
+                       &IDatabaseService::phonebookImageDataGet, value);
 }
 
 /* Blacklist and whitelist */
 
 void binder_black_white_list_request(int value) {
-  service.send(DatabaseService::requestBlackWhiteListData, value);
+  service.send(&IDatabaseService::requestBlackWhiteListData, value);
 }
 int binder_phonebook_contact_add_blacklist(const void* entry) {
   return store<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactAddBlacklist);
@@ -158,11 +150,11 @@ int binder_phonebook_contact_add_whitelist(const void* entry) {
 }
 int binder_phonebook_contact_get_whitelist(int value, void* entry) {
   return service.fetch(Logged{entry, VESK_WHITELIST_ENTRY_SIZE, __func__},
-                       DatabaseService::phonebookContactGetWhitelist, value);
+                       &IDatabaseService::phonebookContactGetWhitelist, value);
 }
 int binder_phonebook_contact_get_blacklist(int value, void* entry) {
   return service.fetch(Logged{entry, VESK_BLACKLIST_ENTRY_SIZE, __func__},
-                       DatabaseService::phonebookContactGetBlacklist, value);
+                       &IDatabaseService::phonebookContactGetBlacklist, value);
 }
 int binder_phonebook_contact_set_blacklist(const void* entry) {
   return store<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactSetBlacklist);
@@ -171,90 +163,98 @@ int binder_phonebook_contact_set_whitelist(const void* entry) {
   return store<VESK_WHITELIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactSetWhitelist);
 }
 int binder_phonebook_contact_delete_blacklist(int value) {
-  return service.value(DatabaseService::phonebookContactDeleteBlacklist, value);
+  return service.value(&IDatabaseService::phonebookContactDeleteBlacklist, value);
 }
 int binder_phonebook_contact_delete_whitelist(int value) {
-  return service.value(DatabaseService::phonebookContactDeleteWhitelist, value);
+  return service.value(&IDatabaseService::phonebookContactDeleteWhitelist, value);
 }
 int binder_phonebook_contact_delete_all_blacklist(void) {
-  return service.value(DatabaseService::phonebookContactDeleteAllBlacklist);
+  return service.value(&IDatabaseService::phonebookContactDeleteAllBlacklist);
 }
 int binder_phonebook_contact_delete_all_whitelist(void) {
-  return service.value(DatabaseService::phonebookContactDeleteAllWhitelist);
+  return service.value(&IDatabaseService::phonebookContactDeleteAllWhitelist);
 }
 
 /* Call log */
 
 int binder_get_clog_info_by_id(int id, void* entry) {
-  return service.fetch(Logged{entry, VESK_CALL_LOG_ENTRY_SIZE, __func__}, DatabaseService::getClogById, id);
+  return service.fetch(Logged{entry, VESK_CALL_LOG_ENTRY_SIZE, __func__}, &IDatabaseService::getClogById, id);
 }
-int binder_clog_delete(int a, int b) { return service.value(DatabaseService::clogDelete, a, b); }
+int binder_clog_delete(int a, int b) { return service.value(&IDatabaseService::clogDelete, a, b); }
 
 /* Memos */
 
-int binder_get_memo_num(void) { return service.value(DatabaseService::getMemoNum); }
-int binder_set_memo_info(const void* memo) { return service.value(DatabaseService::setMemoInfo, Memo{memo}); }
-int binder_del_memo(int memo) { return service.value(DatabaseService::delMemo, memo); }
-int binder_add_memo(const void* memo) { return service.value(DatabaseService::addMemo, Memo{memo}); }
-void binder_memo_info_request(void) { service.send(DatabaseService::requestMemoData); }
-int binder_get_memo_info_by_index(int index, void* memo) {
-  return service.fetch(Logged{memo, VESK_MEMO_SIZE, __func__}, DatabaseService::getMemoByIndex, index);
+int binder_get_memo_num(void) { return service.value(&IDatabaseService::getMemoNum); }
+int binder_set_memo_info(const void* memo) {
+  return service.value(&IDatabaseService::setMemoInfo, Record{memo, VESK_MEMO_SIZE});
 }
-void binder_check_memo_per_minute(void) { service.send(DatabaseService::checkMemoPerMinute); }
+int binder_del_memo(int memo) { return service.value(&IDatabaseService::delMemo, memo); }
+int binder_add_memo(const void* memo) {
+  return service.value(&IDatabaseService::addMemo, Record{memo, VESK_MEMO_SIZE});
+}
+void binder_memo_info_request(void) { service.send(&IDatabaseService::requestMemoData); }
+int binder_get_memo_info_by_index(int index, void* memo) {
+  return service.fetch(Logged{memo, VESK_MEMO_SIZE, __func__}, &IDatabaseService::getMemoByIndex, index);
+}
+void binder_check_memo_per_minute(void) { service.send(&IDatabaseService::checkMemoPerMinute); }
 
 /* The phonebook of a Bluetooth device */
 
-int binder_request_bt_phonebook_data(void) { return service.value(DatabaseService::requestBtPhonebookData); }
+int binder_request_bt_phonebook_data(void) {
+  return service.value(&IDatabaseService::requestBtPhonebookData);
+}
 int binder_get_bt_phonebook_contact_by_id(int id, void* contact) {
   return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
-                       DatabaseService::getBtPhonebookContactById, id);
+                       &IDatabaseService::getBtPhonebookContactById, id);
 }
 
 /* XML phonebooks */
 
-int binder_open_xml_phonebook(int value) { return service.value(DatabaseService::openXmlPhonebook, value); }
+int binder_open_xml_phonebook(int value) { return service.value(&IDatabaseService::openXmlPhonebook, value); }
 int binder_request_xml_phonebook_data(int a, int b) {
-  return service.value(DatabaseService::requestXmlPhonebookData, a, b);
+  return service.value(&IDatabaseService::requestXmlPhonebookData, a, b);
 }
 int binder_get_xml_phonebook_contact_by_index(int index, void* contact) {
   return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
-                       DatabaseService::getXmlPhonebookContactByIndex, index);
+                       &IDatabaseService::getXmlPhonebookContactByIndex, index);
 }
 int binder_get_xml_phonebook_search_contact_by_index(int index, void* contact) {
   return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
-                       DatabaseService::getXmlPhonebookSearchContactByIndex, index);
+                       &IDatabaseService::getXmlPhonebookSearchContactByIndex, index);
 }
 
 /* LDAP phonebooks */
 
-int binder_open_ldap_phonebook(int value) { return service.value(DatabaseService::openLdapPhonebook, value); }
+int binder_open_ldap_phonebook(int value) {
+  return service.value(&IDatabaseService::openLdapPhonebook, value);
+}
 int binder_request_ldap_phonebook_data(int a, int b) {
-  return service.value(DatabaseService::requestLdapPhonebookData, a, b);
+  return service.value(&IDatabaseService::requestLdapPhonebookData, a, b);
 }
 int binder_get_ldap_phonebook_contact_by_index(int index, void* contact) {
   return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
-                       DatabaseService::getLdapPhonebookContactByIndex, index);
+                       &IDatabaseService::getLdapPhonebookContactByIndex, index);
 }
 int binder_ldap_contact_search_request(const char* text) {
-  return service.value(DatabaseService::ldapContactSearchRequest, text);
+  return service.value(&IDatabaseService::ldapContactSearchRequest, text);
 }
 
 /* Door access */
 
-int binder_door_access_init(void) { return service.value(DatabaseService::doorAccessInit); }
-int binder_door_access_data_request(void) { return service.value(DatabaseService::doorAccessDataRequest); }
+int binder_door_access_init(void) { return service.value(&IDatabaseService::doorAccessInit); }
+int binder_door_access_data_request(void) { return service.value(&IDatabaseService::doorAccessDataRequest); }
 int binder_get_door_access_by_id(int id, void* access) {
-  return service.fetch(Logged{access, VESK_DOOR_ACCESS_SIZE, __func__}, DatabaseService::getDoorAccessById,
+  return service.fetch(Logged{access, VESK_DOOR_ACCESS_SIZE, __func__}, &IDatabaseService::getDoorAccessById,
                        id);
 }
 int binder_set_door_access_info(const void* access) {
-  return service.value(DatabaseService::setDoorAccessInfo, DoorAccess{access});
+  return service.value(&IDatabaseService::setDoorAccessInfo, Record{access, VESK_DOOR_ACCESS_SIZE});
 }
 int binder_add_door_access(const void* access) {
-  return service.value(DatabaseService::addDoorAccess, DoorAccess{access});
+  return service.value(&IDatabaseService::addDoorAccess, Record{access, VESK_DOOR_ACCESS_SIZE});
 }
-int binder_del_door_access_by_id(int id) { return service.value(DatabaseService::delDoorAccessById, id); }
-int binder_del_all_door_access(void) { return service.value(DatabaseService::delAllDoorAccess); }
+int binder_del_door_access_by_id(int id) { return service.value(&IDatabaseService::delDoorAccessById, id); }
+int binder_del_all_door_access(void) { return service.value(&IDatabaseService::delAllDoorAccess); }
 int binderCheckDoorAccessInfo(const char* text, int value, void* access) {
-  return service.fetch<VESK_DOOR_ACCESS_SIZE>(access, DatabaseService::checkDoorAccessInfo, text, value);
+  return service.fetch<VESK_DOOR_ACCESS_SIZE>(access, &IDatabaseService::checkDoorAccessInfo, text, value);
 }

@@ -3,22 +3,13 @@
 
 #include <cstring>
 
-#include "ipc/Immortal.h"
-#include "ipc/Service.h"
-
-#define COM_QV_INTERFACE ExternalKeyService
-#define COM_QV_METHODS <com/qv/ExternalKeyService.def>
-#include "ipc/DeclareRows.h"
+#include "ipc/ClientApi.h"
 
 using namespace com::qv;
 
 namespace {
 
-Service<ExternalKeyClient>& service = immortal<Service<ExternalKeyClient>>();
-const ReleaseAtExit<ExternalKeyClient> kReleaseAtExit{service};
-
-using BtkConfig = Record<VESK_BTK_CONFIG_SIZE>;
-using SingleState = Record<VESK_SINGLE_STATE_CONFIG_SIZE>;
+ClientApi<ExternalKeyClient>& service = ClientApi<ExternalKeyClient>::instance();
 
 /** The rule for the answer to a single state: who asked to set it does not look at the answer. */
 struct SingleStateAnswer {
@@ -34,23 +25,23 @@ struct SingleStateAnswer {
 
 /* Connecting */
 
-bool connect_external_key_service(void) { return service.connect(); }
+bool connect_external_key_service(void) { return service.connectWithoutDeathNotification(); }
 
 /* Key modules */
 
 int binder_get_exkdev_mac(void* info) {
-  return service.fetch<VESK_EXK_DEV_INFO_SIZE>(info, ExternalKeyService::getExkDevInfo);
+  return service.fetch<VESK_EXK_DEV_INFO_SIZE>(info, &IExternalKeyService::getExkDevInfo);
 }
 int binder_get_exk_config(int value, void* config) {
-  return service.fetch<VESK_EXK_CONFIG_SIZE>(config, ExternalKeyService::getExkeyConfig, value);
+  return service.fetch<VESK_EXK_CONFIG_SIZE>(config, &IExternalKeyService::getExkeyConfig, value);
 }
 int binder_add_btk_config(const char* config) {
-  return service.send(ExternalKeyService::addBtkConfig, BtkConfig{config});
+  return service.send(&IExternalKeyService::addBtkConfig, Record{config, VESK_BTK_CONFIG_SIZE});
 }
 int binder_set_or_get_singleState_config(void* record) {
-  return service.fetch(SingleStateAnswer{record}, ExternalKeyService::set_or_get_singleState_config,
-                       SingleState{record});
+  return service.fetch(SingleStateAnswer{record}, &IExternalKeyService::set_or_get_singleState_config,
+                       Record{record, VESK_SINGLE_STATE_CONFIG_SIZE});
 }
 void binder_reset_exkdev_default_config(int a, int b) {
-  service.send(ExternalKeyService::resetExkDevConfig, a, b);
+  service.send(&IExternalKeyService::resetExkDevConfig, a, b);
 }

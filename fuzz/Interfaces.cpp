@@ -35,39 +35,30 @@ android::binder::Status serve(const Parameters&... parameters) {
 }  // namespace vesk::fuzz
 
 #define COM_QV_INTERFACE AteEventListener
-#define COM_QV_METHODS <com/qv/AteEventListener.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE CallEventListener
-#define COM_QV_METHODS <com/qv/CallEventListener.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE CallService
-#define COM_QV_METHODS <com/qv/CallService.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE ConfigService
-#define COM_QV_METHODS <com/qv/ConfigService.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE DatabaseService
-#define COM_QV_METHODS <com/qv/DatabaseService.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE ExternalKeyService
-#define COM_QV_METHODS <com/qv/ExternalKeyService.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE MiscEventListener
-#define COM_QV_METHODS <com/qv/MiscEventListener.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE MiscService
-#define COM_QV_METHODS <com/qv/MiscService.def>
 #include "Subject.h"
 
 #define COM_QV_INTERFACE RelayService
-#define COM_QV_METHODS <com/qv/RelayService.def>
 #include "Subject.h"
 
 namespace vesk::fuzz {

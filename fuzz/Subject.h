@@ -56,4 +56,3 @@ Interface COM_QV_INTERFACE() {
 #undef COM_QV_BP
 #undef COM_QV_STUB
 #undef COM_QV_INTERFACE
-#undef COM_QV_METHODS

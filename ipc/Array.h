@@ -4,14 +4,14 @@
 
 #include <cstddef>
 
+#include "ipc/ClientApi.h"
+
 namespace com::qv {
 
-/*
- * What Service::list does with an element when the application's array gets it. `isUsable` is false for an
- * array that can't take one: that is a mistake of the caller's, and no reason to ask the service.
- */
+/* The destinations of a list in the application's array. `isUsable` is false for an array without the
+ * function that is needed: a mistake of the caller, and no reason for a call. */
 
-/** At its index. */
+/** Stores each element at its index. */
 template <size_t kSize>
 struct StoreTo {
   static constexpr size_t kElementSize = kSize;
@@ -23,7 +23,7 @@ struct StoreTo {
   }
 };
 
-/** Behind the last one. */
+/** Appends each element. */
 template <size_t kSize>
 struct AppendTo {
   static constexpr size_t kElementSize = kSize;
@@ -34,5 +34,13 @@ struct AppendTo {
     return true;
   }
 };
+
+/** Calls a method with a list as out-argument. 0, also for a failed call, which is an empty list; -1 without
+ * a client, when nothing of the array is read, or with an unusable array. */
+template <class Client, class Destination, class Method>
+int fill(const ClientApi<Client>& service, Destination destination, Method method) {
+  if (service.proxy() == nullptr || !destination.isUsable()) return -1;
+  return service.template list<Destination::kElementSize>(destination, method) < 0 ? -1 : 0;
+}
 
 }  // namespace com::qv

@@ -1,11 +1,10 @@
 /*
- * Defines the classes of one interface from its rows; the twin of <com/qv/detail/DeclareInterface.h>, with
- * the same two macros.
+ * Defines the classes of one interface from its rows. Included once per interface with COM_QV_INTERFACE
+ * defined, as <com/qv/detail/DeclareInterface.h> is, which declares the classes.
  */
 
 #include <com/qv/detail/Methods.h>
 
-#include "ipc/Immortal.h"
 #include "ipc/Method.h"
 
 #define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)
@@ -33,8 +32,7 @@ static_assert(codesAreDense(), "the rows of an interface stand in code order, fr
 
 }  // namespace
 
-const android::String16& COM_QV_I::descriptor =
-    immortal<android::String16>("com.qv." COM_QV_STRING(COM_QV_I));
+const android::String16& COM_QV_I::descriptor = *new android::String16("com.qv." COM_QV_STRING(COM_QV_I));
 
 android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>& binder) {
   if (binder == nullptr) return nullptr;
@@ -45,16 +43,24 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
   return new COM_QV_BP(binder);
 }
 
-// What is called in here is inlined: as functions of their own, the base classes' constructors and
-// destructors would bring virtual tables that nobody uses.
+// The constructors and destructors inline those of the base classes, which would otherwise bring virtual
+// tables of their own into the library.
 [[gnu::flatten]] COM_QV_BP::COM_QV_BP(const android::sp<android::IBinder>& remote)
     : android::BpInterface<COM_QV_I>(remote) {}
 [[gnu::flatten]] COM_QV_BP::~COM_QV_BP() = default;
 
-#define METHOD(code, name, ...)                                         \
-  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) { \
-    return call<COM_QV_BP __VA_OPT__(, ) COM_QV_TYPES(__VA_ARGS__)>(    \
-        this __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__), code);           \
+/** Compiled for each parameter list, not for each method. The code stands last, so that the other arguments
+ * stay in their registers. */
+template <class... Parameters>
+[[gnu::noinline]] android::binder::Status COM_QV_BP::call(Parameters... parameters, uint32_t code) {
+  using List = SignatureOf<Parameters...>;
+  void* const values[] = {List::template addressOf<Parameters>(parameters)..., nullptr};
+  return callMethod(remote(), getInterfaceDescriptor(), code, List::kSignature, values);
+}
+
+#define METHOD(code, name, ...)                                                                      \
+  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                              \
+    return call<COM_QV_TYPES(__VA_ARGS__)>(COM_QV_NAMES(__VA_ARGS__) __VA_OPT__(, ) uint32_t{code}); \
   }
 #include COM_QV_METHODS
 #undef METHOD
@@ -62,25 +68,21 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
 [[gnu::flatten]] COM_QV_BN::COM_QV_BN() = default;
 [[gnu::flatten]] COM_QV_BN::~COM_QV_BN() = default;
 
-template <>
-Implementation implementationOf<COM_QV_I>(uint32_t code) {
-  switch (code) {
-#define METHOD(code, name, ...) \
-  case code:                    \
-    return implementation(&COM_QV_I::name);
-#include COM_QV_METHODS
-#undef METHOD
-  }
-  return {};
-}
-
 android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& data, android::Parcel* reply,
                                         uint32_t flags) {
-  if (code < android::IBinder::FIRST_CALL_TRANSACTION || code > std::size(kCodes)) {
-    return BBinder::onTransact(code, data, reply, flags);
+  ServiceMethod method;
+  switch (code) {
+#define METHOD(code, name, ...)              \
+  case code:                                 \
+    method = serviceMethod(&COM_QV_I::name); \
+    break;
+#include COM_QV_METHODS
+#undef METHOD
+    default:
+      return BBinder::onTransact(code, data, reply, flags);
   }
   if (!data.checkInterface(this)) return android::BAD_TYPE;
-  return serveMethod(static_cast<COM_QV_I*>(this), implementationOf<COM_QV_I>(code), data, reply);
+  return serveMethod(static_cast<COM_QV_I*>(this), method, data, reply);
 }
 
 }  // namespace com::qv
@@ -89,4 +91,3 @@ android::status_t COM_QV_BN::onTransact(uint32_t code, const android::Parcel& da
 #undef COM_QV_BP
 #undef COM_QV_BN
 #undef COM_QV_INTERFACE
-#undef COM_QV_METHODS

@@ -1,52 +1,33 @@
 #include "ipc/Method.h"
 
-#include "ipc/Transact.h"
-
 namespace com::qv {
 
 using android::binder::Status;
 
 namespace {
 
-/** Some values of a parameter list. */
+/** Default-constructed values of some types. */
 class Values {
  public:
-  Values() = default;
-  /** Empty ones. */
-  Values(const Type* const* types, size_t count) {
-    for (size_t i = 0; i < count; ++i) add(types[i], types[i]->make);
+  Values(const ArgumentType* const* types, size_t count) : types_(types), count_(count) {
+    for (size_t i = 0; i < count_; ++i) types_[i]->construct(storage_ + i);
   }
   ~Values() {
-    while (count_ > 0) {
-      --count_;
-      types_[count_]->destroy(storage_ + count_);
-    }
+    for (size_t i = 0; i < count_; ++i) types_[i]->destroy(storage_ + i);
   }
   Values(const Values&) = delete;
   Values& operator=(const Values&) = delete;
 
-  /** One more, which `make` makes of its memory. */
-  template <class Make>
-  void* add(const Type* type, Make make) {
-    Storage* const value = storage_ + count_;
-    make(value);
-    types_[count_++] = type;
-    return value;
-  }
-
   void* operator[](size_t i) { return storage_ + i; }
 
  private:
-  size_t count_ = 0;
-  const Type* types_[kMaxParameters];
-  Storage storage_[kMaxParameters];
+  const ArgumentType* const* const types_;
+  const size_t count_;
+  ArgumentStorage storage_[kMaxParameters];
 };
 
-/**
- * Applies `f` to the number of each out-parameter, counted from the first one, in the order in which they
- * stand in a reply, until one fails: the last one first (it is the method's return value), then the others as
- * they are declared.
- */
+/** Applies `f` to the index of each out-parameter in the order of a reply, until one fails: the last one
+ * first, since it is the method's return value, then the others as declared. */
 template <class F>
 status_t forEachOut(size_t count, F f) {
   if (count == 0) return android::OK;
@@ -55,53 +36,69 @@ status_t forEachOut(size_t count, F f) {
   return status;
 }
 
-}  // namespace
-
-status_t takeOuts(const Parcel& reply, const Type* const* types, size_t count, void* const* values) {
+/** Reads the out-values of a reply; writes none unless all could be read. */
+status_t readOuts(const Parcel& reply, const ArgumentType* const* types, size_t count, void* const* values) {
+  // A single read leaves its value untouched on failure.
+  if (count == 1) return types[0]->read(reply, values[0]);
   Values received(types, count);
   const status_t status = forEachOut(count, [&](size_t i) { return types[i]->read(reply, received[i]); });
   if (status == android::OK) {
-    for (size_t i = 0; i < count; ++i) types[i]->move(values[i], received[i]);
+    for (size_t i = 0; i < count; ++i) types[i]->moveTo(received[i], values[i]);
   }
   return status;
 }
 
+/** Reads the Status at the beginning of a reply. It is the code 0 alone unless there is an exception, which
+ * is faster to check than a whole Status is to read. */
+status_t readStatus(const Parcel& reply, Status* result) {
+  int32_t exception = Status::EX_NONE;
+  const status_t status = reply.readInt32(&exception);
+  if (status != android::OK || exception == Status::EX_NONE) return status;
+  reply.setDataPosition(0);
+  return result->readFromParcel(reply);
+}
+
+}  // namespace
+
 Status callMethod(android::IBinder* remote, const android::String16& token, uint32_t code,
-                  const Arguments& arguments, void* const* values) {
-  return transact(remote, token, code, arguments, values);
-}
+                  const Signature& signature, void* const* values) {
+  const size_t ins = signature.inCount;
+  Parcel data;
+  Parcel reply;
+  Status result;
 
-void callLocally(android::IInterface* service, const Implementation& implementation,
-                 const Arguments& arguments, void** values) {
-  const Signature& signature = *implementation.signature;
-  Values converted;
-  for (size_t i = 0; i < arguments.inCount; ++i) {
-    const Conversion conversion = arguments.ins[i].conversion;
-    if (conversion == nullptr) continue;
-    values[i] = converted.add(signature.types[i], [&](void* parameter) { conversion(parameter, values[i]); });
+  status_t status = data.writeInterfaceToken(token);
+  for (size_t i = 0; status == android::OK && i < ins; ++i) {
+    status = signature.types[i]->write(&data, values[i]);
   }
-  signature.invoke(service, implementation.method, values);
+  if (status == android::OK) status = remote->transact(code, data, &reply, 0);
+  if (status == android::OK) status = readStatus(reply, &result);
+  if (status == android::OK && result.isOk() && signature.outCount > 0) {
+    status = readOuts(reply, signature.types + ins, signature.outCount, values + ins);
+  }
+  if (status != android::OK) result.setFromStatusT(status);
+  return result;
 }
 
-status_t serveMethod(android::IInterface* service, const Implementation& implementation, const Parcel& data,
+status_t serveMethod(android::IInterface* service, const ServiceMethod& method, const Parcel& data,
                      Parcel* reply) {
-  const Signature& signature = *implementation.signature;
-  Values locals(signature.types, signature.count);
+  const Signature& signature = *method.signature;
+  const size_t ins = signature.inCount;
+  const size_t outs = signature.outCount;
+  Values arguments(signature.types, ins + outs);
   void* values[kMaxParameters];
-  status_t status = android::OK;
-  for (size_t i = 0; i < signature.count; ++i) {
-    values[i] = locals[i];
-    if (status == android::OK && i < signature.ins) status = signature.types[i]->read(data, locals[i]);
-  }
+  for (size_t i = 0; i < ins + outs; ++i) values[i] = arguments[i];
 
+  status_t status = android::OK;
+  for (size_t i = 0; status == android::OK && i < ins; ++i) {
+    status = signature.types[i]->read(data, values[i]);
+  }
   if (status == android::OK) {
-    const Status result = signature.invoke(service, implementation.method, values);
+    const Status result = signature.invoke(service, method.method, values);
     status = result.writeToParcel(reply);
     if (status == android::OK && result.isOk()) {
-      status = forEachOut(signature.outs(), [&](size_t i) {
-        const size_t out = signature.ins + i;
-        return signature.types[out]->write(reply, locals[out]);
-      });
+      status =
+          forEachOut(outs, [&](size_t i) { return signature.types[ins + i]->write(reply, values[ins + i]); });
     }
   }
 

@@ -9,8 +9,14 @@
 
 namespace com::qv {
 
-/** What the application wants to be told of, as of the current connection. */
-extern Synchronized<vesk_misc_callbacks>& miscCallbacks;
+/* Before the first connection is complete: the service may raise an event while it is being made. */
+inline constexpr vesk_misc_notice_callback kIgnore = [] {};
+inline constexpr vesk_misc_callbacks kNoCallbacks{
+    kIgnore, kIgnore, [](const char*) {}, kIgnore, kIgnore, kIgnore, kIgnore,
+    {},      kIgnore, [](int) {},         kIgnore};
+
+/** The callbacks of the current connection. */
+inline constinit Synchronized<vesk_misc_callbacks> miscCallbacks{kNoCallbacks};
 
 /** Calls the application's callback; the end of every event. It is not tested for null: the contract is that
  * the application gives a function for every event. */

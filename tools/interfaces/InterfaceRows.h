@@ -19,4 +19,3 @@ constexpr Method kMethods[] = {
 }  // namespace COM_QV_INTERFACE
 
 #undef COM_QV_INTERFACE
-#undef COM_QV_METHODS

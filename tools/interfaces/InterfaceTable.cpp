@@ -58,31 +58,22 @@ constexpr std::array<Parameter, sizeof...(Parameters)> listOf(const Parameters&.
 #define PARAMETER(type, name) parameter<type>(#type, #name)
 
 #define COM_QV_INTERFACE CallService
-#define COM_QV_METHODS <com/qv/CallService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE ConfigService
-#define COM_QV_METHODS <com/qv/ConfigService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE DatabaseService
-#define COM_QV_METHODS <com/qv/DatabaseService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE MiscService
-#define COM_QV_METHODS <com/qv/MiscService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE RelayService
-#define COM_QV_METHODS <com/qv/RelayService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE ExternalKeyService
-#define COM_QV_METHODS <com/qv/ExternalKeyService.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE CallEventListener
-#define COM_QV_METHODS <com/qv/CallEventListener.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE MiscEventListener
-#define COM_QV_METHODS <com/qv/MiscEventListener.def>
 #include "InterfaceRows.h"
 #define COM_QV_INTERFACE AteEventListener
-#define COM_QV_METHODS <com/qv/AteEventListener.def>
 #include "InterfaceRows.h"
 
 #undef PARAMETER

@@ -9,7 +9,7 @@ namespace com::qv {
 /** The connection to the call service, with a listener registered there for the call events. */
 class COM_QV_EXPORT CallClient : public ClientBase {
  public:
-  using Service = ICallService;
+  using Interface = ICallService;
   /** The name under which the service manager knows the call service. */
   static constexpr const char* kServiceName = "com.qv.CallService";
   static constexpr const char* kLogTag = "CallClient";

@@ -8,7 +8,7 @@ namespace com::qv {
 /** The connection to the config service. */
 class COM_QV_EXPORT ConfigClient : public ClientBase {
  public:
-  using Service = IConfigService;
+  using Interface = IConfigService;
   /** The name under which the service manager knows the config service. */
   static constexpr const char* kServiceName = "com.qv.ConfigService";
   static constexpr const char* kLogTag = "ConfigClient";

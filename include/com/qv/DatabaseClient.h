@@ -8,7 +8,7 @@ namespace com::qv {
 /** The connection to the database service. */
 class COM_QV_EXPORT DatabaseClient : public ClientBase {
  public:
-  using Service = IDatabaseService;
+  using Interface = IDatabaseService;
   /** The name under which the service manager knows the database service. */
   static constexpr const char* kServiceName = "com.qv.DatabaseService";
   static constexpr const char* kLogTag = "DatabaseClient";

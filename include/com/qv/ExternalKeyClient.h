@@ -9,7 +9,7 @@ namespace com::qv {
  * fail. */
 class COM_QV_EXPORT ExternalKeyClient : public ClientBase {
  public:
-  using Service = IExternalKeyService;
+  using Interface = IExternalKeyService;
   /** The name under which the service manager knows the external-key service. */
   static constexpr const char* kServiceName = "com.qv.ExternalKeyService";
   static constexpr const char* kLogTag = "ExternalKeyClient";

@@ -11,7 +11,7 @@ namespace com::qv {
  */
 class COM_QV_EXPORT MiscClient : public ClientBase {
  public:
-  using Service = IMiscService;
+  using Interface = IMiscService;
   /** The name under which the service manager knows the misc service. */
   static constexpr const char* kServiceName = "com.qv.MiscService";
   static constexpr const char* kLogTag = "MiscClient";

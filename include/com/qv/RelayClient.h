@@ -8,7 +8,7 @@ namespace com::qv {
 /** The connection to the relay service. Not linked to the service's death: it stays, and its calls fail. */
 class COM_QV_EXPORT RelayClient : public ClientBase {
  public:
-  using Service = IRelayService;
+  using Interface = IRelayService;
   /** The name under which the service manager knows the relay service. */
   static constexpr const char* kServiceName = "com.qv.RelayService";
   static constexpr const char* kLogTag = "RelayClient";

@@ -1,10 +1,8 @@
 /*
- * Declares the classes of one interface from its rows. Included once per interface, inside no namespace, with
- *
- *   COM_QV_INTERFACE   the interface's name without the leading I, for example CallService
- *   COM_QV_METHODS     the file of its rows, for example <com/qv/CallService.def>
- *
- * defined; both are undefined again at the end. ipc/DefineInterface.h holds the bodies.
+ * Declares the classes of one interface from its rows. Included once per interface, outside of any namespace,
+ * with COM_QV_INTERFACE defined as the interface's name without the leading I, for example CallService. Its
+ * rows are in <com/qv/CallService.def> then. The macro is undefined again at the end. The bodies come from
+ * ipc/DefineInterface.h.
  */
 
 #include <com/qv/detail/Platform.h>
@@ -22,8 +20,6 @@
 #define COM_QV_DEFAULT COM_QV_CAT(Default, COM_QV_INTERFACE)
 
 namespace com::qv {
-
-struct ProxyAccess;
 
 /** The interface: one method for each row, in code order. */
 class COM_QV_EXPORT COM_QV_I : public android::IInterface {
@@ -47,15 +43,13 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
   explicit COM_QV_BP(const android::sp<android::IBinder>& remote);
   ~COM_QV_BP() override;
 
-// Reached through the virtual table only: a name in the library's symbol table would cost more than the
-// method.
-#define METHOD(code, name, ...) \
-  COM_QV_HIDDEN android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include COM_QV_METHODS
 #undef METHOD
 
  private:
-  friend struct ProxyAccess;
+  template <class... Parameters>
+  COM_QV_HIDDEN android::binder::Status call(Parameters... parameters, uint32_t code);
 };
 
 /** The stub, from which a process that serves the whole interface derives. Methods are called on binder
@@ -88,4 +82,3 @@ class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
 #undef COM_QV_BN
 #undef COM_QV_DEFAULT
 #undef COM_QV_INTERFACE
-#undef COM_QV_METHODS

@@ -34,6 +34,10 @@
 #define COM_QV_EACH2(f, p, ...) f p __VA_OPT__(, COM_QV_EACH1(f, __VA_ARGS__))
 #define COM_QV_EACH1(f, p) f p
 
+/* The file of the rows of COM_QV_INTERFACE. */
+#define COM_QV_METHODS COM_QV_METHODS_(COM_QV_INTERFACE)
+#define COM_QV_METHODS_(interface) <com/qv/interface.def>
+
 #define COM_QV_CAT(a, b) COM_QV_CAT_(a, b)
 #define COM_QV_CAT_(a, b) a##b
 #define COM_QV_STRING(a) COM_QV_STRING_(a)
