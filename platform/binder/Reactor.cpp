@@ -87,10 +87,12 @@ void Reactor::run() {
     const int ready = ::epoll_wait(epoll_.get(), &event, 1, timeoutMs());
     runTimers();
     if (ready != 1) continue;
+    // A copy, since the packed event has it misaligned.
+    const uint64_t id = event.data.u64;
     std::shared_ptr<Handler> handler;
     {
       const std::lock_guard lock(mutex_);
-      if (const auto watched = watched_.find(event.data.u64); watched != watched_.end())
+      if (const auto watched = watched_.find(id); watched != watched_.end())
         handler = watched->second.handler;
     }
     if (handler != nullptr) (*handler)();
