@@ -24,7 +24,7 @@ android::binder::Status serve(const Parameters&... parameters) {
     if constexpr (std::is_pointer_v<T>) {
       *parameter = make<std::remove_pointer_t<T>>(&answers, nullptr);
     } else {
-      look(parameter);
+      touch(marshalled(parameter));
     }
   };
   (serveOne(parameters), ...);

@@ -2,7 +2,6 @@
  * out-argument. */
 #include "Binders.h"
 #include "Interfaces.h"
-#include "Transaction.h"
 
 namespace {
 

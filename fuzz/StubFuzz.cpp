@@ -1,7 +1,6 @@
 /* Sends transactions to the stubs of all interfaces. */
 #include "Binders.h"
 #include "Interfaces.h"
-#include "Transaction.h"
 
 namespace {
 
