@@ -56,7 +56,9 @@ class CallApiTest : public ApiTest {
 
   void connect() {
     ScriptedTest::connectWith([] { return connectCallService(kNoCallbacks); });
-    log_.take();
+    EXPECT_EQ(log_.take(),
+              (std::vector<LogLine>{{ANDROID_LOG_INFO, "CallClient", "Connect com.qv.CallService done. "},
+                                    {ANDROID_LOG_INFO, "CallClient", "CallEventListener is registed."}}));
     const auto request = service_->take();
     ASSERT_TRUE(request.has_value());
     EXPECT_EQ(request->code, kRegisterCallEventListener);

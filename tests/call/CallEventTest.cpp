@@ -2,11 +2,10 @@
 #include <com/qv/ICallService.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
 #include <cstring>
-#include <functional>
 #include <ostream>
 #include <utility>
+#include <vector>
 
 #include "CallCallbackList.h"
 #include "LogCapture.h"
@@ -21,12 +20,6 @@ using vesk::test::LogCapture;
 using vesk::test::LogLine;
 
 namespace {
-
-constexpr const char* kTag = "CallClient";
-
-LogLine info(const std::string& text) { return {ANDROID_LOG_INFO, kTag, text}; }
-LogLine debug(const std::string& text) { return {ANDROID_LOG_DEBUG, kTag, text}; }
-LogLine error(const std::string& text) { return {ANDROID_LOG_ERROR, kTag, text}; }
 
 /** A callback that was called: its place among the parameters of connect_call_service, and what it was given.
  */
@@ -104,137 +97,100 @@ class Service : public com::qv::DefaultCallService {
 
 /* Bytes of records, written by hand; filled with what stands behind the texts. */
 
-void put(std::string* record, size_t offset, int32_t value) {
-  std::memcpy(record->data() + offset, &value, sizeof(value));
-}
-void put(std::string* record, size_t offset, const std::string& text) {
-  std::memcpy(record->data() + offset, text.c_str(), text.size() + 1);
-}
-
-std::string callInfo() {
-  std::string record(360, '~');
-  put(&record, 0, 2);
-  put(&record, 4, -7);
-  put(&record, 8, "Ann %s");
-  put(&record, 264, "100");
+std::string withInt(std::string record, size_t offset, int32_t value) {
+  std::memcpy(record.data() + offset, &value, sizeof(value));
   return record;
 }
-
-std::string autoRedialInfo() {
-  std::string record(524, '~');
-  put(&record, 0, 5);
-  put(&record, 4, 30);
-  put(&record, 8, "200");
-  put(&record, 520, 1);
-  return record;
+std::string withText(std::string record, size_t offset, const std::string& text) {
+  return record.replace(offset, text.size() + 1, text.c_str(), text.size() + 1);
 }
 
-std::string callCompletionInfo() {
-  std::string record(516, '~');
-  put(&record, 0, "300");
-  put(&record, 512, 3);
-  return record;
-}
+const std::string kCall =
+    withText(withText(withInt(withInt(std::string(360, '~'), 0, 2), 4, -7), 8, "Ann %s"), 264, "100");
+const std::string kRedial =
+    withInt(withText(withInt(withInt(std::string(524, '~'), 0, 5), 4, 30), 8, "200"), 520, 1);
+const std::string kCompletion = withInt(withText(std::string(516, '~'), 0, "300"), 512, 3);
 
 CommonParcelable parcel(const std::string& bytes) { return {bytes.data(), bytes.size()}; }
 
-using Fire = std::function<Status(ICallEventListener&)>;
-using FireRecord = std::function<Status(ICallEventListener&, const CommonParcelable&)>;
-
-/** An event without a record, and one with it. */
+/** An event, the callback and its arguments, and what is logged: lines of a priority's letter and a text. */
+struct Event {
+  Status (*fire)(ICallEventListener&);
+  int callback;
+  const char* arguments;
+  const char* log;
+};
 #define EVENT(call) [](ICallEventListener& to) { return to.call; }
-#define RECORD_EVENT(call) [](ICallEventListener& to, const CommonParcelable& record) { return to.call; }
 
+const std::string kText(127, 'x');
+const Event kEvents[] = {
+    {EVENT(dialCallStopEvent(-1)), 1, "-1", "I dialCallStopEvent\n"},
+    {EVENT(dialSelectionEvent(2)), 2, "2", ""},
+    {EVENT(currentCallChangedEvent(-8)), 6, "-8", "I currentCallChangedEvent, chan: [-8]\n"},
+    {EVENT(deleteOngoingCallEvent(7)), 7, "7", "I deleteOngoingCallEvent, chan: [7]\n"},
+    {EVENT(updateCallVideoStreamEvent(9)), 8, "9", "I updateCallVideoStreamEvent, num: [9]\n"},
+    {EVENT(conferenceStartEvent(10, (std::vector{3, -4}))), 9, "10: 3 -4", "I conferenceStartEvent\n"},
+    {EVENT(conferenceStartEvent(10, {})), 9, "10:", "I conferenceStartEvent\n"},
+    {EVENT(conferenceStopEvent(11)), 10, "11", "I conferenceStopEvent\n"},
+    {EVENT(conferenceMembersChangedEvent(12, {5})), 11, "12: 5", "I conferenceMembersChangedEvent\n"},
+    {EVENT(conferenceManagerEvent()), 12, "", "I conferenceManagerEvent\n"},
+    {EVENT(keycodeEvent(15, -1)), 13, "15 -1", "I keycodeEvent(code:15, status:-1)\n"},
+    {EVENT(makeCallRetEvent("busy %d")), 14, "busy %d", "I makeCallRetEvent\n"},
+    {EVENT(makeCallRetEvent(kText)), 14, kText.c_str(), "I makeCallRetEvent\n"},
+    {EVENT(makeCallRetEvent(kText + 'x')), 14, kText.c_str(), "I makeCallRetEvent\n"},
+    {EVENT(makeCallRetEvent(std::string(70'000, 'x'))), 14, kText.c_str(), "I makeCallRetEvent\n"},
+};
+
+/** An event with a record; what is logged with that, and with one of another size. */
 struct RecordEvent {
-  FireRecord fire;
+  Status (*fire)(ICallEventListener&, const CommonParcelable&);
   std::string record;
   int callback;
-  std::vector<LogLine> log;
-  std::vector<LogLine> logOnWrongSize;
-  const char* more = "";
-
-  Called called() const { return {callback, record + more}; }
+  const char* more; /**< what the callback gets besides the record */
+  std::string log;
+  std::string wrongSizeLog;
 };
+#define RECORD_EVENT(call) [](ICallEventListener& to, const CommonParcelable& r) { return to.call; }
 
-std::vector<RecordEvent> recordEvents() {
-  const std::string call = callInfo();
-  const std::string callText = "(line:2, chan:-7, name:Ann %s, number:100)";
-  return {
-      {RECORD_EVENT(dialCallStartEvent(record)),
-       call,
-       0,
-       {info("dialCallStartEvent")},
-       {info("dialCallStartEvent"), error("peddial started param error!!!")}},
-      {RECORD_EVENT(newOngoingCallEvent(record)),
-       call,
-       3,
-       {info("newOngoingCallEvent" + callText)},
-       {error("newOngoingCallEvent param error!!!")}},
-      {RECORD_EVENT(callStateChangedEvent(record)), call, 4, {}, {}},
-      {RECORD_EVENT(callInfoChangedEvent(record)),
-       call,
-       5,
-       {info("callInfoChangedEvent" + callText)},
-       {error("newOutgoingCallEvent param error!!!")}},
-      {RECORD_EVENT(dialingInfoChangedEvent(record)),
-       call,
-       15,
-       {info("dialingInfoChangedEvent" + callText)},
-       {error("dialingInfoChangedEvent param error!!!")}},
-      {RECORD_EVENT(autoRedialInfoChangedEvent(record)),
-       autoRedialInfo(),
-       16,
-       {debug("autoRedialInfoChangedEvent(maxtimes:5, interval:30, dialNumber:200, currenttimes:1)")},
-       {debug("autoRedialInfoChangedEvent param error!!!")}},
-      {RECORD_EVENT(callCompletionInfoChangedEvent(record, true)),
-       callCompletionInfo(),
-       17,
-       {debug("callCompletionInfoChangedEvent(line:3, dialNumber:300)")},
-       {debug("callCompletionInfoChangedEvent param error!!!")},
-       "true"},
-      {RECORD_EVENT(callCompletionInfoChangedEvent(record, false)),
-       callCompletionInfo(),
-       17,
-       {debug("callCompletionInfoChangedEvent(line:3, dialNumber:300)")},
-       {debug("callCompletionInfoChangedEvent param error!!!")},
-       "false"},
-  };
-}
+/* Texts that do not end are read no further than their record. */
+const std::string kCallText = "(line:2, chan:-7, name:Ann %s, number:100)\n";
+const std::string kFullCall = withInt(withInt(std::string(360, 'x'), 0, 2), 4, 3);
+const std::string kFullCallText =
+    "(line:2, chan:3, name:" + std::string(256, 'x') + ", number:" + std::string(96, 'x') + ")\n";
+const std::string kFullRedial = withInt(std::string(524, 'x'), 520, 1);
+const std::string kFullCompletion = withInt(std::string(516, 'x'), 512, 4);
+const std::string kFullNumber(512, 'x');
 
-struct Event {
-  Fire fire;
-  Called called;
-  std::vector<LogLine> log;
+const std::vector<RecordEvent> kRecordEvents = {
+    {RECORD_EVENT(dialCallStartEvent(r)), kCall, 0, "", "I dialCallStartEvent\n",
+     "I dialCallStartEvent\nE peddial started param error!!!\n"},
+    {RECORD_EVENT(newOngoingCallEvent(r)), kCall, 3, "", "I newOngoingCallEvent" + kCallText,
+     "E newOngoingCallEvent param error!!!\n"},
+    {RECORD_EVENT(newOngoingCallEvent(r)), kFullCall, 3, "", "I newOngoingCallEvent" + kFullCallText,
+     "E newOngoingCallEvent param error!!!\n"},
+    {RECORD_EVENT(callStateChangedEvent(r)), kCall, 4, "", "", ""},
+    {RECORD_EVENT(callInfoChangedEvent(r)), kCall, 5, "", "I callInfoChangedEvent" + kCallText,
+     "E newOutgoingCallEvent param error!!!\n"},
+    {RECORD_EVENT(dialingInfoChangedEvent(r)), kCall, 15, "", "I dialingInfoChangedEvent" + kCallText,
+     "E dialingInfoChangedEvent param error!!!\n"},
+    {RECORD_EVENT(autoRedialInfoChangedEvent(r)), kRedial, 16, "",
+     "D autoRedialInfoChangedEvent(maxtimes:5, interval:30, dialNumber:200, currenttimes:1)\n",
+     "D autoRedialInfoChangedEvent param error!!!\n"},
+    {RECORD_EVENT(autoRedialInfoChangedEvent(r)), kFullRedial, 16, "",
+     "D autoRedialInfoChangedEvent(maxtimes:2021161080, interval:2021161080, dialNumber:" + kFullNumber +
+         ", currenttimes:1)\n",
+     "D autoRedialInfoChangedEvent param error!!!\n"},
+    {RECORD_EVENT(callCompletionInfoChangedEvent(r, true)), kCompletion, 17, "true",
+     "D callCompletionInfoChangedEvent(line:3, dialNumber:300)\n",
+     "D callCompletionInfoChangedEvent param error!!!\n"},
+    {RECORD_EVENT(callCompletionInfoChangedEvent(r, false)), kFullCompletion, 17, "false",
+     "D callCompletionInfoChangedEvent(line:4, dialNumber:" + kFullNumber + ")\n",
+     "D callCompletionInfoChangedEvent param error!!!\n"},
 };
-
-std::vector<Event> events() {
-  std::vector<Event> all = {
-      {EVENT(dialCallStopEvent(-1)), {1, "-1"}, {info("dialCallStopEvent")}},
-      {EVENT(dialSelectionEvent(2)), {2, "2"}, {}},
-      {EVENT(deleteOngoingCallEvent(7)), {7, "7"}, {info("deleteOngoingCallEvent, chan: [7]")}},
-      {EVENT(currentCallChangedEvent(-8)), {6, "-8"}, {info("currentCallChangedEvent, chan: [-8]")}},
-      {EVENT(updateCallVideoStreamEvent(9)), {8, "9"}, {info("updateCallVideoStreamEvent, num: [9]")}},
-      {EVENT(conferenceStartEvent(10, (std::vector{3, -4}))),
-       {9, "10: 3 -4"},
-       {info("conferenceStartEvent")}},
-      {EVENT(conferenceStartEvent(10, {})), {9, "10:"}, {info("conferenceStartEvent")}},
-      {EVENT(conferenceStopEvent(11)), {10, "11"}, {info("conferenceStopEvent")}},
-      {EVENT(conferenceMembersChangedEvent(12, {5})), {11, "12: 5"}, {info("conferenceMembersChangedEvent")}},
-      {EVENT(conferenceManagerEvent()), {12, ""}, {info("conferenceManagerEvent")}},
-      {EVENT(makeCallRetEvent("busy %d")), {14, "busy %d"}, {info("makeCallRetEvent")}},
-      {EVENT(keycodeEvent(15, -1)), {13, "15 -1"}, {info("keycodeEvent(code:15, status:-1)")}},
-  };
-  for (const RecordEvent& event : recordEvents()) {
-    all.push_back({[event](ICallEventListener& to) { return event.fire(to, parcel(event.record)); },
-                   event.called(), event.log});
-  }
-  return all;
-}
 
 class CallEventTest : public testing::Test {
  protected:
   void connect(const CallCallbackList& callbacks) {
-    calls.clear();
     const sp<Service> service = new Service;
     ASSERT_EQ(android::defaultServiceManager()->addService(String16("com.qv.CallService"), service),
               android::OK);
@@ -244,78 +200,45 @@ class CallEventTest : public testing::Test {
     log_.take();
   }
 
-  /** The only call of a callback that an event caused. */
-  Called calledBy(const Fire& fire) {
-    calls.clear();
-    EXPECT_TRUE(fire(*listener_).isOk());
-    EXPECT_EQ(calls.size(), 1u);
-    return calls.empty() ? Called{-1, ""} : calls.front();
+  /** The lines since the last look, all under the client's tag. */
+  std::string logged() {
+    std::string all;
+    for (const LogLine& line : log_.take()) {
+      EXPECT_EQ(line.tag, "CallClient");
+      all += std::string(1, "??VDIWE"[line.priority]) + ' ' + line.text + '\n';
+    }
+    return all;
   }
 
   LogCapture log_;
   sp<ICallEventListener> listener_;
 };
 
-TEST_F(CallEventTest, EachEventLogsAndCallsItsCallback) {
-  connect(kAllCallbacks);
-  for (const Event& event : events()) {
-    SCOPED_TRACE(event.called.index);
-    EXPECT_EQ(calledBy(event.fire), event.called);
-    EXPECT_EQ(log_.take(), event.log);
-  }
-}
-
-TEST_F(CallEventTest, WithoutCallbacksEventsAreOnlyLogged) {
-  connect(kNoCallbacks);
-  for (const Event& event : events()) {
-    SCOPED_TRACE(event.called.index);
-    EXPECT_TRUE(event.fire(*listener_).isOk());
-    EXPECT_EQ(log_.take(), event.log);
-  }
-}
-
-TEST_F(CallEventTest, ARecordOfAnotherSizeIsDropped) {
-  connect(kAllCallbacks);
-  for (const RecordEvent& event : recordEvents()) {
-    for (const std::string& record : {event.record + '\0', event.record.substr(1), std::string()}) {
-      SCOPED_TRACE(testing::Message() << event.callback << " with " << record.size() << " bytes");
-      EXPECT_TRUE(event.fire(*listener_, parcel(record)).isOk());
-      EXPECT_EQ(log_.take(), event.logOnWrongSize);
-      EXPECT_TRUE(calls.empty());
+TEST_F(CallEventTest, EventsAreLoggedAndCallTheirCallbacks) {
+  for (const bool hasCallbacks : {false, true}) {
+    connect(hasCallbacks ? kAllCallbacks : kNoCallbacks);
+    const auto expectEvent = [&](const Status& status, const Called& called, const std::string& log) {
+      EXPECT_TRUE(status.isOk());
+      EXPECT_EQ(std::exchange(calls, {}), std::vector<Called>(hasCallbacks ? 1 : 0, called));
+      EXPECT_EQ(logged(), log);
+    };
+    for (const Event& event : kEvents)
+      expectEvent(event.fire(*listener_), {event.callback, event.arguments}, event.log);
+    for (const RecordEvent& event : kRecordEvents) {
+      expectEvent(event.fire(*listener_, parcel(event.record)), {event.callback, event.record + event.more},
+                  event.log);
     }
   }
 }
 
-TEST_F(CallEventTest, TextsThatDoNotEndAreReadNoFurtherThanTheirRecord) {
+TEST_F(CallEventTest, RecordOfAnotherSizeIsDropped) {
   connect(kAllCallbacks);
-  std::string call(360, 'x');
-  put(&call, 0, 2);
-  put(&call, 4, 3);
-  EXPECT_EQ(calledBy([&](auto& to) { return to.newOngoingCallEvent(parcel(call)); }), (Called{3, call}));
-  EXPECT_EQ(log_.take(),
-            std::vector<LogLine>{info("newOngoingCallEvent(line:2, chan:3, name:" + std::string(256, 'x') +
-                                      ", number:" + std::string(96, 'x') + ")")});
-
-  std::string completion(516, 'x');
-  put(&completion, 512, 4);
-  EXPECT_TRUE(listener_->callCompletionInfoChangedEvent(parcel(completion), true).isOk());
-  EXPECT_EQ(log_.take(), std::vector<LogLine>{debug("callCompletionInfoChangedEvent(line:4, dialNumber:" +
-                                                    std::string(512, 'x') + ")")});
-
-  std::string redial(524, 'x');
-  for (const size_t offset : {0u, 4u, 520u}) put(&redial, offset, 1);
-  EXPECT_TRUE(listener_->autoRedialInfoChangedEvent(parcel(redial)).isOk());
-  EXPECT_EQ(log_.take(),
-            std::vector<LogLine>{debug("autoRedialInfoChangedEvent(maxtimes:1, interval:1, dialNumber:" +
-                                       std::string(512, 'x') + ", currenttimes:1)")});
-}
-
-TEST_F(CallEventTest, AMakeCallTextIsCutAt127Bytes) {
-  connect(kAllCallbacks);
-  for (const size_t length : {0u, 126u, 127u, 128u, 200u, 70'000u}) {
-    const std::string text(length, 'x');
-    EXPECT_EQ(calledBy([&](auto& to) { return to.makeCallRetEvent(text); }),
-              (Called{14, text.substr(0, std::min<size_t>(length, 127))}));
+  for (const RecordEvent& event : kRecordEvents) {
+    for (const std::string& record : {event.record + '\0', event.record.substr(1), std::string()}) {
+      EXPECT_TRUE(event.fire(*listener_, parcel(record)).isOk());
+      EXPECT_EQ(logged(), event.wrongSizeLog) << record.size() << " bytes";
+      EXPECT_EQ(calls, std::vector<Called>());
+    }
   }
 }
 

@@ -60,6 +60,17 @@ TEST_F(ConfigFeaturesTest, ARecordTakesThePlaceOfTheRequestInItsBuffer) {
   }
 }
 
+TEST_F(ConfigFeaturesTest, DeviceNameIsSentAsTwoTexts) {
+  char record[] = "192.0.2.1\0..............Door";
+  EXPECT_EQ(binder_set_device_name_by_ip(nullptr), -1);
+  connect();
+  for (const bool fails : {false, true}) {
+    if (fails) answerNothing();
+    EXPECT_EQ(binder_set_device_name_by_ip(record), 0);
+    expectRequest(272, Wire().text(u"192.0.2.1").text(u"Door"));
+  }
+}
+
 TEST_F(ConfigFeaturesTest, SomeTextsAreBoundedAndTellOfAnEmptyAnswer) {
   const struct {
     const char* what;
@@ -162,7 +173,7 @@ TEST_F(ConfigFeaturesTest, QcmsIsOnForTheRightTypeWithAUrl) {
   } rows[] = {
       {2, "http://192.0.2.1", false, 1, 1}, {2, "", false, 0, 1},
       {2, "http://192.0.2.1", true, 0, 1},  {1, "http://192.0.2.1", false, 0, 0},
-      {0, "http://192.0.2.1", false, 0, 0},
+      {0, "http://192.0.2.1", false, 0, 0}, {3, "http://192.0.2.1", false, 0, 0},
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(testing::Message() << row.type << " \"" << row.url << "\" " << row.fails);

@@ -1,9 +1,4 @@
-#include <vesk/array.hpp>
-
-#include <array>
 #include <climits>
-#include <cstring>
-#include <memory>
 #include <string>
 #include <vector>
 
@@ -96,25 +91,6 @@ TEST_F(ConfigListsTest, AnArrayThatCannotTakeAnElementIsRefused) {
     EXPECT_FALSE(service_->take().has_value());
   }
   EXPECT_TRUE(puts.empty());
-}
-
-TEST_F(ConfigListsTest, TheReadyMadeArraysTakeThemAll) {
-  connect();
-  const std::string a = element(VESK_ALARM_LOG_SIZE, 'a');
-  const std::string b = element(VESK_ALARM_LOG_SIZE, 'b');
-  answerList({a, "x", b});
-  const std::unique_ptr<vesk_records, decltype(&vesk_records_free)> logs(
-      vesk_records_create(VESK_ALARM_LOG_SIZE), vesk_records_free);
-  ASSERT_EQ(binder_get_alarm_logs(vesk_records_array(logs.get())), 0);
-  ASSERT_EQ(vesk_records_count(logs.get()), 2u);
-  EXPECT_EQ(std::memcmp(vesk_records_element(logs.get(), 1), b.data(), b.size()), 0);
-
-  const std::string icon = element(VESK_DSSKEY_ICON_CHANGED_SIZE, 'i');
-  answerList({icon});
-  std::vector<std::array<char, VESK_DSSKEY_ICON_CHANGED_SIZE>> icons(2);
-  ASSERT_EQ(binder_get_dsskey_icon_changed_arr(vesk::VectorArray(icons)), 0);
-  ASSERT_EQ(icons.size(), 2u) << "what was there before stays";
-  EXPECT_EQ(std::string(icons[0].data(), icons[0].size()), icon);
 }
 
 TEST_F(ConfigListsTest, TheStatusOfRtpFillsTheBufferUpToItsEnd) {

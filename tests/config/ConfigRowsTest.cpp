@@ -201,16 +201,6 @@ TEST_F(ConfigRowsTest, EveryFunctionKeepsToItsRow) {
   EXPECT_EQ(deaths, 1);
 }
 
-TEST_F(ConfigRowsTest, AFailedConnectKeepsTheEarlierConnection) {
-  connectWith(connectToService);
-  failToConnectWith([] { return connect_config_service(nullptr); });
-  answer(Wire().i32(kAnswer));
-  EXPECT_EQ(binder_get_dnd_mode(), kAnswer);
-  deaths = 0;
-  die();
-  EXPECT_EQ(deaths, 1) << "and its callback";
-}
-
 TEST_F(ConfigRowsTest, TheSimulatedDeviceServesEachOfThem) {
   const auto settings = std::make_shared<sim::Settings>(openStore());
   std::string error;

@@ -152,13 +152,4 @@ TEST_F(DatabaseApiTest, AnAnswerOfMinusOneDoesNotSpoilItsRecord) {
   EXPECT_EQ(log_.take(), std::vector<LogLine>());
 }
 
-TEST_F(DatabaseApiTest, FailedConnectKeepsTheConnection) {
-  connect();
-  failToConnectWith([] { return connect_database_service(nullptr); });
-  answer(Wire().i32(kAnswer));
-  EXPECT_EQ(binder_get_memo_num(), kAnswer);
-  die();
-  EXPECT_EQ(deaths, 1) << "and its callback";
-}
-
 }  // namespace

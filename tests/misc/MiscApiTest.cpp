@@ -105,13 +105,6 @@ TEST_F(MiscApiTest, SimulatedDeviceServesEveryFunction) {
   EXPECT_STREQ(out_.c_str(), "page-all");
 }
 
-TEST_F(MiscApiTest, FailedConnectKeepsTheConnection) {
-  connect();
-  failToConnectWith([] { return connect_misc_service({}, nullptr); });
-  answer(Wire().i32(kAnswer));
-  EXPECT_EQ(binder_get_udisk_status(), kAnswer);
-}
-
 TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
   connect();
   const std::string first(64, 'a');

@@ -7,12 +7,12 @@
 #include <climits>
 #include <functional>
 #include <map>
+#include <optional>
 #include <string>
 #include <tuple>
 #include <type_traits>
 #include <vector>
 
-#include "Result.h"
 #include "Wire.h"
 
 /*
@@ -21,6 +21,9 @@
  * the bytes of requests and answers follow from the types of the function and of its method.
  */
 namespace vesk::test {
+
+/** What a C function returns, an int or a bool as int; nothing for void. */
+using Result = std::optional<int>;
 
 /** The int32_t or bool in every answer that has one. */
 constexpr int kAnswer = 4711;
@@ -63,10 +66,10 @@ enum class Kind {
   kInts,
   kCount,
   kRoom,
-  kSentRoom,
+  kSize,
   kOut,
-  kOutValue,
-  kOutRecord,
+  kOutInt,
+  kOutBlob,
   kOutText
 };
 using Kinds = std::vector<Kind>;
@@ -80,8 +83,8 @@ constexpr Kind kindOf() {
   if constexpr (std::is_same_v<T, const int*> || std::is_same_v<T, const std::vector<int32_t>&>) {
     return Kind::kInts;
   }
-  if constexpr (std::is_same_v<Target, int32_t> || std::is_same_v<Target, bool>) return Kind::kOutValue;
-  if constexpr (std::is_same_v<Target, com::qv::CommonParcelable>) return Kind::kOutRecord;
+  if constexpr (std::is_same_v<Target, int32_t> || std::is_same_v<Target, bool>) return Kind::kOutInt;
+  if constexpr (std::is_same_v<Target, com::qv::CommonParcelable>) return Kind::kOutBlob;
   if constexpr (std::is_same_v<Target, std::string>) return Kind::kOutText;
   return std::is_pointer_v<T> && !std::is_const_v<Target> ? Kind::kOut : Kind::kRecord;
 }
@@ -101,19 +104,12 @@ inline std::string pattern(size_t size) {
   return bytes;
 }
 
-/** A record to be sent, cut to its size: numbers of a few bits wherever they stand, and short texts. */
-inline const std::string& sentBytes(size_t which = 0) {
-  static const std::vector<std::string> all = [] {
-    std::vector<std::string> records(3);
-    for (int i = 0; i < 3 * 4544; ++i) {
-      const int at = i / 3;
-      records[static_cast<size_t>(i % 3)] += static_cast<char>(at >= 32      ? at % 41 * 6
-                                                               : at % 4 == 0 ? 1 + i % 3
-                                                                             : 0);
-    }
-    return records;
-  }();
-  return all.at(which);
+/** A record to be sent, cut to its size: small ints wherever they stand, and short texts. */
+inline std::string sentBytes(int which = 0) {
+  std::string bytes;
+  for (int i = 0; i < 4544; ++i)
+    bytes += static_cast<char>(i >= 32 ? i % 41 * 6 : i % 4 == 0 ? 1 + which : 0);
+  return bytes;
 }
 
 /** The arguments of one call of a C function, in one of kRounds variants. */
@@ -144,27 +140,13 @@ struct Arguments {
     Wire wire;
     size_t records = 0;
     for (size_t at = 0; at < kinds.size(); ++at) {
-      switch (kinds[at]) {
-        case Kind::kInt:
-        case Kind::kSentRoom:
-          wire.i32(intAt(at));
-          break;
-        case Kind::kBool:
-          wire.i32(intAt(at) != 0);
-          break;
-        case Kind::kText:
-          wire.text(textAt(at).second);
-          break;
-        case Kind::kRecord:
-          wire.record(recordAt(at).substr(0, sizes.at(records++)));
-          break;
-        case Kind::kInts:
-          wire.i32(std::max(kCounts[round], 0));
-          for (int i = 0; i < kCounts[round]; ++i) wire.i32(kMembers[i]);
-          break;
-        default:
-          break;
-      }
+      const Kind kind = kinds[at];
+      if (kind == Kind::kInt || kind == Kind::kSize) wire.i32(intAt(at));
+      if (kind == Kind::kBool) wire.i32(intAt(at) != 0);
+      if (kind == Kind::kText) wire.text(textAt(at).second);
+      if (kind == Kind::kRecord) wire.record(recordAt(at).substr(0, sizes.at(records++)));
+      if (kind == Kind::kInts) wire.i32(std::max(kCounts[round], 0));
+      for (int i = 0; kind == Kind::kInts && i < kCounts[round]; ++i) wire.i32(kMembers[i]);
     }
     return wire;
   }
@@ -188,32 +170,23 @@ struct Arguments {
   const void* pointerAt(size_t at) const {
     if (isBad) return reinterpret_cast<const void*>(8);
     if (nullAt == static_cast<int>(at)) return nullptr;
-    switch (kinds[at]) {
-      case Kind::kText:
-        return textAt(at).first;
-      case Kind::kRecord:
-        return recordAt(at).data();
-      case Kind::kInts:
-        return kMembers;
-      default:
-        return out;
-    }
+    const Kind kind = kinds[at];
+    if (kind == Kind::kText) return textAt(at).first;
+    if (kind == Kind::kRecord) return recordAt(at).data();
+    return kind == Kind::kInts ? static_cast<const void*>(kMembers) : out;
   }
   int intAt(size_t at) const {
-    switch (kinds[at]) {
-      case Kind::kBool:
-        return kFlags[(round + ordinal(at)) % kRounds];
-      case Kind::kCount:
-        return kCounts[round];
-      case Kind::kInt:
-        break;
-      default:
-        return room;
-    }
+    const Kind kind = kinds[at];
+    if (kind == Kind::kBool) return kFlags[(round + ordinal(at)) % kRounds];
+    if (kind == Kind::kCount) return kCounts[round];
+    if (kind != Kind::kInt) return room;
     const auto which = static_cast<size_t>(ordinal(at));
     return which < numbers.size() ? numbers[which] : kNumbers[round] + ordinal(at);
   }
-  const std::string& recordAt(size_t at) const { return sentBytes(static_cast<size_t>(ordinal(at))); }
+  const std::string& recordAt(size_t at) const {
+    static const std::string kRecords[] = {sentBytes(0), sentBytes(1)};
+    return kRecords[ordinal(at)];
+  }
   const std::pair<const char*, const char16_t*>& textAt(size_t at) const {
     return kTexts[round][ordinal(at)];
   }
@@ -240,7 +213,12 @@ struct ApiRow {
         kinds{kindOf<Parameters>()...},
         call([pointer]([[maybe_unused]] Arguments& arguments) {
           const std::tuple<Parameters...> values{arguments.take<Parameters>()...};
-          return resultOf([&] { return std::apply(pointer, values); });
+          if constexpr (std::is_void_v<R>) {
+            std::apply(pointer, values);
+            return Result();
+          } else {
+            return Result(std::apply(pointer, values));
+          }
         }) {}
 
   /** Gives each parameter its role in a call of the method; false if the two don't fit. */
@@ -262,7 +240,7 @@ struct ApiRow {
     }
     // A room that the method is to know, too.
     if (std::ranges::count(method, Kind::kOutText) > 0 && std::ranges::count(kinds, Kind::kRoom) == 0) {
-      *std::ranges::find(kinds, Kind::kInt) = Kind::kSentRoom;
+      *std::ranges::find(kinds, Kind::kInt) = Kind::kSize;
     }
     return in == method.end() || *in >= Kind::kOut;
   }

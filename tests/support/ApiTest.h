@@ -54,48 +54,35 @@ class ApiTest : public ScriptedTest {
   template <class Connect>
   void connectWith(Connect connect) {
     ScriptedTest::connectWith(connect);
-    EXPECT_EQ(log_.take(), connectLine("done. "));
+    EXPECT_EQ(log_.take(),
+              (std::vector<LogLine>{{ANDROID_LOG_INFO, tag_, "Connect " + std::string(name_) + " done. "}}));
   }
 
-  /** Has another service of the same name die, and tries to connect. */
-  template <class Connect>
-  void failToConnectWith(Connect connect) {
-    ScriptedService(name_).kill();
-    setenv("BINDER_LOOKUP_MS", "0", 1);
-    EXPECT_FALSE(connect());
-    unsetenv("BINDER_LOOKUP_MS");
-    EXPECT_EQ(log_.take(), connectLine("failed!!! "));
-  }
-
-  /**
-   * A connection that is told of no death: it stays when its service dies, and calls on it fail, until
-   * another connect succeeds. `fetch` calls a function that takes a record of `size` bytes.
+  /** A connection without death notification stays when its service dies: calls fail until the next connect.
    */
   template <class Connect>
-  void expectConnectionOutlivesService(Connect connect, int (*fetch)(void* out), int size) {
-    const std::string sent = pattern(static_cast<size_t>(size));
-    const auto fetches = [&] {
-      answer(Wire().record(sent));
-      out_ = kUntouched;
-      EXPECT_EQ(fetch(out_.data()), 0);
-      EXPECT_EQ(out_, sent + kUntouched.substr(sent.size()));
+  void expectConnectionOutlivesService(Connect connect) {
+    const auto results = [this] {
+      std::vector<Result> all;
+      for (const ApiRow& row : rows_) {
+        answer(outValues(row, pattern(receivedSize(row))));
+        Arguments given = arguments(row);
+        all.push_back(row.call(given));
+      }
+      return all;
     };
-    const auto fails = [&] {
-      out_ = kUntouched;
-      EXPECT_EQ(fetch(out_.data()), -1);
-      EXPECT_EQ(out_, kUntouched);
+    const auto expected = [this](Result Expected::*which) {
+      std::vector<Result> all;
+      for (const ApiRow& row : rows_) all.push_back(row.gives.*which);
+      return all;
     };
     connectWith(connect);
-    fetches();
-    service_->dieOverNextRequest();
-    fails();
     service_->kill();
-    fails();
     service_.emplace(name_);
-    fails();
+    EXPECT_EQ(results(), expected(&Expected::failed));
     EXPECT_EQ(log_.take(), std::vector<LogLine>()) << "nothing of the death";
     ASSERT_TRUE(connect());
-    fetches();
+    EXPECT_EQ(results(), expected(&Expected::success));
   }
 
   /** What a function has to log, `count` times, if its record has not its size. */
@@ -180,7 +167,7 @@ class ApiTest : public ScriptedTest {
       expectFailure("exception");
       answer(Wire());
       expectFailure("half an answer");
-      if (receives(row, Kind::kOutRecord)) {
+      if (receives(row, Kind::kOutBlob)) {
         for (const std::string& record : {std::string(), good.substr(1), good + "!"}) {
           answer(outValues(row, record));
           expectFailure("record of another size");
@@ -252,19 +239,15 @@ class ApiTest : public ScriptedTest {
   const Kinds& methodOf(const ApiRow& row) const { return methods_.at(row.code); }
   bool receives(const ApiRow& row, Kind kind) const { return std::ranges::count(methodOf(row), kind) > 0; }
   size_t receivedSize(const ApiRow& row) const {
-    return receives(row, Kind::kOutRecord) ? row.sizes.back() : 0;
+    return receives(row, Kind::kOutBlob) ? row.sizes.back() : 0;
   }
 
   Wire outValues(const ApiRow& row, const std::string& record) const {
     Wire values;
-    if (receives(row, Kind::kOutValue)) values.i32(kAnswer);
-    if (receives(row, Kind::kOutRecord)) values.record(record);
+    if (receives(row, Kind::kOutInt)) values.i32(kAnswer);
+    if (receives(row, Kind::kOutBlob)) values.record(record);
     if (receives(row, Kind::kOutText)) values.text(u"12345678");
     return values;
-  }
-
-  std::vector<LogLine> connectLine(const std::string& outcome) const {
-    return {{ANDROID_LOG_INFO, tag_, "Connect " + std::string(name_) + " " + outcome}};
   }
 
   const char* const tag_;
