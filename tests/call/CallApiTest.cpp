@@ -89,6 +89,22 @@ TEST_F(CallApiTest, SimulatedDeviceServesEveryFunction) {
   device->stopEvents(std::chrono::milliseconds(0));
 }
 
+TEST_F(CallApiTest, DroppedOutValueIsPreset) {
+  class Service : public com::qv::DefaultCallService {
+   public:
+    android::binder::Status requestSnapShotData(int32_t, int32_t* result) override {
+      preset = *result;
+      return {};
+    }
+    int32_t preset = 0;
+  };
+  const android::sp<Service> service = new Service;
+  ASSERT_EQ(android::defaultServiceManager()->addService(android::String16(name_), service), android::OK);
+  ASSERT_TRUE(connectCallService(kNoCallbacks));
+  binder_snapshot_data_request(1);
+  EXPECT_EQ(service->preset, -1);
+}
+
 TEST_F(CallApiTest, NumbersMayBeOfAnyLength) {
   connect();
   answer(Wire().i32(kAnswer));

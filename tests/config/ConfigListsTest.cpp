@@ -79,8 +79,8 @@ TEST_F(ConfigListsTest, ElementsOfTheRightSizeGoToTheOneOperation) {
 
 TEST_F(ConfigListsTest, AnArrayThatCannotTakeAnElementIsRefused) {
   Puts puts;
-  const vesk_array both{&puts, store, append};
-  for (const Row& row : kRows) EXPECT_EQ(row.call(&both), -1) << row.name << ": without a connection";
+  const auto* unreadable = reinterpret_cast<const vesk_array*>(8);
+  for (const Row& row : kRows) EXPECT_EQ(row.call(unreadable), -1) << row.name << ": without a connection";
   connect();
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);

@@ -156,7 +156,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
   EXPECT_EQ(binder_parsing_dsskey_value(1, "12", nullptr), -1);
   EXPECT_FALSE(service_->take().has_value());
   die();
-  EXPECT_EQ(binder_parsing_dsskey_value(1, "12", buffer_.data()), -1);
+  EXPECT_EQ(binder_parsing_dsskey_value(1, reinterpret_cast<const char*>(8), buffer_.data()), -1);
   EXPECT_EQ(buffer_, kUntouched);
 }
 
@@ -186,6 +186,7 @@ TEST_F(SettingsTest, TimeZonesNeedTheirRoom) {
   }
   for (const Wire& reply : {Wire().i32(0), Wire()}) {
     answer(reply);
+    for (const int size : {INT_MIN, 0}) EXPECT_EQ(binder_get_time_zone(nullptr, size), -1) << size;
     for (const int size : {INT_MIN, 0}) EXPECT_EQ(binder_get_time_zone(nullptr, size), -1) << size;
     for (const int size : {1, 1000}) EXPECT_EQ(binder_get_time_zone(nullptr, size), 0) << size;
   }

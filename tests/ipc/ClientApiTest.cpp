@@ -4,19 +4,18 @@
 #include <gtest/gtest.h>
 
 #include <cstdlib>
-#include <cstring>
+#include <future>
 #include <mutex>
-#include <stdexcept>
 #include <thread>
 
 #include "LogCapture.h"
 #include "SampleService.h"
+#include "ipc/Synchronized.h"
 
 using android::IBinder;
 using android::sp;
 using android::String16;
 using android::wp;
-using android::binder::Status;
 using vesk::test::LogCapture;
 using vesk::test::LogLine;
 
@@ -28,6 +27,7 @@ class MortalService : public SampleService {
  public:
   android::status_t linkToDeath(const sp<DeathRecipient>& recipient, void*, uint32_t) override {
     const std::lock_guard lock(mutex_);
+    if (diesBeforeLink) recipient->binderDied(this);
     if (linkResult == android::OK) recipients_.push_back(recipient);
     return linkResult;
   }
@@ -38,13 +38,14 @@ class MortalService : public SampleService {
     }
   }
 
-  /** Who would be told. */
   std::vector<wp<DeathRecipient>> takeRecipients() {
     const std::lock_guard lock(mutex_);
     return std::exchange(recipients_, {});
   }
 
   android::status_t linkResult = android::OK;
+  /** The death is reported within linkToDeath(). */
+  bool diesBeforeLink = false;
 
  private:
   std::mutex mutex_;
@@ -59,7 +60,12 @@ class SampleClient : public ClientBase {
   explicit SampleClient(const String16& serviceName)
       : ClientBase(serviceName, "SampleClient"), service(connected ? new BpSample(binder) : nullptr) {}
 
+  ~SampleClient() override {
+    if (onRelease) onRelease();
+  }
+
   const sp<ISample> service;
+  static inline std::function<void()> onRelease;
 };
 
 constexpr const char* kPresent = "test.sample";
@@ -67,7 +73,7 @@ constexpr const char* kAbsent = "test.absent";
 
 ClientApi<SampleClient>& service = ClientApi<SampleClient>::instance();
 std::atomic<int> deaths;
-std::atomic<int> stores;
+int stores;
 std::function<void()> onDeath;
 
 void serviceDied() {
@@ -93,13 +99,11 @@ class ClientApiTest : public testing::Test {
   }
   ~ClientApiTest() override { service.disconnect(); }
 
-  void fail() { remote_->outcome = Status::fromExceptionCode(Status::EX_ILLEGAL_STATE); }
-
   LogCapture log_;
   const sp<MortalService> remote_ = new MortalService;
 };
 
-TEST_F(ClientApiTest, ACallKeepsItsProxy) {
+TEST_F(ClientApiTest, CallKeepsItsProxy) {
   ASSERT_TRUE(connectTo(kPresent));
   wp<IBinder::DeathRecipient> client = remote_->takeRecipients().at(0);
   bool clientGone = false;
@@ -126,7 +130,7 @@ TEST_F(ClientApiTest, ConnectingLogsAndStoresTheCallbacksOnSuccess) {
   EXPECT_TRUE(isConnected()) << "as before";
 }
 
-TEST_F(ClientApiTest, ADeathIsToldOnceAndEmptiesTheSlot) {
+TEST_F(ClientApiTest, DeathIsReportedOnceAndRemovesTheClient) {
   ASSERT_TRUE(connectTo(kPresent));
   log_.take();
   remote_->die();
@@ -136,14 +140,14 @@ TEST_F(ClientApiTest, ADeathIsToldOnceAndEmptiesTheSlot) {
   EXPECT_EQ(log_.take(), (std::vector<LogLine>{{ANDROID_LOG_INFO, "CallClient", "test.sample is died. "}}));
 }
 
-TEST_F(ClientApiTest, AConnectionWithoutDeathNotificationIsNotLinked) {
+TEST_F(ClientApiTest, ConnectionWithoutDeathNotificationIsNotLinked) {
   SampleClient::kServiceName = kPresent;
   ASSERT_TRUE(service.connectWithoutDeathNotification());
   EXPECT_TRUE(isConnected());
   EXPECT_TRUE(remote_->takeRecipients().empty());
 }
 
-TEST_F(ClientApiTest, AReplacedClientIsNotTold) {
+TEST_F(ClientApiTest, ReplacedClientReportsNoDeath) {
   ASSERT_TRUE(connectTo(kPresent));
   const std::vector<wp<IBinder::DeathRecipient>> first = remote_->takeRecipients();
   ASSERT_EQ(first.size(), 1u);
@@ -164,7 +168,7 @@ TEST_F(ClientApiTest, OnServiceDiedMayConnectAgain) {
   EXPECT_TRUE(isConnected());
 }
 
-TEST_F(ClientApiTest, ADeathBeforeTheLinkIsTold) {
+TEST_F(ClientApiTest, DeathBeforeTheLinkIsReported) {
   remote_->linkResult = android::DEAD_OBJECT;
   std::atomic<bool> told = false;
   onDeath = [&] { told.wait(false); };
@@ -175,6 +179,30 @@ TEST_F(ClientApiTest, ADeathBeforeTheLinkIsTold) {
   log_.takeUntil({ANDROID_LOG_INFO, "CallClient", "test.sample is died. "});
   EXPECT_EQ(deaths, 1);
   EXPECT_FALSE(isConnected());
+}
+
+TEST_F(ClientApiTest, DeathWithinTheLinkFindsTheClient) {
+  remote_->diesBeforeLink = true;
+  EXPECT_TRUE(connectTo(kPresent));
+  EXPECT_EQ(deaths, 1);
+  EXPECT_FALSE(isConnected());
+}
+
+TEST_F(ClientApiTest, ClientIsReleasedOutsideOfTheLock) {
+  std::vector<std::future<bool>> looks;
+  SampleClient::onRelease = [&] {
+    looks.push_back(std::async(std::launch::async, isConnected));
+    EXPECT_EQ(looks.back().wait_for(std::chrono::seconds(10)), std::future_status::ready);
+  };
+  ASSERT_TRUE(connectTo(kPresent));
+  ASSERT_TRUE(connectTo(kPresent));
+  EXPECT_EQ(looks.size(), 1u) << "replaced";
+  remote_->die();
+  EXPECT_EQ(looks.size(), 2u) << "dead";
+  ASSERT_TRUE(connectTo(kPresent));
+  service.disconnect();
+  EXPECT_EQ(looks.size(), 3u) << "given up";
+  SampleClient::onRelease = nullptr;
 }
 
 TEST_F(ClientApiTest, ConnectsDeathsAndCallsMayMeet) {
@@ -193,7 +221,12 @@ TEST_F(ClientApiTest, ConnectsDeathsAndCallsMayMeet) {
   std::vector<std::thread> changers;
   for (int i = 0; i < 2; ++i) {
     changers.emplace_back([] {
-      for (int round = 0; round < kRounds; ++round) EXPECT_TRUE(service.connect(serviceDied));
+      const auto store = [] {
+        const int before = stores;
+        std::this_thread::yield();
+        stores = before + 1;
+      };
+      for (int round = 0; round < kRounds; ++round) EXPECT_TRUE(service.connect(serviceDied, store));
     });
   }
   changers.emplace_back([&] {
@@ -202,12 +235,34 @@ TEST_F(ClientApiTest, ConnectsDeathsAndCallsMayMeet) {
   for (std::thread& thread : changers) thread.join();
   done = true;
   for (std::thread& thread : callers) thread.join();
+  EXPECT_EQ(stores, 1 + 2 * kRounds) << "callbacks are stored by one connect at a time";
 
   ASSERT_TRUE(connectTo(kPresent));
   deaths = 0;
   remote_->die();
   EXPECT_EQ(deaths, 1);
   EXPECT_FALSE(isConnected());
+}
+
+TEST(SynchronizedTest, ReadersSeeOneValueOrTheOther) {
+  struct Table {
+    std::array<int, 64> values;
+  };
+  Synchronized<Table> table;
+  std::thread writer([&] {
+    for (int i = 1; i <= 2000; ++i) {
+      Table next;
+      next.values.fill(i);
+      table.set(next);
+    }
+  });
+  for (int seen = 0; seen < 2000;) {
+    const std::array<int, 64> values = table.get(&Table::values);
+    EXPECT_EQ(values.front(), values.back());
+    EXPECT_GE(values.front(), seen);
+    seen = values.front();
+  }
+  writer.join();
 }
 
 }  // namespace

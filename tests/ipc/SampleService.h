@@ -8,7 +8,7 @@
 
 namespace com::qv {
 
-/** Serves ISample as the names of its methods promise, or fails as it is told. */
+/** Serves ISample as the names of its methods promise, or returns `outcome`. */
 class SampleService : public BnSample {
  public:
   android::binder::Status nothing() override { return done(); }
@@ -64,14 +64,7 @@ class SampleService : public BnSample {
     return done();
   }
 
-  android::binder::Status measure(const CommonParcelable& record, CommonParcelable* echo,
-                                  int32_t* size) override {
-    *echo = record;
-    *size = static_cast<int32_t>(record.blob().length());
-    return done();
-  }
-
-  /** What every method gives. */
+  /** The status that every method returns. */
   android::binder::Status outcome;
   std::atomic<int> calls = 0;
   /** Runs inside every method. */

@@ -76,6 +76,7 @@ class MiscApiTest : public ApiTest {
 
 TEST_F(MiscApiTest, EveryFunctionKeepsToItsRow) {
   expectNothingWithoutConnection();
+  EXPECT_EQ(binder_get_udisk_record_files(reinterpret_cast<const vesk_array*>(8)), -1);
   connect();
   expectCallsAndAnswers(19);
   expectNullPointers();
