@@ -5,8 +5,7 @@
 #include <cstdlib>
 #include <cstring>
 
-/* Memory comes from malloc, for a C program has to be told of its end rather than be ended by an exception.
- */
+/* malloc: C callers need an error, not std::bad_alloc. */
 
 struct vesk_records {
   vesk_array array;
@@ -19,7 +18,7 @@ struct vesk_records {
 
 namespace {
 
-/** At least so many elements get room at once. */
+/** The smallest allocation, in elements. */
 constexpr size_t kFirstCapacity = 8;
 
 bool reserve(vesk_records& records, size_t capacity) {

@@ -10,7 +10,7 @@ CallClient::CallClient(const android::String16& serviceName)
       listener(connected ? new CallEventListener : nullptr) {
   if (!connected) return;
   service->registerCallEventListener(listener);
-  // Written whether or not the service accepted it.
+  // Logged even if the service refuses the listener.
   __android_log_print(ANDROID_LOG_INFO, kLogTag, "CallEventListener is registed.");
 }
 

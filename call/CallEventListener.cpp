@@ -15,38 +15,37 @@ namespace {
 
 constexpr const char* kTag = CallClient::kLogTag;
 
-/** A text for the application, with its terminating zero. */
+/** Includes the terminating zero. */
 constexpr size_t kMakeCallRetSize = 128;
 
 template <class... Parameters>
 using Callback = void (*CallCallbacks::*)(Parameters...);
 
-/** Calls the application's callback, if it has one; the end of every event. */
+/** Calls the application's callback, unless it is null. */
 template <class... Parameters, class... Arguments>
 Status notify(Callback<Parameters...> callback, Arguments... arguments) {
   if (const auto function = callCallbacks.get(callback); function != nullptr) function(arguments...);
   return Status::ok();
 }
 
-/** An event whose line in the log is its name. */
+/** An event that logs its name. */
 template <class... Parameters, class... Arguments>
 Status namedEvent(const char* name, Callback<Parameters...> callback, Arguments... arguments) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s", name);
   return notify(callback, arguments...);
 }
 
-/** What is logged of a record that has not the size of its event; null for nothing. */
+/** The log line for a record of the wrong size; no line for a null text. */
 struct SizeError {
   android_LogPriority priority;
   const char* text;
 };
 
-/** An event that carries a record: `log` gets the event's name and the record, then the callback the record.
- */
+/** An event with a record, which goes to `log`, if not null, and then to the callback. */
 template <class Record, class... Rest>
 Status recordEvent(const char* name, const CommonParcelable& parcel, void (*log)(const char*, const Record&),
                    SizeError error, Callback<void*, Rest...> callback, Rest... rest) {
-  // The zero behind the record stops a reader of a text that the service did not end.
+  // The zero behind the record stops a reader of an unterminated text.
   struct {
     Record record;
     char end;
@@ -59,7 +58,7 @@ Status recordEvent(const char* name, const CommonParcelable& parcel, void (*log)
   return notify(callback, &received.record, rest...);
 }
 
-/* The precisions keep to the record where the service did not end a text. */
+/* The precisions keep an unterminated text within the record. */
 
 void logCall(const char* event, const vesk_call_info& info) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s(line:%d, chan:%d, name:%.*s, number:%.*s)", event,
@@ -82,7 +81,7 @@ constexpr void (*kNoLog)(const char*, const vesk_call_info&) = nullptr;
 
 }  // namespace
 
-/* Two of the error texts name other events. They are what people search logs for, and stay. */
+/* Two of the error texts name other events. They stay as they are, since people search logs for them. */
 
 Status CallEventListener::dialCallStartEvent(const CommonParcelable& callInfo) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s", __func__);

@@ -1,5 +1,5 @@
-# Tests start programs from VESK_RUN_DIRECTORY. Usually that is where they are built. With an emulator, there is a script for each
-# of them there, for the kernel can't start them itself.
+# Tests start programs from VESK_RUN_DIRECTORY, usually the folder in which they are built. With an emulator it holds a script for
+# each program, since the kernel can't start them itself.
 
 set(VESK_RUN_DIRECTORY ${CMAKE_RUNTIME_OUTPUT_DIRECTORY})
 if(NOT CMAKE_CROSSCOMPILING_EMULATOR)
@@ -24,5 +24,5 @@ function(vesk_emulate_programs directory)
   endforeach()
 endfunction()
 
-# When all targets are known.
+# Deferred until all targets are known.
 cmake_language(DEFER DIRECTORY ${PROJECT_SOURCE_DIR} CALL vesk_emulate_programs ${PROJECT_SOURCE_DIR})

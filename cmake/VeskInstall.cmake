@@ -1,11 +1,11 @@
-# What an installed tree holds, and how programs outside of this one find it:
+# Installs the library and the files with which programs outside of this tree find it:
 #
-#   vesk::client    the library and include/: all that an application in C needs
+#   vesk::client    the library and include/: for applications in C
 #   vesk::service   vesk::client, the platform's headers and libraries: for processes that derive from the classes
 #                   of <com/qv/...>
 #
-# vesk_client.pc and vesk_service.pc offer the same two to everybody else. the host platform is a
-# component of its own (platform), for it is not installed where the device brings the real one.
+# vesk_client.pc and vesk_service.pc are the same for pkg-config. The host platform is the component "platform",
+# since a device has the real one.
 
 include(CMakePackageConfigHelpers)
 
@@ -33,8 +33,8 @@ install(FILES ${CMAKE_BINARY_DIR}/package/vesk_clientConfig.cmake
               ${CMAKE_BINARY_DIR}/package/vesk_clientConfigVersion.cmake
   DESTINATION ${package_dir} COMPONENT client)
 
-# Paths in the .pc files start at the files' own place, so that the tree can be moved; unless its folders were
-# given places of their own.
+# Paths in the .pc files are relative to the files, so that the tree can be moved, unless its folders were
+# configured as absolute paths.
 if(IS_ABSOLUTE "${CMAKE_INSTALL_LIBDIR}" OR IS_ABSOLUTE "${CMAKE_INSTALL_INCLUDEDIR}")
   string(REPLACE " " "\\ " pc_libdir "${CMAKE_INSTALL_FULL_LIBDIR}")
   string(REPLACE " " "\\ " pc_includedir "${CMAKE_INSTALL_FULL_INCLUDEDIR}")

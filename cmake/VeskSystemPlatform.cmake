@@ -1,5 +1,5 @@
 # Finds the device's libbinder, libutils and liblog and their headers as targets vesk::binder, vesk::utils and
-# vesk::log, or leaves in VESK_PLATFORM_MISSING what there is to say. CMAKE_SYSROOT, CMAKE_FIND_ROOT_PATH and
+# vesk::log, or sets VESK_PLATFORM_MISSING to an error message. CMAKE_SYSROOT, CMAKE_FIND_ROOT_PATH and
 # CMAKE_PREFIX_PATH are honoured in the usual way; a directory that is not found can be given as
 # VESK_<LIB>_INCLUDE_DIR, a library as VESK_<LIB>_LIBRARY.
 # The installed package includes this file too, so nothing here may depend on this project's build.
@@ -18,7 +18,7 @@ function(vesk_system_library name header)
   endforeach()
   set(VESK_PLATFORM_MISSING "${VESK_PLATFORM_MISSING}" PARENT_SCOPE)
   if(NOT VESK_PLATFORM_MISSING AND NOT TARGET vesk::${name})
-    # IMPORTED makes its headers system headers: their warnings are not ours to answer.
+    # IMPORTED makes its headers system headers: their warnings are suppressed.
     add_library(vesk::${name} SHARED IMPORTED GLOBAL)
     set_target_properties(vesk::${name} PROPERTIES
       IMPORTED_LOCATION "${VESK_${upper}_LIBRARY}"
@@ -32,7 +32,7 @@ vesk_system_library(log android/log.h)
 vesk_system_library(utils utils/RefBase.h vesk::log)
 vesk_system_library(binder binder/Parcel.h vesk::utils)
 
-# A platform that was built without type information offers none to derive from.
+# A platform built without type information has none to derive from.
 set(VESK_PLATFORM_CXX_FLAGS)
 if(NOT VESK_PLATFORM_MISSING)
   file(STRINGS "${VESK_BINDER_LIBRARY}" type_information LIMIT_COUNT 1 REGEX "_ZTIN7android7BBinderE")

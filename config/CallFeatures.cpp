@@ -142,8 +142,7 @@ int binder_get_display_to_info_enable(void) {
 int binder_get_pick_up_config(void* out) {
   return configService.fetch<VESK_PICK_UP_CONFIG_SIZE>(out, &IConfigService::getPickUpConfig);
 }
-/* The record that comes back has a first byte of its own; on the way out there is only the number behind it.
- */
+/* The first byte of the record belongs to the reply; a request holds only the number behind it. */
 int binder_get_number_privacy_data(void* rec) {
   return configService.fetch<VESK_NUMBER_PRIVACY_SIZE>(rec, &IConfigService::getNumberPrivacyData,
                                                        TextAt{rec, 1});

@@ -7,7 +7,7 @@ using namespace com::qv;
 
 namespace {
 
-/** The type of the platform that has QCMS. */
+/** The platform type with QCMS. */
 constexpr int32_t kQcmsPlatform = 2;
 
 }  // namespace

@@ -12,7 +12,7 @@ using namespace com::qv;
 
 namespace {
 
-/** A caller's record need not be aligned. */
+/** Copied, since a caller's record need not be aligned. */
 template <class T>
 T copyOf(const void* record) {
   T copy;

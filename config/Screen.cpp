@@ -23,7 +23,7 @@ int binder_get_background_name(int index, void* name) {
   return configService.fetch<VESK_BACKGROUND_NAME_SIZE>(name, &IConfigService::getBackgroundName, index);
 }
 
-/* The idle screen and what is to be told on it */
+/* The idle screen and its notices */
 
 int binder_get_idle_tips(char* buffer, int size) {
   return configService.text(IfNotConnected{-1}, AllOrNothing{buffer, size}, &IConfigService::idleGetTips);

@@ -65,7 +65,7 @@ int binder_set_wk_info(int index, const void* record) {
 int binder_enter_wk_scan(int value) { return configService.value(&IConfigService::enterWkScan, value); }
 int binder_set_wk_config(int a, int b) { return configService.value(&IConfigService::setWkConfig, a, b); }
 int binder_wk_stop_ring(void) { return configService.value(&IConfigService::wkStopRing); }
-/* Callers know this function by its -1. */
+/* Callers rely on this -1. */
 int binder_get_wk_ring_time(char* dst, int size) {
   configService.text(IfNotConnected{-1}, Truncate{dst, size}, &IConfigService::getWkRingTime);
   return -1;

@@ -11,14 +11,14 @@ namespace {
 
 ClientApi<DatabaseClient>& service = ClientApi<DatabaseClient>::instance();
 
-/** Whether a record has its size; if not, the log tells, with the C function's name. */
+/** Checks a record's size, and logs an error with the C function's name if it differs. */
 bool hasSize(const CommonParcelable& record, int64_t size, const char* function) {
   if (static_cast<int64_t>(record.blob().length()) == size) return true;
   __android_log_print(ANDROID_LOG_ERROR, DatabaseClient::kLogTag, "%s: param size error!", function);
   return false;
 }
 
-/** The rule for records that are fetched: taken at exactly `size` bytes, others get a line in the log. */
+/** The rule for a record as an out-argument: accepted at exactly `size` bytes, otherwise logged. */
 struct Logged {
   void* bytes;
   int64_t size;
@@ -28,10 +28,8 @@ struct Logged {
   }
 };
 
-/**
- * Sends a record, after the method's other arguments, and gives the method's answer. The size that is checked
- * afterwards is that of the copy that was sent, which comes out empty where memory for it is refused quietly.
- */
+/** Sends a record after the method's other arguments. The check afterwards is of the copy that was sent: it
+ * is empty if a String8 could not allocate its memory. */
 template <size_t kSize, class... Parameters, class... Arguments>
 int store(const char* function, const void* bytes, Status (IDatabaseService::*method)(Parameters...),
           Arguments... arguments) {
@@ -89,7 +87,7 @@ int binder_phonebook_db_request(const void* request) {
 /* Groups of the phonebook */
 
 int binder_phonebook_get_contact_groupid(int contact, int count, void* groups) {
-  // In 64 bits, where no count can overflow and a negative one never fits.
+  // In 64 bits, so that no count overflows and a negative one matches no record.
   const int64_t size = int64_t{VESK_PHONEBOOK_GROUP_ID_SIZE} * count;
   return service.fetch(Logged{groups, size, __func__}, &IDatabaseService::phonebookGetContactGroupId, contact,
                        count);

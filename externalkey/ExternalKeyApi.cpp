@@ -11,7 +11,7 @@ namespace {
 
 ClientApi<ExternalKeyClient>& service = ClientApi<ExternalKeyClient>::instance();
 
-/** The rule for the answer to a single state: who asked to set it does not look at the answer. */
+/** The rule for the reply to a single state: ignored unless the state was read. */
 struct SingleStateAnswer {
   void* record;
   bool store(const CommonParcelable& answer) const {

@@ -27,7 +27,7 @@ ClientBase::~ClientBase() = default;
 
 void ClientBase::binderDied(const android::wp<android::IBinder>& who) {
   if (deathHook != nullptr) deathHook(this, who);
-  // The tag is the same for the clients of every service: the routine is shared.
+  // The tag is "CallClient" for the clients of every service.
   __android_log_print(ANDROID_LOG_INFO, "CallClient", "%s is died. ", bytesOf(String8(name)));
 }
 

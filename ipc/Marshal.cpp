@@ -8,11 +8,11 @@ namespace com::qv {
 
 namespace {
 
-/** For what the parcel may have changed when it fails. */
+/** Reads into a temporary: a failed read may modify its output. */
 template <class T>
-status_t readWhole(const Parcel& parcel, status_t (Parcel::*readSome)(T*) const, T* value) {
+status_t readViaTemporary(const Parcel& parcel, status_t (Parcel::*readInto)(T*) const, T* value) {
   T received;
-  const status_t status = (parcel.*readSome)(&received);
+  const status_t status = (parcel.*readInto)(&received);
   if (status == android::OK) *value = std::move(received);
   return status;
 }
@@ -20,11 +20,11 @@ status_t readWhole(const Parcel& parcel, status_t (Parcel::*readSome)(T*) const,
 }  // namespace
 
 status_t read(const Parcel& parcel, std::vector<int32_t>* value) {
-  return readWhole(parcel, &Parcel::readInt32Vector, value);
+  return readViaTemporary(parcel, &Parcel::readInt32Vector, value);
 }
 
 status_t read(const Parcel& parcel, std::vector<android::String16>* value) {
-  return readWhole(parcel, &Parcel::readString16Vector, value);
+  return readViaTemporary(parcel, &Parcel::readString16Vector, value);
 }
 
 status_t read(const Parcel& parcel, CommonParcelable* value) {
@@ -36,8 +36,8 @@ status_t read(const Parcel& parcel, CommonParcelable* value) {
 
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
   if (value.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) return android::BAD_VALUE;
-  // What a list needs at most, taken at once: its count, each element's marker, length, bytes and zeros.
-  // Where there isn't so much, it shows below.
+  // Reserves the memory of the whole list at once: its count, each element's marker, length, bytes and zeros.
+  // A failure shows in the writes below.
   size_t room = sizeof(int32_t);
   for (const CommonParcelable& element : value) room += 3 * sizeof(int32_t) + element.blob().length();
   static_cast<void>(parcel->setDataCapacity(parcel->dataSize() + room));
@@ -50,8 +50,7 @@ status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
 }
 
 status_t read(const Parcel& parcel, std::vector<CommonParcelable>* value) {
-  // The least that an element takes in a parcel. A count may promise more than there is, and is not to be
-  // trusted with memory.
+  // The smallest element. It bounds the reservation, since the count comes from the peer.
   constexpr size_t kMarkerSize = sizeof(int32_t);
 
   int32_t count = 0;

@@ -7,8 +7,7 @@
 #include <com/qv/CommonParcelable.h>
 #include <utils/String16.h>
 
-/* The wire form of every argument type of every interface: one pair of functions each. A `read` that fails
- * leaves the value as it was. */
+/* The wire form of each argument type: one pair of functions. A failed `read` leaves the value untouched. */
 namespace com::qv {
 
 using android::Parcel;
@@ -19,7 +18,7 @@ inline status_t read(const Parcel& parcel, int32_t* value) { return parcel.readI
 
 inline status_t write(Parcel* parcel, bool value) { return parcel->writeBool(value); }
 inline status_t read(const Parcel& parcel, bool* value) {
-  // A platform's readBool may write where it fails; the value has to stay then.
+  // Reads into a temporary: a failed read may modify its output.
   bool received = false;
   const status_t status = parcel.readBool(&received);
   if (status == android::OK) *value = received;
@@ -44,7 +43,7 @@ inline status_t write(Parcel* parcel, const CommonParcelable& value) {
 }
 status_t read(const Parcel& parcel, CommonParcelable* value);
 
-/* int32 count, then each element as a CommonParcelable. */
+/* An int32 count, then each element as a CommonParcelable. */
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value);
 status_t read(const Parcel& parcel, std::vector<CommonParcelable>* value);
 

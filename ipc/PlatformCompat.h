@@ -4,7 +4,7 @@
 
 #include <binder/Parcel.h>
 
-/* What platforms before 8.0 have under another name, or in another form. */
+/* Adapts to names and forms of platforms before 8.0. */
 namespace com::qv {
 
 /** The text of a String8, zero-terminated. */
@@ -17,7 +17,7 @@ const char* bytesOf(const String& string) {
   }
 }
 
-/** Reads a blob. The older form reports no error; the blob is empty then, which no receiver takes for a
+/** Reads a blob. The older form reports no error but returns an empty blob, which no receiver accepts as a
  * record. */
 template <typename Parcel, typename String>
 android::status_t readBlob(const Parcel& parcel, String* blob) {

@@ -4,27 +4,25 @@
 
 namespace com::qv {
 
-/*
- * The ways in which a text answer reaches the caller's buffer. Each row of the C API names one; `store` gives
- * the row's result. A size of 0 or less writes nothing.
- */
+/* The rules for copying a text to the caller's buffer. `store` returns the C function's result. Nothing is
+ * written with a size of 0 or less. */
 
-/** Always terminated, cut to fit. */
+/** Always terminated, truncated to fit. */
 struct Truncate {
   char* buffer;
   int size;
   int store(const std::string& text) const;
 };
 
-/** All or nothing: -1, and nothing written, unless the text and its terminator fit. */
+/** -1, and nothing written, unless the text and its terminator fit. */
 struct AllOrNothing {
   char* buffer;
   int size;
   int store(const std::string& text) const;
 };
 
-/** Truncate to fit; the rest of the buffer is filled with zeros. An empty answer gives `onEmpty` and writes
- * nothing. */
+/** Truncated to fit, and the rest of the buffer filled with zeros. For an empty text the result is `onEmpty`
+ * and nothing is written. */
 struct TruncateZeroFill {
   char* buffer;
   int size;
@@ -32,7 +30,7 @@ struct TruncateZeroFill {
   int store(const std::string& text) const;
 };
 
-/** The whole text with its terminator, whatever its length: the caller answers for the room. */
+/** The whole text with its terminator. The caller has to know that it fits. */
 struct Unchecked {
   char* buffer;
   int store(const std::string& text) const;

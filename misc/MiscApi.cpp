@@ -64,12 +64,12 @@ int binder_get_play_rec_file_state(void) { return service.value(&IMiscService::g
 /* MQTT multicast */
 
 int binder_has_mqtt_multicast_info(void) { return service.value(&IMiscService::hasMqttMulticastInfo); }
-/* Unlike other records this one may be null. */
+/* Unlike other records, this one may be null. */
 int binder_get_mqtt_multicast_info(void* out) {
   if (out == nullptr) return -1;
   return service.fetch<VESK_MQTT_MULTICAST_INFO_SIZE>(out, &IMiscService::getMqttMulticastInfo);
 }
-/* Unlike other functions this one empties the destination on failure. */
+/* Unlike other functions, this one empties the destination on failure. */
 int binder_get_mqtt_multicast_action(char* dst, size_t size) {
   if (dst == nullptr || size == 0) return -1;
   char info[VESK_MQTT_MULTICAST_INFO_SIZE + 1] = {};  // The additional zero terminates an action without one.

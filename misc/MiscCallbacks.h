@@ -9,7 +9,7 @@
 
 namespace com::qv {
 
-/* Before the first connection is complete: the service may raise an event while it is being made. */
+/* Used until the first connection is complete, since the service may raise an event before. */
 inline constexpr vesk_misc_notice_callback kIgnore = [] {};
 inline constexpr vesk_misc_callbacks kNoCallbacks{
     kIgnore, kIgnore, [](const char*) {}, kIgnore, kIgnore, kIgnore, kIgnore,
@@ -18,8 +18,8 @@ inline constexpr vesk_misc_callbacks kNoCallbacks{
 /** The callbacks of the current connection. */
 inline constinit Synchronized<vesk_misc_callbacks> miscCallbacks{kNoCallbacks};
 
-/** Calls the application's callback; the end of every event. It is not tested for null: the contract is that
- * the application gives a function for every event. */
+/** Calls the application's callback. There is no test for null: the application has to give a function for
+ * each event. */
 template <class... Parameters, class... Arguments>
 android::binder::Status notify(void (*vesk_misc_callbacks::*callback)(Parameters...),
                                Arguments... arguments) {

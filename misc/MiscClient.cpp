@@ -10,7 +10,7 @@ MiscClient::MiscClient(const android::String16& serviceName)
       ateListener(connected ? new AteEventListener : nullptr),
       miscListener(connected ? new MiscEventListener : nullptr) {
   if (!connected) return;
-  // Each line is written whether or not the service accepted the listener.
+  // Both lines are logged even if the service refuses the listener.
   service->registerAteEventListener(ateListener);
   __android_log_print(ANDROID_LOG_INFO, kLogTag, "AteEventListener is registed.");
   service->registerMiscEventListener(miscListener);

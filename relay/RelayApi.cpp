@@ -9,7 +9,7 @@ namespace {
 
 ClientApi<RelayClient>& service = ClientApi<RelayClient>::instance();
 
-/** Sends a record, but no null pointer. */
+/** Sends a record; -1 for a null pointer. */
 template <size_t kSize>
 int store(const char* record, ClientApi<RelayClient>::Method<const CommonParcelable&, int32_t*> method) {
   return record == nullptr ? -1 : service.value(method, Record{record, kSize});
@@ -21,7 +21,7 @@ int store(const char* record, ClientApi<RelayClient>::Method<const CommonParcela
 
 bool connect_relay_service(void) { return service.connectWithoutDeathNotification(); }
 
-/* The relay device. These do not look for null pointers. */
+/* The relay device. These functions do not check for null pointers. */
 
 int binder_get_relay_dev_mac(void* info) {
   return service.fetch<VESK_RELAY_DEV_INFO_SIZE>(info, &IRelayService::getRelayDevInfo);

@@ -1,10 +1,10 @@
-# For devices with a 32-bit ARM processor and hardware floating point, by the compiler arm-linux-gnueabihf-g++ (Debian
-# package g++-arm-linux-gnueabihf).
+# 32-bit ARM with hardware floating point; the compiler is arm-linux-gnueabihf-g++ (Debian package
+# g++-arm-linux-gnueabihf).
 #
-#   CMAKE_SYSROOT           the folder with the device's usr/include and usr/lib; everything is looked for there only
+#   CMAKE_SYSROOT           the folder with the device's usr/include and usr/lib, the only place of headers and libraries
 #   CMAKE_FIND_ROOT_PATH    further such folders
 #
-# Where qemu-arm is installed, CMake and CTest run what was built by it, on the libraries of the sysroot.
+# If qemu-arm is installed, CMake and CTest run the programs with it, on the libraries of the sysroot.
 
 set(CMAKE_SYSTEM_NAME Linux)
 set(CMAKE_SYSTEM_PROCESSOR armv7l)

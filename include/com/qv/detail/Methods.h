@@ -1,19 +1,19 @@
 #pragma once
 
 /*
- * How the rows of an interface become code. A row of a .def file names a method once: its code, its name, and
- * its parameters as (type, name) pairs, a pointer being an out-argument:
+ * Turns the rows of an interface into code. A row of a .def file is a method: its code, its name and its
+ * parameters as (type, name) pairs, where a pointer is an out-argument:
  *
  *   METHOD(14, makeCall, (int32_t, line), (const std::string&, number), (int32_t*, result))
  *
- * Whoever includes the file defines METHOD(code, name, ...) and undefines it afterwards. With the three lists
- * below, that row gives
+ * The including file defines METHOD(code, name, ...) and undefines it afterwards. The three lists below turn
+ * the row into
  *
  *   COM_QV_PARAMS(__VA_ARGS__)   int32_t line, const std::string& number, int32_t* result
  *   COM_QV_TYPES(__VA_ARGS__)    int32_t, const std::string&, int32_t*
  *   COM_QV_NAMES(__VA_ARGS__)    line, number, result
  *
- * and nothing for a method without parameters. A method has at most eight.
+ * and into nothing for a method without parameters. A method has at most eight parameters.
  */
 
 #define COM_QV_PARAMS(...) COM_QV_EACH(COM_QV_PARAM, __VA_ARGS__)
