@@ -53,6 +53,15 @@ NR <= skip { line[NR] = NR == skip - 2 ? line[NR] : "" }
 
 /^#define VESK_[A-Z0-9_]* [0-9]+$/ && previous !~ /\*\/$/ { line[NR] = $0 " /**< Bytes of the record. */" }
 
+# The conventions do not give the size of a record: a comment without it is an error.
+/^$/ { entry = ""; first = NR + 1 }
+{ entry = entry $0 }
+/^VESK_API/ { declaration = 1 }
+declaration && /;$/ {
+  declaration = 0
+  if (entry ~ /void\* / && entry !~ /VESK_[A-Z]|vesk_/) sub(/^\/\*\*/, "/** @recordSizeIsMissing", line[first])
+}
+
 /^#endif$/ { last = NR }
 
 { previous = $0 }

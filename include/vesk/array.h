@@ -1,8 +1,7 @@
 /**
  * @file
- * How the functions that read lists of records hand these to the application: through two operations over an
- * array of the application's own. For applications without a suitable array type there is a ready-made one,
- * vesk_records; C++ programs find an adaptor over std::vector in <vesk/array.hpp>.
+ * The arrays into which functions read lists of records. vesk_array adapts an array type of the
+ * application, vesk_records is a ready-made one, and <vesk/array.hpp> adapts std::vector.
  */
 #ifndef VESK_ARRAY_H
 #define VESK_ARRAY_H
@@ -17,13 +16,12 @@ extern "C" {
 #endif
 
 /**
- * An array of the application's, as the library sees it. A function uses one of the two operations, as its
- * comment says; the other may be null. It calls it on the calling thread, once for each element, in order,
- * and doesn't keep the handle.
+ * The library's view of an array of the application. A function uses one of the two operations, as
+ * its comment says; the other may be null. The function calls the operation on the calling thread,
+ * once for each element, in order, and does not keep the handle.
  *
- * Both operations have to copy the `size` bytes at `element`, which are gone when the function returns.
- * `element` has no particular alignment. What an operation does without room for the element is its own
- * affair: the library isn't told.
+ * An operation must copy the `size` bytes at `element`, which are valid only until it returns and
+ * may be unaligned. It cannot report an error: an operation without room for the element drops it.
  *
  *     struct logs {
  *       char entries[100][VESK_ALARM_LOG_SIZE];
@@ -40,16 +38,16 @@ extern "C" {
  *     if (binder_get_alarm_logs(&array) == 0) show(&logs);
  */
 typedef struct vesk_array {
-  /** Passed to both operations; nothing to the library. */
+  /** Passed to both operations. */
   void* context;
-  /** Puts an element at an index, which counts from 0. */
+  /** Puts an element at an index from 0. */
   void (*store)(void* context, size_t index, const void* element, size_t size);
   /** Puts an element behind the last one. */
   void (*append)(void* context, const void* element, size_t size);
 } vesk_array;
 
 /**
- * A growable array of records of one size, for use with the functions that take a vesk_array:
+ * A growable array of records of one size, for the functions that take a vesk_array:
  *
  *     vesk_records* logs = vesk_records_create(VESK_ALARM_LOG_SIZE);
  *     if (binder_get_alarm_logs(vesk_records_array(logs)) == 0) {
@@ -57,67 +55,52 @@ typedef struct vesk_array {
  *     }
  *     vesk_records_free(logs);
  *
- * One thread at a time may use a given array.
+ * Only one thread at a time may use an array.
  */
 typedef struct vesk_records vesk_records;
 
 /**
- * Makes an empty array.
+ * Creates an empty array of elements of `element_size` bytes.
  *
- * @param element_size the size of its elements in bytes
- * @return the array, to be freed with vesk_records_free(); null if element_size is 0 or there is no memory
+ * @return the array, to be freed with vesk_records_free(); null if `element_size` is 0 or memory is
+ *         exhausted
  */
 VESK_API vesk_records* vesk_records_create(size_t element_size);
 
-/**
- * Frees an array and all that it gave out.
- *
- * @param records the array; null does nothing
- */
+/** Frees an array and its elements; null does nothing. */
 VESK_API void vesk_records_free(vesk_records* records);
 
 /**
- * The handle with which the library fills the array. Its operations accept elements of exactly the array's
- * element size. Storing beyond the end lets the array grow up to that index; elements in between, which
- * nobody has stored, are zero.
+ * Returns the handle through which the library fills the array. Its operations accept only elements
+ * of the array's element size. A store beyond the end extends the array to that index, with zeros
+ * as the elements in between.
  *
- * @param records the array
- * @return a handle that is valid until the array is freed; null if `records` is null, which the functions
- *         that read lists refuse
+ * @return a handle that is valid until the array is freed; null if `records` is null
  */
 VESK_API const vesk_array* vesk_records_array(vesk_records* records);
 
-/**
- * @param records the array
- * @return how many elements it has; 0 if it is null
- */
+/** Returns the number of elements; 0 if `records` is null. */
 VESK_API size_t vesk_records_count(const vesk_records* records);
 
 /**
- * Gives one element.
+ * Returns the element at an index from 0.
  *
- * @param records the array
- * @param index   from 0
- * @return its bytes, valid until the array is filled further, cleared or freed; null if there is no such
- *         element or no array. The first element is aligned for every type, the others follow without gaps.
+ * @return its bytes, valid until the array is filled further, cleared or freed; null if there is no
+ *         such element or `records` is null. The first element is aligned for every type, the
+ *         others follow without gaps.
  */
 VESK_API const void* vesk_records_element(const vesk_records* records, size_t index);
 
 /**
- * Tells whether everything got in.
+ * Returns whether the array holds every element that was stored or appended.
  *
- * @param records the array
- * @return false if, since the array was made or cleared, an element was dropped because memory ran out or the
- *         element was not of the array's size; the elements before are there. False, too, if there is no
- *         array
+ * @return false if, since the array was created or cleared, an element was dropped because memory
+ *         was exhausted or because it had another size than the array's elements; false if
+ *         `records` is null
  */
 VESK_API bool vesk_records_complete(const vesk_records* records);
 
-/**
- * Removes all elements. Functions that append don't do this by themselves.
- *
- * @param records the array; null does nothing
- */
+/** Removes all elements, which functions that append do not do; null does nothing. */
 VESK_API void vesk_records_clear(vesk_records* records);
 
 #ifdef __cplusplus

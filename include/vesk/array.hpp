@@ -1,6 +1,6 @@
 /**
  * @file
- * A std::vector as the array of a function that reads a list of records.
+ * An adaptor that lets functions read lists of records into a std::vector.
  */
 #ifndef VESK_ARRAY_HPP
 #define VESK_ARRAY_HPP
@@ -15,30 +15,29 @@
 namespace vesk {
 
 /**
- * Fills a vector, which it doesn't own. T has the layout of the record; elements of another size than T's are
+ * Fills a vector that it does not own. T has the layout of the record; elements of another size are
  * dropped.
  *
  *     struct AlarmLog { char bytes[VESK_ALARM_LOG_SIZE]; };
  *     std::vector<AlarmLog> logs;
  *     if (binder_get_alarm_logs(vesk::VectorArray(logs)) == 0) show(logs);
  *
- * If memory runs out, std::bad_alloc comes out of the function that fills the vector, as it would out of the
- * vector; the elements before are there.
+ * If memory is exhausted, the function that fills the vector throws std::bad_alloc; the vector
+ * keeps the elements before.
  */
 template <class T>
 class VectorArray {
   static_assert(std::is_trivially_copyable_v<T>, "records are copied byte for byte");
 
  public:
-  /** @param vector has to outlive this object */
+  /** Fills `vector`, which must outlive this object. */
   explicit VectorArray(std::vector<T>& vector) : array_{&vector, store, append} {}
 
-  /** The handle, valid as long as this object. */
+  /** The handle; valid as long as this object. */
   operator const vesk_array*() const { return &array_; }
 
  private:
-  /* Storing beyond the end lets the vector grow up to that index, with value-initialised elements in between.
-   */
+  /* A store beyond the end extends the vector, with value-initialised elements in between. */
   static void store(void* context, std::size_t index, const void* element, std::size_t size) {
     if (size != sizeof(T)) return;
     std::vector<T>& vector = *static_cast<std::vector<T>*>(context);

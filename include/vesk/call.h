@@ -1,10 +1,10 @@
 /**
  * @file
- * The call service: placing and ending calls, conferences, dialling and tones, redial and call completion,
- * video and snapshots, the door, and the events that tell of all this.
+ * The call service: placing and ending calls, conferences, dialling and tones, redial and
+ * call completion, video and snapshots, the door, and the call events.
  *
- * Read the conventions in <vesk/vesk_client.h> first. None of these functions logs; connect_call_service and
- * the events do, under the tag "CallClient".
+ * Read the conventions in <vesk/vesk_client.h> first. connect_call_service and the events log under
+ * the tag "CallClient"; the other functions log nothing.
  */
 #ifndef VESK_CALL_H
 #define VESK_CALL_H
@@ -28,106 +28,93 @@ extern "C" {
 #define VESK_VIDEO_AREA_SIZE 16
 #define VESK_SNAPSHOT_INFO_SIZE 256
 
-/** One call, as most of the call events show it. */
+/** A call, in most of the call events. */
 typedef struct vesk_call_info {
-  int32_t line;   /**< the line that it is on */
-  int32_t chan;   /**< channel; the call's own number */
-  char name[256]; /**< the other side's name, ends with a zero */
-  /** The other side's number, ends with a zero. The bytes behind that zero may hold further fields of the
-   * device. */
+  int32_t line;   /**< the line of the call */
+  int32_t chan;   /**< the channel of the call */
+  char name[256]; /**< the name of the other party, ends with a zero */
+  /** The number of the other party, ends with a zero. The device may put further fields behind it. */
   char number[96];
 } vesk_call_info;
 static_assert(sizeof(vesk_call_info) == VESK_CALL_INFO_SIZE, "call information record");
 
 /** The state of automatic redialling. */
 typedef struct vesk_auto_redial_info {
-  int32_t maxtimes;     /**< how often the number is dialled at most */
-  int32_t interval;     /**< time between two attempts, in the service's unit */
+  int32_t maxtimes;     /**< the maximum number of attempts */
+  int32_t interval;     /**< the time between two attempts, in the service's unit */
   char dialNumber[512]; /**< ends with a zero */
-  int32_t currenttimes; /**< how often it has been dialled */
+  int32_t currenttimes; /**< the number of attempts so far */
 } vesk_auto_redial_info;
 static_assert(sizeof(vesk_auto_redial_info) == VESK_AUTO_REDIAL_INFO_SIZE, "automatic redial record");
 
-/** A number to which a call can be completed. */
+/** A call that can be completed. */
 typedef struct vesk_call_completion_info {
   char dialNumber[512]; /**< ends with a zero */
-  int32_t line;         /**< the line that it was called on */
+  int32_t line;         /**< the line of the call */
 } vesk_call_completion_info;
 static_assert(sizeof(vesk_call_completion_info) == VESK_CALL_COMPLETION_INFO_SIZE, "call completion record");
 
 /* Connecting and events */
 
-/** @param call_info a vesk_call_info of VESK_CALL_INFO_SIZE bytes */
+/** An event with a vesk_call_info. */
 typedef void (*vesk_call_info_callback)(void* call_info);
 
-/** @param value what the event carries */
+/** An event with a number. */
 typedef void (*vesk_call_value_callback)(int value);
 
-/**
- * @param value   what the event carries besides the members
- * @param members the members, in the service's order; may be null if there are none
- * @param count   how many they are, 0 or more
- */
+/** A conference event with `count` members; `members` may be null if `count` is 0. */
 typedef void (*vesk_call_members_callback)(int value, const int* members, int count);
 
-/** The event is all there is to tell. */
+/** An event without arguments. */
 typedef void (*vesk_call_notice_callback)(void);
 
-/**
- * @param code   the key
- * @param status what happened to it
- */
+/** The event of a key. */
 typedef void (*vesk_call_keycode_callback)(int code, int status);
 
-/**
- * @param text at most 127 bytes and a terminating zero; a longer text is cut there, if need be inside a
- *             character
- */
+/** An event with a text, cut to 127 bytes if it is longer, if need be inside a character. */
 typedef void (*vesk_call_text_callback)(const char* text);
 
-/** @param auto_redial_info a vesk_auto_redial_info of VESK_AUTO_REDIAL_INFO_SIZE bytes */
+/** An event with a vesk_auto_redial_info. */
 typedef void (*vesk_auto_redial_info_callback)(void* auto_redial_info);
 
-/**
- * @param completion_info a vesk_call_completion_info of VESK_CALL_COMPLETION_INFO_SIZE bytes
- * @param flag            goes with the record, as the service sent it
- */
+/** An event with a vesk_call_completion_info and a flag. */
 typedef void (*vesk_call_completion_info_callback)(void* completion_info, bool flag);
 
 /**
  * Connects to the call service and registers for its events.
  *
- * If the service is not there, waits for it as long as the service manager does, some five seconds, and then
- * fails. May be called again at any time. A successful call replaces the connection and all callbacks. A
- * failed one leaves the call service without a connection, even if there was one before.
+ * If the service is absent, waits as long as the service manager does, about five seconds, and then
+ * fails. May be called again at any time. A successful call replaces the connection and all
+ * callbacks. A failed one leaves the call service without a connection, even if there was one
+ * before.
  *
- * A connection that was replaced or given up in this way is not reported to on_service_died. Nor is the
- * service told of that: if it sends its events to both the earlier and the new connection, each comes twice.
+ * The death of a replaced connection is not reported. The service does not learn that a connection
+ * was replaced: if it keeps the earlier listeners, it sends each event once for every connect.
  *
- * Every callback may be null; such an event is logged and dropped. Until the connection stands, events go to
- * the callbacks given before, if there are any. An event whose record is not exactly of its size is dropped,
- * mostly with a line in the log.
+ * Every callback may be null; such an event is logged and dropped. Until connect returns, events go
+ * to the callbacks of the previous connect, if there was one. An event whose record has the wrong
+ * size is dropped, in most cases with a line in the log.
  *
- * @param on_dial_call_start              dialling has begun
- * @param on_dial_call_stop               dialling has ended
- * @param on_dial_selection               a selection for dialling is due
+ * @param on_dial_call_start              dialling has started
+ * @param on_dial_call_stop               dialling has stopped
+ * @param on_dial_selection               a selection for dialling
  * @param on_new_ongoing_call             there is a new call
  * @param on_call_state_changed           the state of a call has changed
  * @param on_call_info_changed            the information on a call has changed
- * @param on_current_call_changed         another call is the current one; the value is its channel
+ * @param on_current_call_changed         another call is current; the value is its channel
  * @param on_delete_ongoing_call          a call is gone; the value is its channel
- * @param on_update_call_video_stream     the video streams have changed; the value is a number
- * @param on_conference_start             a conference has begun
- * @param on_conference_stop              a conference has ended
- * @param on_conference_members_changed   the members of a conference have changed; these are all of them
- * @param on_conference_manager           the management of the conference is due
- * @param on_keycode                      something happened to a key
- * @param on_make_call_ret                what came of placing a call, in words
- * @param on_dialing_info_changed         the information on the call that is being dialled has changed
+ * @param on_update_call_video_stream     the video streams of a call have changed
+ * @param on_conference_start             a conference has started
+ * @param on_conference_stop              a conference has stopped
+ * @param on_conference_members_changed   the members of a conference have changed
+ * @param on_conference_manager           the conference manager event
+ * @param on_keycode                      a key and its status
+ * @param on_make_call_ret                the result of placing a call, as a text
+ * @param on_dialing_info_changed         the information on the call being dialled has changed
  * @param on_auto_redial_info_changed     the state of automatic redial has changed
  * @param on_call_completion_info_changed the state of call completion has changed
- * @param on_service_died                 the service has died, and the connection with it
- * @return true if connected. Whether the service accepted the registration for events is not told.
+ * @param on_service_died                 the service has died
+ * @return true if connected, even if the service refused the registration for events
  */
 VESK_API bool connect_call_service(
     vesk_call_info_callback on_dial_call_start, vesk_call_value_callback on_dial_call_stop,
@@ -144,184 +131,86 @@ VESK_API bool connect_call_service(
 
 /* Placing and ending calls */
 
-/**
- * Places a call.
- *
- * @param line   the line to call from
- * @param number the number to dial
- * @return the service's answer; -1 on failure
- */
+/** Places a call. */
 VESK_API int binder_make_call(int line, const char* number);
 
-/**
- * Places a call, with video or without.
- *
- * @param line   the line to call from
- * @param number the number to dial
- * @param video  0 for sound alone, anything else for video
- * @return the service's answer; -1 on failure
- */
+/** Places a call, with video if `video` is not 0. */
 VESK_API int binder_make_av_call(int line, const char* number, int video);
 
-/**
- * Calls to hear the messages that wait on a line (MWI).
- *
- * @param line   the line to call from
- * @param number the number to dial
- * @return the service's answer; -1 on failure
- */
+/** Plays the waiting messages (MWI). */
 VESK_API int binder_play_mwi(int line, const char* number);
 
-/**
- * Asks for the first line that calls can be placed on.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the first valid line. */
 VESK_API int binder_get_first_valid_line(void);
 
-/**
- * Opens a new call.
- *
- * @param value for the service to interpret
- */
+/** Creates a new call. */
 VESK_API void binder_create_new_call(int value);
 
-/** Answers the call that rings, on the headset. */
+/** Answers a call on the headset. */
 VESK_API void binder_headset_answer_call(void);
 
-/**
- * Makes a call the current one.
- *
- * @param value the call, by the number that the service knows it by
- */
+/** Makes a call the current one. */
 VESK_API void binder_set_current_call(int value);
 
-/**
- * Ends a call.
- *
- * @param value the call, by the number that the service knows it by
- */
+/** Ends a call. */
 VESK_API void binder_close_call(int value);
 
-/**
- * Asks whether the call has a voice menu (IVR).
- *
- * @return the service's answer; false on failure
- */
+/** Returns whether the call has a voice menu (IVR); false on failure. */
 VESK_API bool binder_get_call_have_ivr(void);
 
 /* Hold and mute */
 
-/**
- * Puts a call on hold or resumes it.
- *
- * @param value the call, by the number that the service knows it by
- * @param hold  true to hold, false to resume
- */
+/** Puts a call on hold or resumes it. */
 VESK_API void binder_set_call_hold_status(int value, bool hold);
 
 /** Mutes the call, or unmutes it if it is muted. */
 VESK_API void binder_switch_call_muted_state(void);
 
-/* Conferences. Members go by the numbers that the conference events show. */
+/* Conferences */
 
 /**
- * Adds members to the conference.
+ * Adds `count` members to the conference.
  *
- * @param members `count` of them, read before the function returns; may be null if that is 0 or less
- * @param count   how many they are; an empty list is sent for 0 or less
+ * With a `count` of 0 or less, sends an empty list; `members` may be null then.
  */
 VESK_API void binder_add_conference_members(const int* members, int count);
 
-/**
- * Removes a member from the conference.
- *
- * @param member the member
- */
+/** Removes a member from the conference. */
 VESK_API void binder_remove_conference_member(int member);
 
-/**
- * Puts a member of the conference on hold.
- *
- * @param member the member
- */
+/** Puts a member of the conference on hold. */
 VESK_API void binder_hold_conference_member(int member);
 
-/**
- * Resumes a member that was put on hold.
- *
- * @param member the member
- */
+/** Resumes a member that was put on hold. */
 VESK_API void binder_resume_conference_member(int member);
 
-/**
- * Mutes or unmutes a member of the conference.
- *
- * @param member the member
- * @param mute   true to mute, false to unmute
- */
+/** Mutes or unmutes a member of the conference. */
 VESK_API void binder_mute_conference_member(int member, bool mute);
 
-/**
- * Mutes or unmutes all members of the conference.
- *
- * @param value for the service to interpret
- * @param mute  true to mute, false to unmute
- */
+/** Mutes or unmutes all members of the conference. */
 VESK_API void binder_mute_all_conference_member(int value, bool mute);
 
 /* Dialling and tones */
 
-/**
- * Dials a number in the service's edial mode.
- *
- * @param line   the line to dial on
- * @param number the number to dial
- * @return the service's answer; -1 on failure
- */
+/** Dials a number in edial mode. */
 VESK_API int binder_edial_with_line(int line, const char* number);
 
-/**
- * Changes the line in edial mode.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Changes the line in edial mode. */
 VESK_API int binder_edial_change_line(int value);
 
-/**
- * Places the call that was prepared in edial mode.
- *
- * @return the service's answer; -1 on failure
- */
+/** Places a call in edial mode. */
 VESK_API int binder_edial_make_call(void);
 
-/**
- * Tells the service the number that is being dialled, as far as it has been entered.
- *
- * @param number the number
- */
+/** Reports the number being dialled, as far as it has been entered. */
 VESK_API void binder_dial_number_update_request(const char* number);
 
-/**
- * Sends a selection for dialling.
- *
- * @param value for the service to interpret
- */
+/** Sends a selection for dialling. */
 VESK_API void binder_dial_selection_request(int value);
 
-/**
- * Switches the multiplexing of keys.
- *
- * @param value for the service to interpret
- */
+/** Switches the multiplexing of keys. */
 VESK_API void binder_key_multiplexing(bool value);
 
-/**
- * Plays a tone.
- *
- * @param tone which one, by the service's number for it
- */
+/** Plays a tone. */
 VESK_API void binder_play_tone_request(int tone);
 
 /** Stops the tone that plays. */
@@ -329,104 +218,62 @@ VESK_API void binder_stop_tone_request(void);
 
 /* Redial and call completion */
 
-/** Calls the last number again. */
+/** Redials the last number. */
 VESK_API void binder_redial_call(void);
 
 /** Requests automatic redial. */
 VESK_API void binder_call_auto_redial(void);
 
-/** What the soft key "call" of automatic redial does. */
+/** Acts as the soft key "call" of automatic redial. */
 VESK_API void binder_auto_redial_make_call(void);
 
-/** What the soft key "cancel" of automatic redial does. */
+/** Acts as the soft key "cancel" of automatic redial. */
 VESK_API void binder_auto_redial_cancel(void);
 
 /** Requests call completion. */
 VESK_API void binder_call_completion(void);
 
-/**
- * Confirms that a call completion shall dial.
- *
- * @param line   the line, as the call completion event showed it
- * @param number the number, as the call completion event showed it
- */
+/** Confirms the dialling of a call completion. */
 VESK_API void binder_complete_dial_confirm(int line, const char* number);
 
-/**
- * Cancels a call completion.
- *
- * @param line   the line, as the call completion event showed it
- * @param number the number, as the call completion event showed it
- */
+/** Cancels a call completion. */
 VESK_API void binder_complete_cancel(int line, const char* number);
 
 /* Video and snapshots */
 
 /**
- * Sets where video is displayed.
- *
- * @param value  for the service to interpret
- * @param area_a a record of VESK_VIDEO_AREA_SIZE bytes, of the service's layout; not a string
- * @param area_b another one
+ * Sets where video is displayed. The areas have VESK_VIDEO_AREA_SIZE bytes each; they are not
+ * strings.
  */
 VESK_API void binder_set_video_display_area(int value, const char* area_a, const char* area_b);
 
-/**
- * Sets the areas of several video streams.
- *
- * @param a for the service to interpret
- * @param b for the service to interpret
- */
+/** Sets the areas of several video streams. */
 VESK_API void binder_set_video_stream_area(int a, int b);
 
-/**
- * Takes a snapshot of the video.
- *
- * @param value for the service to interpret
- */
+/** Takes a snapshot of the video. */
 VESK_API void binder_video_snapshot(int value);
 
-/**
- * Asks how many snapshots there are.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Returns the number of snapshots. */
 VESK_API int binder_get_snapshot_nums(int value);
 
-/**
- * Asks for the data of a snapshot. The service's answer to the request is dropped.
- *
- * @param value for the service to interpret
- */
+/** Requests the data of a snapshot. The service's answer is dropped. */
 VESK_API void binder_snapshot_data_request(int value);
 
 /**
- * Fetches the information on a snapshot. To see whether that failed, prepare the buffer.
- *
- * @param      a     for the service to interpret
- * @param      index which of the snapshots
- * @param[out] info  receives a record of VESK_SNAPSHOT_INFO_SIZE bytes; untouched on failure
+ * Fetches the information on a snapshot (VESK_SNAPSHOT_INFO_SIZE bytes). The only sign of a failure
+ * is that `info` is untouched.
  */
 VESK_API void binder_get_snapshot_info_by_index(int a, int index, void* info);
 
-/**
- * Deletes a snapshot.
- *
- * @param value for the service to interpret
- */
+/** Deletes a snapshot. */
 VESK_API void binder_delete_snapshot(int value);
 
 /* Door */
 
-/** Has the service drive the light of the door opener. */
+/** Controls the light of the door opener. */
 VESK_API void binder_ctrl_led_dooropen(void);
 
-/**
- * Sets the way in which the door is opened: the type of the DTMF tones.
- *
- * @param type for the service to interpret
- */
+/** Sets the type of the DTMF tones that open the door. */
 VESK_API void binder_set_dooropen_type(int type);
 
 #ifdef __cplusplus

@@ -1,7 +1,7 @@
 /**
  * @file
- * What the headers of the services share. Applications include <vesk/vesk_client.h> or a service's own
- * header.
+ * The definitions that the headers of the services share. Include <vesk/vesk_client.h> or the
+ * header of a service instead.
  */
 #ifndef VESK_COMMON_H
 #define VESK_COMMON_H
@@ -17,8 +17,7 @@
 /** Marks the functions that libvesk_client.so exports. */
 #define VESK_API __attribute__((visibility("default")))
 
-/** Tells that a service's process has ended, and the connection with it (convention 11 in
- * <vesk/vesk_client.h>). */
+/** Called when the process of a service has ended (convention 12 in <vesk/vesk_client.h>). */
 typedef void (*vesk_service_died_callback)(void);
 
 #endif

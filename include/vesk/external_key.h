@@ -2,11 +2,12 @@
  * @file
  * The external-key service: the key modules that extend the device.
  *
- * Read the conventions in <vesk/vesk_client.h> first. One thing is different here: nobody is told when the
- * external-key service dies. The connection stays, and each call on it fails until
- * connect_external_key_service() has been called again with success.
+ * Read the conventions in <vesk/vesk_client.h> first. There is no death notification here: after
+ * the external-key service has died, each call fails until connect_external_key_service() has
+ * succeeded again.
  *
- * None of these functions logs; connect_external_key_service does, under the tag "ExternalKeyClient".
+ * connect_external_key_service logs under the tag "ExternalKeyClient"; the other functions log
+ * nothing.
  */
 #ifndef VESK_EXTERNAL_KEY_H
 #define VESK_EXTERNAL_KEY_H
@@ -19,16 +20,16 @@
 extern "C" {
 #endif
 
-/* Records. Their layout is the service's, but for the beginning of the single-state configuration. */
+/* Records */
 
 /** Sizes of the external-key service's records in bytes. */
 #define VESK_EXK_DEV_INFO_SIZE 200
 #define VESK_EXK_CONFIG_SIZE 1154
 #define VESK_BTK_CONFIG_SIZE 136
-/** Begins with a 32-bit integer in the device's byte order, which says what to do with the record. */
+/** Begins with a 32-bit integer in the device's byte order, which selects get or set. */
 #define VESK_SINGLE_STATE_CONFIG_SIZE 204
 
-/** What a single-state configuration begins with to be fetched; with anything else it is set. */
+/** The selector of a single-state configuration for get; any other value stands for set. */
 #define VESK_SINGLE_STATE_GET 1
 
 /* Connecting */
@@ -36,9 +37,9 @@ extern "C" {
 /**
  * Connects to the external-key service.
  *
- * If the service is not there, waits for it as long as the service manager does, some five seconds, and then
- * fails. May be called again at any time, and has to be after the service has died. A successful call
- * replaces the connection; a failed one leaves the earlier connection as it was.
+ * If the service is absent, waits as long as the service manager does, about five seconds, and then
+ * fails. May be called again at any time, and must be after the service has died. A successful call
+ * replaces the connection; a failed one leaves it unchanged.
  *
  * @return true if connected
  */
@@ -46,47 +47,28 @@ VESK_API bool connect_external_key_service(void);
 
 /* Key modules */
 
-/**
- * Fetches the information on the key modules: all of it, not only the MAC address.
- *
- * @param[out] info receives a record of VESK_EXK_DEV_INFO_SIZE bytes; untouched on failure
- * @return 0 if the record was copied; -1 on failure
- */
+/** Fetches the whole information on the key modules (VESK_EXK_DEV_INFO_SIZE bytes). */
 VESK_API int binder_get_exkdev_mac(void* info);
 
-/**
- * Fetches the configuration of a key module's keys.
- *
- * @param      value  for the service to interpret
- * @param[out] config receives a record of VESK_EXK_CONFIG_SIZE bytes; untouched on failure
- * @return 0 if the record was copied; -1 on failure
- */
+/** Fetches the key configuration of a key module (VESK_EXK_CONFIG_SIZE bytes). */
 VESK_API int binder_get_exk_config(int value, void* config);
 
 /**
- * Adds the configuration of a key. The service's answer is dropped.
- *
- * @param config a record of VESK_BTK_CONFIG_SIZE bytes; no string
- * @return 0 once the call was made, even if it failed; -1 without a connection
+ * Adds the configuration of a key (VESK_BTK_CONFIG_SIZE bytes). Returns 0 even if the call fails;
+ * -1 without a connection.
  */
 VESK_API int binder_add_btk_config(const char* config);
 
 /**
- * Gets or sets a single-state configuration. The service sees the record in either case.
+ * Gets or sets a single-state configuration. Sends the record in either case.
  *
- * @param[in,out] record VESK_SINGLE_STATE_CONFIG_SIZE bytes. If it begins with VESK_SINGLE_STATE_GET,
- * receives the service's record, or is untouched on failure. If not, it is never touched.
- * @return for getting, 0 if the record was copied and -1 on failure; for setting, 0 once the call was made,
- *         even if it failed, and -1 without a connection
+ * @param[in,out] record VESK_SINGLE_STATE_CONFIG_SIZE bytes; the answer replaces them if they begin
+ *                       with VESK_SINGLE_STATE_GET
+ * @return get: 0, or -1 on failure; set: 0 even if the call fails, or -1 without a connection
  */
 VESK_API int binder_set_or_get_singleState_config(void* record);
 
-/**
- * Sets the configuration of a key module back to its defaults.
- *
- * @param a for the service to interpret
- * @param b for the service to interpret
- */
+/** Resets the configuration of a key module to its defaults. */
 VESK_API void binder_reset_exkdev_default_config(int a, int b);
 
 #ifdef __cplusplus

@@ -1,55 +1,75 @@
 /**
  * @file
- * The C API of libvesk_client, with which programs on the device use the device's services. Each service has
- * a header of its own; this one includes them all. They need C11 or C++17.
+ * The C API of libvesk_client, with which programs use the device's services. Each service has a
+ * header of its own; this one includes them all. They need C11 or C++17.
  *
- * What holds for all functions stands here; a function's own comment says what is particular to it.
+ * These conventions hold for every function. A function's own comment adds what is particular to
+ * it.
  *
- *  1. Connecting. A service's functions work once its connect function (connect_call_service, ...) has
- *     returned true. Before that, and again after the service has died, they return their failure value at
- *     once: nothing is sent or logged, and their arguments are not looked at. Services are connected one by
- *     one. There is no disconnecting.
+ *  1. Connecting. The functions of a service work once its connect function has returned true.
+ *     Before that, and again after the service has died, they return their failure value at once:
+ *     nothing is sent or logged, and no argument is looked at. Each service is connected
+ *     separately. There is no function that disconnects.
  *
- *  2. Calls. A function sends one request to the service's process and waits for the answer, however long the
- *     service takes.
+ *  2. Calls. A function sends one request to the service's process and waits for the answer, with
+ *     no time limit.
  *
- *  3. Failure. A call fails without a connection, if the service dies before it has answered, if it answers
- *     with an error, and if a record in its answer has the wrong size. Which of these it was is not told: a
- *     function that returns int gives -1, one that returns bool gives false, and one that returns void tells
- *     nothing, unless its comment says otherwise. The service can give the same values as its answer.
+ *  3. Results. A function that returns int returns the number that the service answers; one that
+ *     fetches a record or a text returns 0. "Returns whether" stands for 1 if so and 0 if not.
  *
- *  4. Buffers. What comes through a pointer is written only if the call succeeded, and then completely.
- *     Otherwise the buffer is untouched.
+ *  4. Failure. A call fails without a connection, if the service dies before it answers, if it
+ *     answers with an error, and if a record in its answer has the wrong size; the result does not
+ *     tell these apart. "On failure" covers them all. A function that returns int then returns -1
+ *     unless its comment names another value; one that returns void gives no sign. The service can
+ *     answer the same values.
  *
- *  5. Integers and flags are the service's to interpret. The library passes them on unchanged, both ways, and
- *     refuses none.
+ *  5. Buffers. A function writes through a pointer only if the call succeeded, and then the whole
+ *     result; otherwise the buffer is untouched. A parameter `size` is the size of the buffer in
+ *     bytes.
  *
- *  6. Strings are UTF-8, end with a zero and may have any length that the binder carries (1 MiB a call). They
- *     must not be null: that raises std::logic_error, which nothing in the library catches, so that it ends a
- *     program in C.
+ *  6. Integers and flags. The service defines what a number means. The library passes numbers on
+ *     unchanged in both directions and refuses none. Pass 0 or 1 as a flag; where the service takes
+ *     a bool, other numbers count as 1.
  *
- *  7. Records are structures of a fixed size. Their bytes cross as they are, zeros and all. Sizes are given
- *     in bytes by a constant. Pointers to records must not be null, unless a function's comment allows it.
+ *  7. Strings are UTF-8, end with a zero byte and may have any length that the binder carries (1
+ *     MiB a call). They must not be null: a null string raises std::logic_error, which nothing in
+ *     the library catches, so that it ends a program in C.
  *
- *  8. Ownership. The library keeps none of the pointers that it is given but the callbacks, and gives out
- *     nothing to be freed but a vesk_records (see <vesk/array.h>).
+ *  8. Records are structures of a fixed size, whose layout the service defines where no header
+ *     shows it. Their bytes are transferred unchanged, zeros included. "(VESK_..._SIZE bytes)" is
+ *     the size of the record behind the pointer parameter; a record passed as const char* is not a
+ *     string. The pointer must not be null. Where a comment says "Null: -1", a null pointer is
+ *     allowed, and the function returns -1 and sends nothing.
  *
- *  9. Threads. Every function may be called on every thread, and on several at once.
+ *  9. Ownership. The library keeps none of the pointers passed to it except the callbacks, and
+ *     returns nothing to be freed except a vesk_records (see <vesk/array.h>).
  *
- * 10. Callbacks run on the library's threads, several at once, the same one included. One that the service
- *     causes while it works on a call may on some platforms run on the thread that waits in that call. The
- *     service waits for a callback to return, so a callback should be short, and must not wait for a lock
- *     that a thread holds while it calls the service. It may call every function, connect included. Pointers
- *     that it is given are valid until it returns; records are copies made for it, which it may change.
+ * 10. Threads. Every function may be called on any thread, and on several at once.
  *
- * 11. Death. When the service's process ends, in whatever way, on_service_died is called once on one of the
- *     library's threads. While it runs, and from then on, the service's functions fail. The library does not
- *     connect again by itself; on_service_died may do so. Of the deaths of the relay service and the
- *     external-key service nobody is told: their connections stay, and calls on them fail.
+ * 11. Callbacks run on the library's threads, several at once, and the same callback may run on two
+ *     threads. On some platforms, an event that the service sends while it works on a call runs on
+ *     the thread that waits in that call. The service waits until a callback returns: keep
+ *     callbacks short, and take no lock that a thread holds while it calls the service. A callback
+ *     may call every function, connect included. Its pointer arguments are valid until it returns;
+ *     records are copies that it may change.
  *
- * 12. Exit and fork. A program may call exit() or return from main() at any time; callbacks may begin until
- *     the process is gone. The library, once loaded, stays loaded: dlclose() does nothing. A child made by
- *     fork() has no connections of its own, and may only call exec or exit; it leaves its parent's alone.
+ * 12. Death. When the process of a service ends, on_service_died is called once, on a thread of the
+ *     library; if the service dies during the connect and no thread can be started, on the thread
+ *     that connects. While it runs, the connection is still there, and functions send to the dead
+ *     service: they fail, but may log, and look at their arguments. Once it has returned, the
+ *     connection is gone. The library then logs "<service name> is died. " under the tag
+ *     "CallClient", whichever the service. It does not connect again by itself; on_service_died
+ *     may. There is no death notification for the relay and external-key services: their
+ *     connections stay, and calls fail.
+ *
+ * 13. Service in the same process. Calls go to the service object directly. There is no death
+ *     notification, and a method that fails leaves results as it set them: the function may return
+ *     or copy these.
+ *
+ * 14. Exit and fork. A program may call exit() or return from main() at any time; callbacks may
+ *     begin until the process is gone. Once loaded, the library stays loaded: dlclose() does
+ *     nothing. A child that fork() makes after a connect has no connections and may only call exec
+ *     or exit; it leaves those of its parent alone.
  */
 #ifndef VESK_VESK_CLIENT_H
 #define VESK_VESK_CLIENT_H

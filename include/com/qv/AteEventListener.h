@@ -5,8 +5,8 @@
 namespace com::qv {
 
 /**
- * Hands each event of the automatic test to the callback that the application gave to connect_misc_service,
- * which must not be null.
+ * Passes each event of the automatic test to its callback of connect_misc_service, which must not
+ * be null.
  */
 class COM_QV_EXPORT AteEventListener : public BnAteEventListener {
  public:

@@ -6,7 +6,7 @@
 
 namespace com::qv {
 
-/** The connection to the call service, with a listener registered there for the call events. */
+/** The connection to the call service, with a registered listener for the call events. */
 class COM_QV_EXPORT CallClient : public ClientBase {
  public:
   using Interface = ICallService;

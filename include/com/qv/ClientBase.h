@@ -9,20 +9,20 @@
 namespace com::qv {
 
 /**
- * A process's connection to one service. The constructor looks the service up, which blocks until it is there
- * or the service manager gives up, and starts the binder threads.
+ * A process's connection to one service. The constructor looks the service up, which blocks until
+ * the service is registered or the service manager gives up, and starts the binder threads.
  */
 class COM_QV_EXPORT ClientBase : public android::IBinder::DeathRecipient {
  public:
   using DeathHook = void (*)(ClientBase* client, const android::wp<android::IBinder>& who);
 
-  /** Runs the death hook, if there is one, on a binder thread. */
+  /** Runs the death hook, if it is set, on a binder thread, and logs the death. */
   void binderDied(const android::wp<android::IBinder>& who) override;
 
   const android::String16 name;
-  /** What else happens when the service dies. Set before the client is linked to the death. */
+  /** Called first when the service dies. Set before the client is linked to the death. */
   DeathHook deathHook = nullptr;
-  /** The service as the service manager gave it; null if it was not found. */
+  /** The binder that the service manager returned; null if the service was not found. */
   const android::sp<android::IBinder> binder;
   const bool connected;
 

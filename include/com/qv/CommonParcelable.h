@@ -9,19 +9,14 @@
 namespace com::qv {
 
 /**
- * The one payload type of every interface: a fixed-size C record, carried byte for byte. Receivers know a
- * record by its length. On the wire it is the blob as a String8 and nothing else.
+ * The payload type of every interface: a fixed-size C record, carried byte for byte. Receivers
+ * recognise a record by its length. On the wire it is one String8.
  */
 class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
  public:
-  /** A record of no bytes. */
+  /** An empty record. */
   CommonParcelable() = default;
-  /**
-   * Copies a record, zeros included.
-   *
-   * @param record its first byte
-   * @param size   how many bytes it has
-   */
+  /** Copies the `size` bytes of a record, zeros included. */
   CommonParcelable(const void* record, size_t size) : blob_(static_cast<const char*>(record), size) {}
   CommonParcelable(const CommonParcelable&) = default;
   CommonParcelable(CommonParcelable&&) = default;
@@ -29,30 +24,18 @@ class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
   CommonParcelable& operator=(CommonParcelable&&) = default;
   ~CommonParcelable() override;
 
-  /**
-   * Writes the record, as the interfaces' proxies and stubs do.
-   *
-   * @param parcel where to
-   * @return OK, or why the parcel doesn't take it
-   */
+  /** Writes the record; returns OK or the error of the parcel. */
   android::status_t writeToParcel(android::Parcel* parcel) const override;
-  /**
-   * Reads a record of any length.
-   *
-   * @param parcel where from
-   * @return OK; another value if there is no record
-   */
+  /** Reads a record of any length; returns OK or the error of the parcel. */
   android::status_t readFromParcel(const android::Parcel* parcel) override;
 
-  /** @return the record's bytes */
+  /** Returns the bytes of the record. */
   const android::String8& blob() const { return blob_; }
 
   /**
-   * Copies the record out if it is of the size that is expected.
+   * Copies the record to `record` if it has exactly `size` bytes.
    *
-   * @param[out] record receives `size` bytes; untouched on failure
-   * @param      size   how long the record has to be
-   * @return false if it is of another length
+   * @return false if it has another size; `record` is then untouched
    */
   bool copyTo(void* record, size_t size) const;
 

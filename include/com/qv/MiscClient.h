@@ -7,8 +7,7 @@
 
 namespace com::qv {
 
-/** The connection to the misc service, with a listener registered there for each of its two kinds of events.
- */
+/** The connection to the misc service, with registered listeners for its two kinds of events. */
 class COM_QV_EXPORT MiscClient : public ClientBase {
  public:
   using Interface = IMiscService;

@@ -4,8 +4,7 @@
 
 namespace com::qv {
 
-/** Hands each misc event to the callback that the application gave to connect_misc_service, which must not be
- * null. */
+/** Passes each misc event to its callback of connect_misc_service, which must not be null. */
 class COM_QV_EXPORT MiscEventListener : public BnMiscEventListener {
  public:
 #define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;

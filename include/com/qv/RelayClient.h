@@ -5,7 +5,10 @@
 
 namespace com::qv {
 
-/** The connection to the relay service. Not linked to the service's death: it stays, and its calls fail. */
+/**
+ * The connection to the relay service. It is not linked to the service's death, after which calls
+ * fail.
+ */
 class COM_QV_EXPORT RelayClient : public ClientBase {
  public:
   using Interface = IRelayService;

@@ -20,114 +20,47 @@ extern "C" {
 
 /* Accounts */
 
-/**
- * Fetches the basic settings of an account.
- *
- * @param      account the account
- * @param[out] config  receives a record of VESK_ACCOUNTS_BASIC_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the basic settings of an account (VESK_ACCOUNTS_BASIC_CONFIG_SIZE bytes). */
 VESK_API int binder_get_accounts_basic_config(int account, void* config);
 
-/**
- * Sets the basic settings of an account.
- *
- * @param account the account
- * @param config  a record of VESK_ACCOUNTS_BASIC_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the basic settings of an account (VESK_ACCOUNTS_BASIC_CONFIG_SIZE bytes). */
 VESK_API int binder_set_accounts_basic_config(int account, const char* config);
 
-/**
- * Fetches the advanced settings of an account.
- *
- * @param      account the account
- * @param[out] config  receives a record of VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the advanced settings of an account (VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE bytes). */
 VESK_API int binder_get_accounts_advanced_config(int account, void* config);
 
-/**
- * Sets the advanced settings of an account.
- *
- * @param account the account
- * @param config  a record of VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the advanced settings of an account (VESK_ACCOUNTS_ADVANCED_CONFIG_SIZE bytes). */
 VESK_API int binder_set_accounts_advanced_config(int account, const char* config);
 
 /* Lines */
 
-/**
- * Asks how many lines there are.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the number of lines. */
 VESK_API int binder_get_line_num(void);
 
-/**
- * Fetches the information on a line.
- *
- * @param      index which of the lines
- * @param[out] info  receives a record of VESK_LINE_INFO_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the information on a line (VESK_LINE_INFO_SIZE bytes). */
 VESK_API int binder_get_line_info(int index, void* info);
 
-/**
- * Asks how many lines are active.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the number of active lines. */
 VESK_API int binder_get_active_line_num(void);
 
-/**
- * Fetches the information on an active line.
- *
- * @param      index which of the active lines
- * @param[out] info  receives a record of VESK_LINE_INFO_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the information on an active line (VESK_LINE_INFO_SIZE bytes). */
 VESK_API int binder_get_active_line_info(int index, void* info);
 
-/**
- * Asks for the default external line.
- *
- * @param flag 0 for false, anything else for true; for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Returns the default "ext" line. */
 VESK_API int binder_get_default_ext_line(int flag);
 
-/**
- * Sets the default external line.
- *
- * @param line the line
- * @return the service's answer; -1 on failure
- */
+/** Sets the default "ext" line. */
 VESK_API int binder_set_default_ext_line(int line);
 
-/* Default line, encryption */
+/* Default line and encryption */
 
-/**
- * Asks whether there is a default line.
- *
- * @return 1 if there is, 0 if not; 0 on failure
- */
+/** Returns whether the default line is enabled; 0 on failure. */
 VESK_API int binder_get_default_line_enable(void);
 
-/**
- * Asks for the default line.
- *
- * @return the service's answer; 0 on failure
- */
+/** Returns the default line; 0 on failure. */
 VESK_API int binder_get_default_line(void);
 
-/**
- * Asks whether a line encrypts its media (SRTP).
- *
- * @param line the line
- * @return 1 if it does, 0 if not; 0 on failure
- */
+/** Returns whether a line encrypts its media (SRTP); 0 on failure. */
 VESK_API int binder_get_line_srtp_status(int line);
 
 #ifdef __cplusplus

@@ -27,18 +27,18 @@ extern "C" {
 #define VESK_USER_SOFTKEY_CONFIG_SIZE 72
 #define VESK_SOFTKEY_ICON_NAME_SIZE 256
 
-/** What a DSS key shows. */
+/** The display of a DSS key. */
 typedef struct vesk_dss_display {
   char name[256];  /**< ends with a zero */
   char value[512]; /**< ends with a zero */
-  uint32_t icon;   /**< for the service to interpret */
-  int32_t theme;   /**< for the service to interpret */
+  uint32_t icon;   /**< the icon, as a number of the service */
+  int32_t theme;   /**< the theme, as a number of the service */
 } vesk_dss_display;
 static_assert(sizeof(vesk_dss_display) == VESK_DSS_DISPLAY_SIZE, "DSS key display record");
 
-/** The type of a DSS key and its value in words, as they cross between the library and the service. */
+/** The type of a DSS key and its value text, as the library and the service exchange them. */
 typedef struct vesk_dsskey_value {
-  int32_t type;   /**< for the service to interpret */
+  int32_t type;   /**< the type, as a number of the service */
   char text[512]; /**< ends with a zero */
 } vesk_dsskey_value;
 static_assert(sizeof(vesk_dsskey_value) == VESK_DSSKEY_VALUE_SIZE, "DSS key value record");
@@ -46,246 +46,118 @@ static_assert(sizeof(vesk_dsskey_value) == VESK_DSSKEY_VALUE_SIZE, "DSS key valu
 /** A soft key of the user. */
 typedef struct vesk_user_softkey {
   char name[64]; /**< ends with a zero */
-  uint32_t type; /**< for the service to interpret */
-  int32_t icon;  /**< for the service to interpret */
+  uint32_t type; /**< the type, as a number of the service */
+  int32_t icon;  /**< the icon, as a number of the service */
 } vesk_user_softkey;
 static_assert(sizeof(vesk_user_softkey) == VESK_USER_SOFTKEY_CONFIG_SIZE, "user soft key record");
 
-/* DSS keys. A key goes by numbers that the service gives a meaning: pages, modules, indexes. */
+/* DSS keys. The service defines the numbers that select a key: page, module, index. */
 
-/**
- * Asks how many pages of DSS keys there are.
- *
- * @param value for the service to interpret
- * @return the service's answer; 0 on failure
- */
+/** Returns the number of pages of DSS keys; 0 on failure. */
 VESK_API int binder_get_dsskey_pages(int value);
 
-/**
- * Asks how many DSS keys there are.
- *
- * @param value for the service to interpret
- * @return the service's answer; 0 on failure
- */
+/** Returns the number of DSS keys; 0 on failure. */
 VESK_API int binder_get_dsskey_numbers(int value);
 
-/**
- * Asks for the index of an empty DSS URL.
- *
- * @param value for the service to interpret
- * @return the service's answer; 0 on failure
- */
+/** Returns the index of an empty DSS URL; 0 on failure. */
 VESK_API int binder_get_empty_dss_url_index(int value);
 
-/**
- * Asks whether the automatic choice of a line is disabled for a memory key.
- *
- * @param value for the service to interpret
- * @return 1 if so, 0 if not; 0 on failure
- */
+/** Returns whether automatic line selection is disabled for a memory key; 0 on failure. */
 VESK_API int binder_dss_memory_disable_auto_line(int value);
 
-/**
- * Fetches what a DSS key shows, and logs it at debug level.
- *
- * @param      a       for the service to interpret
- * @param      b       for the service to interpret
- * @param      c       for the service to interpret
- * @param[out] display receives a vesk_dss_display of VESK_DSS_DISPLAY_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the display of a DSS key (vesk_dss_display) and logs it at debug level. */
 VESK_API int binder_get_dss_display(int a, int b, int c, void* display);
 
-/**
- * Fetches the settings of a DSS key.
- *
- * @param      a      for the service to interpret
- * @param      b      for the service to interpret
- * @param      c      for the service to interpret
- * @param[out] dsskey receives a record of VESK_DSSKEY_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of a DSS key (VESK_DSSKEY_CONFIG_SIZE bytes). */
 VESK_API int binder_get_dsskey_config(int a, int b, int c, void* dsskey);
 
 /**
- * Sets the settings of a DSS key.
- *
- * @param a      for the service to interpret
- * @param b      for the service to interpret
- * @param c      for the service to interpret
- * @param dsskey a record of VESK_DSSKEY_CONFIG_SIZE bytes
- * @return 0 once the service has been asked, whatever came of it; -1 without a connection
+ * Sets the settings of a DSS key (VESK_DSSKEY_CONFIG_SIZE bytes). Returns 0 even if the call fails;
+ * -1 without a connection.
  */
 VESK_API int binder_set_dsskey_config(int a, int b, int c, const char* dsskey);
 
-/**
- * Fetches the name of the icon of a DSS key.
- *
- * @param      index for the service to interpret
- * @param[out] name  receives a record of VESK_DSS_ICON_NAME_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the name of the icon of a DSS key (VESK_DSS_ICON_NAME_SIZE bytes). */
 VESK_API int binder_get_dss_icon_name(int index, void* name);
 
-/* Values of DSS keys in words */
+/* Value texts of DSS keys */
 
 /**
- * Has the service put the value of a DSS key in words.
+ * Converts the settings of a DSS key to its type and its value text.
  *
- * @param      dsskey the settings of the key, a record of VESK_DSSKEY_CONFIG_SIZE bytes; null is a failure
- * @param[out] type   receives the type of the key; may be null
- * @param[out] buffer receives the text with a terminating zero, cut to fit; null is a failure
- * @param      size   the size of the buffer in bytes; 0 or less is a failure
- * @return 0; -1 on failure, and nothing is written
+ * @param      dsskey VESK_DSSKEY_CONFIG_SIZE bytes; null: -1
+ * @param[out] type   may be null
+ * @param[out] buffer receives the text, cut to fit; null: -1. Untouched on failure
+ * @param      size   0 or less: -1
  */
 VESK_API int binder_formatting_dsskey_value(const char* dsskey, int* type, char* buffer, int size);
 
 /**
- * The reverse: has the service make the settings of a DSS key of its type and its value in words.
+ * Converts the type and the value text of a DSS key to its settings.
  *
- * @param      type   the type of the key
- * @param      text   the value, of which 511 bytes are sent; may be null, which is the same as ""
- * @param[out] dsskey receives a record of VESK_DSSKEY_CONFIG_SIZE bytes; null is a failure
- * @return 0; -1 on failure
+ * @param      text   at most 511 bytes of it are sent; null stands for ""
+ * @param[out] dsskey VESK_DSSKEY_CONFIG_SIZE bytes; null: -1
  */
 VESK_API int binder_parsing_dsskey_value(int type, const char* text, void* dsskey);
 
 /* Expansion modules (MDC) */
 
-/**
- * Fetches the settings of a DSS key of an expansion module.
- *
- * @param      a          for the service to interpret
- * @param      b          for the service to interpret
- * @param[out] mdc_dsskey receives a record of VESK_MDC_DSSKEY_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of a DSS key of an expansion module (VESK_MDC_DSSKEY_CONFIG_SIZE bytes). */
 VESK_API int binder_get_mdc_dsskey_config(int a, int b, void* mdc_dsskey);
 
 /**
- * Fetches the settings of the first DSS key of an expansion module.
- *
- * @param      a          for the service to interpret
- * @param[out] mdc_dsskey receives a record of VESK_MDC_DSSKEY_CONFIG_SIZE bytes
- * @return 0; -1 on failure
+ * Fetches the settings of the first DSS key of an expansion module (VESK_MDC_DSSKEY_CONFIG_SIZE
+ * bytes).
  */
 VESK_API int binder_get_mdc_first_dsskey_config(int a, void* mdc_dsskey);
 
 /**
- * Sets the settings of a DSS key of an expansion module.
- *
- * @param a          for the service to interpret
- * @param b          for the service to interpret
- * @param mdc_dsskey a record of VESK_MDC_DSSKEY_CONFIG_SIZE bytes
- * @return 0 once the service has been asked, whatever came of it; -1 without a connection
+ * Sets the settings of a DSS key of an expansion module (VESK_MDC_DSSKEY_CONFIG_SIZE bytes).
+ * Returns 0 even if the call fails; -1 without a connection.
  */
 VESK_API int binder_set_mdc_dsskey_config(int a, int b, const char* mdc_dsskey);
 
 /* Requests of DSS keys */
 
-/**
- * Sends the request of a DSS key at the side.
- *
- * @param value for the service to interpret
- */
+/** Sends the request of a side DSS key. */
 VESK_API void binder_side_dsskey_request(int value);
 
-/**
- * Sends the request of a function key.
- *
- * @param value for the service to interpret
- */
+/** Sends the request of a function key. */
 VESK_API void binder_func_dsskey_request(int value);
 
-/**
- * Sends the request of a soft DSS key.
- *
- * @param value for the service to interpret
- */
+/** Sends the request of a soft DSS key. */
 VESK_API void binder_soft_dsskey_request(int value);
 
-/**
- * Sends the request of an "ex" DSS key.
- *
- * @param value for the service to interpret
- */
+/** Sends the request of an "ex" DSS key. */
 VESK_API void binder_ex_dsskey_request(int value);
 
-/**
- * Sends the request of a DSS key that opens the door.
- *
- * @param value for the service to interpret
- */
+/** Sends the request of a DSS key that opens the door. */
 VESK_API void binder_opendoor_dsskey_request(int value);
 
 /* Soft keys */
 
-/**
- * Fetches a soft key of the user, and logs it at debug level.
- *
- * @param      index   which of the soft keys
- * @param[out] softkey receives a vesk_user_softkey of VESK_USER_SOFTKEY_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches a soft key of the user (vesk_user_softkey) and logs it at debug level. */
 VESK_API int binder_get_user_softkey_config(int index, void* softkey);
 
-/**
- * Asks how many soft keys there are.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Returns the number of soft keys. */
 VESK_API int binder_get_softkey_config_num(int value);
 
-/**
- * Fetches the text of a soft key.
- *
- * @param      a      for the service to interpret
- * @param      b      for the service to interpret
- * @param[out] buffer receives the text, cut to fit
- * @param      size   the size of the buffer in bytes
- * @return 0; -1 without a connection
- */
+/** Fetches the text of a soft key. */
 VESK_API int binder_get_softkey_config_text(int a, int b, char* buffer, int size);
 
-/**
- * Asks for the index of a soft key.
- *
- * @param a for the service to interpret
- * @param b for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Returns the index of a soft key. */
 VESK_API int binder_get_softkey_config_key_index(int a, int b);
 
-/**
- * Sets the soft keys.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Sets the soft keys. */
 VESK_API int binder_set_softkey(int value);
 
-/**
- * Asks for the mode of the soft keys.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the mode of the soft keys. */
 VESK_API int binder_get_softkey_mode(void);
 
-/**
- * Asks for the exit style of the soft keys.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the exit style of the soft keys. */
 VESK_API int binder_get_softkey_exit_style(void);
 
-/**
- * Fetches the name of the icon of a soft key.
- *
- * @param      index for the service to interpret
- * @param[out] name  receives a record of VESK_SOFTKEY_ICON_NAME_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the name of the icon of a soft key (VESK_SOFTKEY_ICON_NAME_SIZE bytes). */
 VESK_API int binder_get_softkey_icon_name(int index, void* name);
 
 /* Expansion modules: URL and layout */
@@ -295,50 +167,24 @@ VESK_API int binder_get_softkey_icon_name(int index, void* name);
 #define VESK_MDC_EXPAND_SIZE 472
 
 /**
- * Has the service put the URL in the record of an expansion key together anew.
+ * Recombines the URL in the record of an expansion module's key.
  *
- * @param[in,out] buf a record of VESK_MDC_RECOMBINE_URL_SIZE bytes, which is sent, and replaced by the one
- *                    that comes back; untouched on failure
- * @return 0; -1 on failure
+ * @param[in,out] buf VESK_MDC_RECOMBINE_URL_SIZE bytes; the answer replaces the whole record
  */
 VESK_API int binder_get_mdc_recombine_url(void* buf);
 
-/**
- * Fetches the settings of an expansion module.
- *
- * @param      a   for the service to interpret
- * @param      b   for the service to interpret
- * @param[out] out receives a record of VESK_MDC_EXPAND_SIZE bytes; untouched on failure
- * @return 0; -1 on failure
- */
+/** Fetches the settings of an expansion module (VESK_MDC_EXPAND_SIZE bytes). */
 VESK_API int binder_get_mdc_expand_config(int a, int b, void* out);
 
-/**
- * Asks for the state of an expansion key.
- *
- * @param value for the service to interpret
- * @return the service's answer; 0 on failure
- */
+/** Returns the state of an expansion key; 0 on failure. */
 VESK_API int binder_get_exkey_state(int value);
 
-/* List of soft keys */
+/* Soft key list */
 
-/**
- * Fetches the list of soft keys.
- *
- * @param[out] dst  receives the list as one text, cut to fit
- * @param      size the size of the buffer in bytes
- * @return 0 always
- */
+/** Fetches the list of soft keys. Always returns 0. */
 VESK_API int binder_get_softkey_list(char* dst, int size);
 
-/**
- * Sets the list of soft keys.
- *
- * @param value for the service to interpret
- * @param list  the list as one text
- * @return the service's answer; 0 on failure
- */
+/** Sets the list of soft keys. Returns 0 on failure. */
 VESK_API int binder_set_softkey_list(int value, const char* list);
 
 #ifdef __cplusplus

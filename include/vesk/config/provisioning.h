@@ -20,70 +20,30 @@ extern "C" {
 
 /* Automatic provisioning */
 
-/**
- * Fetches the settings of SPNP.
- *
- * @param[out] config receives a record of VESK_SPNP_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of SPNP (VESK_SPNP_CONFIG_SIZE bytes). */
 VESK_API int binder_get_spnp_config(void* config);
 
-/**
- * Sets the settings of SPNP.
- *
- * @param config a record of VESK_SPNP_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the settings of SPNP (VESK_SPNP_CONFIG_SIZE bytes). */
 VESK_API int binder_set_spnp_config(const char* config);
 
-/**
- * Fetches the settings of automatic provisioning.
- *
- * @param[out] config receives a record of VESK_AUTO_SPS_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of automatic provisioning (VESK_AUTO_SPS_CONFIG_SIZE bytes). */
 VESK_API int binder_get_auto_sps_config(void* config);
 
-/**
- * Sets the settings of automatic provisioning.
- *
- * @param config a record of VESK_AUTO_SPS_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the settings of automatic provisioning (VESK_AUTO_SPS_CONFIG_SIZE bytes). */
 VESK_API int binder_set_auto_sps_config(const char* config);
 
 /* Management */
 
-/**
- * Asks for the type of TR-069.
- *
- * @param value for the service to interpret
- * @return the service's answer; 0 on failure
- */
+/** Returns the TR-069 type; 0 on failure. */
 VESK_API int binder_get_tr069_type(int value);
 
-/**
- * Fetches the settings of TR-069.
- *
- * @param[out] config receives a record of VESK_TR069_SETING_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of TR-069 (VESK_TR069_SETING_CONFIG_SIZE bytes). */
 VESK_API int binder_get_tr069_seting_config(void* config);
 
-/**
- * Sets the settings of TR-069.
- *
- * @param config a record of VESK_TR069_SETING_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the settings of TR-069 (VESK_TR069_SETING_CONFIG_SIZE bytes). */
 VESK_API int binder_set_tr069_seting_config(const char* config);
 
-/**
- * Resets the device to the state in which it left the factory.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Resets the device to its factory settings. */
 VESK_API int binder_factory_reset(int value);
 
 #ifdef __cplusplus

@@ -1,6 +1,6 @@
 /**
  * @file
- * The screen: its settings, screen saver, backgrounds, language, and what the idle screen shows.
+ * Screen settings, screen saver, backgrounds, language, and the idle screen.
  *
  * A part of <vesk/config.h>. The conventions in <vesk/vesk_client.h> hold for all functions.
  */
@@ -22,81 +22,35 @@ extern "C" {
 #define VESK_MISSED_DATA_SIZE 12
 #define VESK_POPUP_STATUS_SIZE 6
 
-/* The screen and its backgrounds */
+/* Screen and backgrounds */
 
-/**
- * Fetches the settings of the screen.
- *
- * @param[out] screeninfo receives a record of VESK_SCREENINFO_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of the screen (VESK_SCREENINFO_CONFIG_SIZE bytes). */
 VESK_API int binder_screeninfo_get_config(void* screeninfo);
 
-/**
- * Sets the settings of the screen.
- *
- * @param screeninfo a record of VESK_SCREENINFO_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the settings of the screen (VESK_SCREENINFO_CONFIG_SIZE bytes). */
 VESK_API int binder_screeninfo_set_config(const char* screeninfo);
 
-/**
- * Asks for the setting of the display items.
- *
- * @return the service's answer; 0 on failure
- */
+/** Returns the setting of the display items; 0 on failure. */
 VESK_API int binder_get_display_item_config(void);
 
-/**
- * Fetches the user's choice of the background.
- *
- * @param[out] config receives a record of VESK_USER_BG_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the user's background setting (VESK_USER_BG_CONFIG_SIZE bytes). */
 VESK_API int binder_get_user_bg_config(void* config);
 
-/**
- * Fetches the name of a background.
- *
- * @param      index which of the backgrounds
- * @param[out] name  receives a record of VESK_BACKGROUND_NAME_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the name of a background (VESK_BACKGROUND_NAME_SIZE bytes). */
 VESK_API int binder_get_background_name(int index, void* name);
 
-/* The idle screen and what is to be told on it */
+/* Idle screen and notices */
 
-/**
- * Fetches the tips for the idle screen.
- *
- * @param[out] buffer receives the text, if all of it fits
- * @param      size   the size of the buffer in bytes
- * @return 0; -1 without a connection and if the text does not fit
- */
+/** Fetches the tips of the idle screen, all or nothing: -1 if they do not fit. */
 VESK_API int binder_get_idle_tips(char* buffer, int size);
 
-/**
- * Fetches the status of the icons.
- *
- * @param[out] status receives five words of 32 bits, VESK_IDLE_ICON_STATUS_SIZE bytes together
- * @return 0; -1 on failure
- */
+/** Fetches the status of the icons: five 32-bit words (VESK_IDLE_ICON_STATUS_SIZE bytes). */
 VESK_API int binder_get_idle_icon_status(void* status);
 
-/**
- * Fetches the counters of what was missed.
- *
- * @param[out] data receives three words of 32 bits, VESK_MISSED_DATA_SIZE bytes together
- * @return 0; -1 on failure
- */
+/** Fetches the counters of missed events: three 32-bit words (VESK_MISSED_DATA_SIZE bytes). */
 VESK_API int binder_get_missed_data(void* data);
 
-/**
- * Fetches the status of the pop-ups.
- *
- * @param[out] status receives a record of VESK_POPUP_STATUS_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the status of the pop-ups (VESK_POPUP_STATUS_SIZE bytes). */
 VESK_API int binder_get_popup_status(void* status);
 
 /* Screen saver, colors, backlight */
@@ -105,97 +59,39 @@ VESK_API int binder_get_popup_status(void* status);
 #define VESK_SCREENSAVER_DISPLAY_SIZE 24
 #define VESK_FONT_COLOR_SIZE 81
 
-/**
- * Asks after what time the screen saver starts, in the service's unit.
- *
- * @return the service's answer; -1 without a connection, 0 after any other failure
- */
+/** Returns the timeout of the screen saver; -1 without a connection, 0 on any other failure. */
 VESK_API int binder_get_screensaver_timeout(void);
 
-/**
- * Fetches what the screen saver displays.
- *
- * @param[out] out receives a record of VESK_SCREENSAVER_DISPLAY_SIZE bytes; untouched on failure
- * @return 0; -1 on failure
- */
+/** Fetches the display of the screen saver (VESK_SCREENSAVER_DISPLAY_SIZE bytes). */
 VESK_API int binder_get_screensaver_display(void* out);
 
-/**
- * Fetches the colors of the fonts.
- *
- * @param[out] out receives a record of VESK_FONT_COLOR_SIZE bytes; untouched on failure
- * @return 0; -1 on failure
- */
+/** Fetches the colors of the fonts (VESK_FONT_COLOR_SIZE bytes). */
 VESK_API int binder_get_font_color(void* out);
 
-/**
- * Sets the backlight of the keyboard.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Sets the backlight of the keyboard. */
 VESK_API int binderSetKeyboardBacklight(int value);
 
 /* Language and theme */
 
-/**
- * Fetches the default language.
- *
- * @param[out] dst  receives its name, cut to fit
- * @param      size the size of the buffer in bytes
- * @return 0 always
- */
+/** Fetches the default language. Always returns 0. */
 VESK_API int binder_get_default_language(char* dst, int size);
 
-/**
- * Sets the default language.
- *
- * @param language its name
- * @return the service's answer; 0 on failure
- */
+/** Sets the default language. Returns 0 on failure. */
 VESK_API int binder_set_default_language(const char* language);
 
-/**
- * Fetches what the screen shows by default on standby.
- *
- * @param[out] dst  receives its name, cut to fit
- * @param      size the size of the buffer in bytes
- * @return 0 always
- */
+/** Fetches the name of the default standby interface. Always returns 0. */
 VESK_API int binder_get_default_standby_interface(char* dst, int size);
 
-/**
- * Fetches the default theme.
- *
- * @param[out] dst  receives its name, cut to fit
- * @param      size the size of the buffer in bytes
- * @return 0 always
- */
+/** Fetches the default theme. Always returns 0. */
 VESK_API int binder_get_default_theme(char* dst, int size);
 
-/**
- * Sets the default theme.
- *
- * @param theme its name
- * @return the service's answer; 0 on failure
- */
+/** Sets the default theme. Returns 0 on failure. */
 VESK_API int binder_set_default_theme(const char* theme);
 
-/**
- * Fetches the greeting.
- *
- * @param[out] dst  receives the greeting, cut to fit
- * @param      size the size of the buffer in bytes
- * @return 0 always
- */
+/** Fetches the greeting. Always returns 0. */
 VESK_API int binder_get_greeting_word(char* dst, int size);
 
-/**
- * Sets the greeting.
- *
- * @param text the greeting
- * @return the service's answer; 0 on failure
- */
+/** Sets the greeting. Returns 0 on failure. */
 VESK_API int binder_set_greeting_word(const char* text);
 
 #ifdef __cplusplus
@@ -203,16 +99,12 @@ VESK_API int binder_set_greeting_word(const char* text);
 #endif
 
 #ifdef __cplusplus
-/** The 4-byte record of the screen saver display. An application brings its own definition,
- * as a struct of this name. */
+/** The 4-byte record of the screen saver display, which the application defines. */
 struct ipc_screen_saver_display_t;
 
 /**
- * Fetches the screen saver display from a service that answers with VESK_SCREENSAVER_DISPLAY_SHORT_SIZE
- * bytes. The function of the same name with C linkage asks the service the same, and takes a longer record.
- *
- * @param[out] display receives a record of VESK_SCREENSAVER_DISPLAY_SHORT_SIZE bytes
- * @return 0; -1 on failure
+ * Fetches the display of the screen saver (VESK_SCREENSAVER_DISPLAY_SHORT_SIZE bytes). The function
+ * of the same name with C linkage sends the same request, and accepts the longer record only.
  */
 VESK_API int binder_get_screensaver_display(ipc_screen_saver_display_t* display);
 #endif

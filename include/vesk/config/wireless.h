@@ -18,99 +18,42 @@ extern "C" {
 
 /* Wi-Fi */
 
-/**
- * Asks whether Wi-Fi is on.
- *
- * @return 1 if so, 0 if not; 0 on failure
- */
+/** Returns whether Wi-Fi is on; 0 on failure. */
 VESK_API int binder_get_wlan_enable_config(void);
 
-/**
- * Switches Wi-Fi on or off.
- *
- * @param enabled 0 for off, anything else for on
- * @return the service's answer; 0 on failure
- */
+/** Switches Wi-Fi on or off. Returns 0 on failure. */
 VESK_API int binder_set_wlan_enable_config(int enabled);
 
-/**
- * Asks for the Wi-Fi setting.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the Wi-Fi setting. */
 VESK_API int binder_get_wifi_enable(void);
 
-/**
- * Sets the Wi-Fi setting.
- *
- * @param enable for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Sets the Wi-Fi setting. */
 VESK_API int binder_set_wifi_enable(int enable);
 
-/**
- * Fetches the settings of the access point.
- *
- * @param[out] config receives a record of VESK_AP_CONFIG_SIZE bytes
- * @return 0; -1 on failure
- */
+/** Fetches the settings of the access point (VESK_AP_CONFIG_SIZE bytes). */
 VESK_API int binder_get_ap_config(void* config);
 
-/**
- * Sets the settings of the access point.
- *
- * @param config a record of VESK_AP_CONFIG_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the settings of the access point (VESK_AP_CONFIG_SIZE bytes). */
 VESK_API int binder_set_ap_config(const char* config);
 
 /* Bluetooth */
 
-/**
- * Asks whether Bluetooth is on.
- *
- * @return 1 if so, 0 if not; 0 on failure
- */
+/** Returns whether Bluetooth is on; 0 on failure. */
 VESK_API int binder_get_bluetooth_enable_config(void);
 
-/**
- * Switches Bluetooth on or off.
- *
- * @param enabled 0 for off, anything else for on
- * @return the service's answer; 0 on failure
- */
+/** Switches Bluetooth on or off. Returns 0 on failure. */
 VESK_API int binder_set_bluetooth_enable_config(int enabled);
 
-/**
- * Fetches the name of the adapter.
- *
- * @param[out] buffer receives the text, cut to fit
- * @param      size   the size of the buffer in bytes
- */
+/** Fetches the name of the Bluetooth adapter. */
 VESK_API void binder_get_bluetooth_adapter_name_config(char* buffer, int size);
 
-/**
- * Sets the name of the adapter.
- *
- * @param name the name
- * @return the service's answer; -1 on failure
- */
+/** Sets the name of the Bluetooth adapter. */
 VESK_API int binder_set_bluetooth_adapter_name_config(const char* name);
 
-/**
- * Fetches the address of the device that was connected last.
- *
- * @param[out] buffer receives the text, cut to fit
- * @param      size   the size of the buffer in bytes
- */
+/** Fetches the address of the Bluetooth device connected last. */
 VESK_API void binder_get_bluetooth_last_connected_addr(char* buffer, int size);
 
-/**
- * Sets the address of the device that was connected last.
- *
- * @param address the address
- * @return the service's answer; -1 on failure
- */
+/** Sets the address of the Bluetooth device connected last. */
 VESK_API int binder_set_bluetooth_last_connected_addr(const char* address);
 
 /* Access point events */
@@ -118,29 +61,13 @@ VESK_API int binder_set_bluetooth_last_connected_addr(const char* address);
 /** Size of the record in bytes. */
 #define VESK_AP_USERINFO_SIZE 256
 
-/**
- * Has the service process what a user entered for an access point.
- *
- * @param record the user information: a record of VESK_AP_USERINFO_SIZE bytes
- * @param flag   0 for false, anything else for true
- * @return the service's answer; -1 on failure
- */
+/** Processes user information for an access point (VESK_AP_USERINFO_SIZE bytes). */
 VESK_API int binder_ap_userinfo_event_process(const void* record, int flag);
 
-/**
- * Has the service process a file name for an access point.
- *
- * @param filename the name
- * @param flag     0 for false, anything else for true
- * @return the service's answer; -1 on failure
- */
+/** Processes a file name for an access point. */
 VESK_API int binder_ap_filename_event_process(const char* filename, int flag);
 
-/**
- * Refreshes the timer of input for an access point.
- *
- * @return the service's answer; -1 on failure
- */
+/** Refreshes the input timer of the access point. */
 VESK_API int binder_ap_input_timer_refresh(void);
 
 /* Wireless keys (WK) */
@@ -148,61 +75,26 @@ VESK_API int binder_ap_input_timer_refresh(void);
 /** Size of the record in bytes. */
 #define VESK_WK_INFO_SIZE 272
 
-/**
- * Asks how many wireless keys there are.
- *
- * @return the service's answer; -1 on failure
- */
+/** Returns the number of wireless keys. */
 VESK_API int binder_get_wk_num(void);
 
-/**
- * Fetches the information on a wireless key.
- *
- * @param      index which of them
- * @param[out] out   receives a record of VESK_WK_INFO_SIZE bytes; untouched on failure
- * @return 0; -1 on failure
- */
+/** Fetches the information on a wireless key (VESK_WK_INFO_SIZE bytes). */
 VESK_API int binder_get_wk_info(int index, void* out);
 
-/**
- * Sets the information on a wireless key.
- *
- * @param index  which of them
- * @param record a record of VESK_WK_INFO_SIZE bytes
- * @return the service's answer; -1 on failure
- */
+/** Sets the information on a wireless key (VESK_WK_INFO_SIZE bytes). */
 VESK_API int binder_set_wk_info(int index, const void* record);
 
-/**
- * Starts scanning for wireless keys, to pair them.
- *
- * @param value for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Starts a scan for wireless keys. */
 VESK_API int binder_enter_wk_scan(int value);
 
-/**
- * Sets how a wireless key works.
- *
- * @param a for the service to interpret
- * @param b for the service to interpret
- * @return the service's answer; -1 on failure
- */
+/** Sets the configuration of a wireless key. */
 VESK_API int binder_set_wk_config(int a, int b);
 
-/**
- * Stops the ringing of wireless keys.
- *
- * @return the service's answer; -1 on failure
- */
+/** Stops the ringing of wireless keys. */
 VESK_API int binder_wk_stop_ring(void);
 
 /**
- * Fetches the ring time of wireless keys. Success shows only in the text: prepare the buffer.
- *
- * @param[out] dst  receives the time as text, cut to fit
- * @param      size the size of the buffer in bytes
- * @return -1 always, even if the text was written
+ * Fetches the ring time of wireless keys as a text. Always returns -1: only the text shows success.
  */
 VESK_API int binder_get_wk_ring_time(char* dst, int size);
 
@@ -211,11 +103,7 @@ VESK_API int binder_get_wk_ring_time(char* dst, int size);
 #endif
 
 #ifdef __cplusplus
-/**
- * Asks whether the log of Wi-Fi is on. For programs in C++ only.
- *
- * @return 1 if so, 0 if not; 0 on failure
- */
+/** Returns whether the Wi-Fi log is on; 0 on failure. For programs in C++ only. */
 VESK_API int binder_get_wlan_log_enable_config();
 #endif
 
