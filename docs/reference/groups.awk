@@ -1,11 +1,11 @@
-# Doxygen's input filter for include/vesk: makes groups of what stands in a header, so that the header needn't.
+# Doxygen's input filter for include/vesk. It adds the groups, so that the headers stay free of them.
 #
-#   the header as a whole         the group of its topic, which docs/reference/pages.dox names
+#   the header                    the group of its topic, which docs/reference/pages.dox names
 #   a comment of one line, as     a section, up to the next one
 #     /* Hold and mute */
-#   #define VESK_..._SIZE 16      a size, as the comment over the first of them says
+#   #define VESK_..._SIZE 16      documented like the first of its block
 #
-# Lines stay where they are, so that Doxygen's messages name the right ones.
+# Line numbers stay the same, so that Doxygen's messages name the right lines.
 
 BEGIN {
   topic = ARGV[1]
@@ -18,7 +18,7 @@ BEGIN {
 
 { line[NR] = $0 }
 
-# Doxygen takes numbers of one and of two digits for items of one list only if they begin in one column.
+# Doxygen accepts numbers of one and two digits as items of one list only in the same column.
 topic == "" && /^ \*  [0-9]\. / { sub(/^ \*  /, " * ", line[NR]) }
 
 topic == "" { next }

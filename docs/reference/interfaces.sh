@@ -1,10 +1,10 @@
 #!/usr/bin/env bash
-# docs/reference/interfaces.sh INCLUDE: a page with the methods of all interfaces, from the rows of their tables.
+# docs/reference/interfaces.sh INCLUDE: prints a page with the methods of all interfaces.
 set -euo pipefail
 
 echo '/** @page interfaces Methods of the interfaces'
 echo
-echo 'A reply carries the last result first, then the others in their order.'
+echo 'A reply contains the last result first, then the others in their order.'
 for table in "$1"/com/qv/*.def; do
   name=$(basename "$table" .def)
   printf '\n@section interface_%s I%s\n\n' "$name" "$name"
