@@ -1,29 +1,47 @@
 #!/usr/bin/env bash
-# Builds the library with VESK_PLATFORM=system against an installed host platform, as though that were the device's sysroot. Like a
-# device's platform, it has no type information.
+# Builds the library with VESK_PLATFORM=system against the installed host platform, in place of a device's sysroot, and uses it.
 set -euo pipefail
 source "$(dirname "$0")/lib.sh"
 
 device="$work/device"
-configure "$SOURCE_DIR" "$work/platform" -DCMAKE_CXX_FLAGS=-fno-rtti -DVESK_BUILD_TESTS=OFF
-"$CMAKE" --build "$work/platform" --target binder
-install_to "$device" platform "$work/platform"
+install_to "$device" platform
 if [ -e "$device/$LIBDIR/libvesk_client.so" ] || [ -e "$device/include/vesk" ]; then
   fail "the component 'platform' holds more than the platform"
 fi
 
-system_build() {
-  build "$SOURCE_DIR" "$1" -DVESK_PLATFORM=system -DVESK_BUILD_TESTS=OFF "${@:2}"
+# The compiler's launcher: VESK_PLATFORM doesn't change the sources, so their objects come from the tested tree.
+cat >"$work/copy_object" <<'SCRIPT'
+#!/usr/bin/env bash
+while [ "$1" != -o ]; do shift; done
+cp "$BUILD_DIR/$2" "$2"
+SCRIPT
+chmod +x "$work/copy_object"
+
+# system_configure DIRECTORY PLATFORM
+system_configure() {
+  configure "$SOURCE_DIR" "$1" -DVESK_PLATFORM=system -DVESK_BUILD_TESTS=OFF "-DCMAKE_CXX_COMPILER_LAUNCHER=$work/copy_object" \
+    "-DCMAKE_SHARED_LINKER_FLAGS=$CXX_FLAGS" "-DCMAKE_PREFIX_PATH=$2" "-DCMAKE_INCLUDE_PATH=$2/$PLATFORM_INCLUDEDIR"
 }
 
 echo "== without a platform, a clear error"
-if system_build "$work/none" >"$work/none.log" 2>&1; then
+if system_configure "$work/none" "$work/nowhere" >"$work/none.log" 2>&1; then
   fail "configured without a platform"
 fi
 grep -q "vesk_client needs the platform's lib" "$work/none.log" || fail "$(cat "$work/none.log")"
 
+echo "== against a platform without type information, none is compiled"
+cp -R "$device" "$work/no rtti"
+sed -i 's/_ZTIN7android7BBinderE/_ZTxN7android7BBinderE/g' "$work/no rtti/$LIBDIR/libbinder.so"
+system_configure "$work/plain" "$work/no rtti"
+grep -q -- '-fno-rtti.*ClientBase.cpp' "$work/plain/compile_commands.json" || fail "compiled with type information"
+grep -qx 'Cflags: -fno-rtti' "$work/plain/package/vesk_service.pc" || fail "vesk_service.pc asks for type information"
+
 echo "== against the device's libraries"
-system_build "$work/build" "-DCMAKE_PREFIX_PATH=$device" "-DCMAKE_INCLUDE_PATH=$device/$PLATFORM_INCLUDEDIR"
+system_configure "$work/build" "$device"
+if grep -q -- '-fno-rtti' "$work/build/compile_commands.json"; then
+  fail "compiled without type information"
+fi
+"$CMAKE" --build "$work/build" --target vesk_client
 library="$work/build/lib/libvesk_client.so"
 
 dynamic() {
@@ -37,7 +55,7 @@ soname=$(dynamic SONAME)
 [ "$soname" = libvesk_client.so ] || fail "the SONAME is '$soname'"
 
 echo "== installed beside them, and used"
-"$CMAKE" --install "$work/build" --prefix "$work/prefix" >"$work/install.log"
+install_to "$work/prefix" client "$work/build"
 if compgen -G "$work/prefix/$LIBDIR/libbinder*" >/dev/null; then
   fail "the platform was installed with the library"
 fi
@@ -50,10 +68,8 @@ libraries="$work/prefix/$LIBDIR:$device/$LIBDIR"
 run "$libraries" "$work/consumer/application"
 run "$libraries" "$work/consumer/service"
 
-grep -qx 'Cflags: -fno-rtti' "$work/prefix/$LIBDIR/pkgconfig/vesk_service.pc" || fail "vesk_service.pc asks for type information"
-
-echo "== where the platform's headers are missing, the package is not there, and says why"
-if build "$here/consumer" "$work/headerless" "$prefixes" >"$work/headerless.log" 2>&1; then
+echo "== without the platform's headers, the package is not found, and says why"
+if configure "$here/consumer" "$work/headerless" "$prefixes" >"$work/headerless.log" 2>&1; then
   fail "configured without the platform's headers"
 fi
 grep -q 'vesk_client_FOUND to FALSE' "$work/headerless.log" || fail "$(cat "$work/headerless.log")"
