@@ -100,8 +100,9 @@ void fromUtf8(Bytes text, size_t room) {
   FUZZ_CHECK(length == static_cast<ssize_t>(expected.size()));
   FUZZ_CHECK(std::u16string_view(converted) == expected);
   for (const size_t size : {expected.size() + 1, std::min(room, expected.size())}) {
-    std::vector<char16_t> exactly(size, u'?');
+    std::vector<char16_t> exactly(size + 1, u'?');
     char16_t* const end = utf8_to_utf16(text.data(), text.size(), exactly.data(), size);
+    FUZZ_CHECK(exactly[size] == u'?');
     if (size == 0) {
       FUZZ_CHECK(end == exactly.data());
       continue;
@@ -112,6 +113,7 @@ void fromUtf8(Bytes text, size_t room) {
     std::fill(exactly.begin(), exactly.end(), u'?');
     char16_t* const last = utf8_to_utf16_no_null_terminator(text.data(), text.size(), exactly.data(), size);
     FUZZ_CHECK(std::u16string(exactly.data(), last) == cut(*characters, utf16Of, size));
+    FUZZ_CHECK(exactly[size] == u'?');
   }
 }
 
@@ -125,8 +127,9 @@ void fromUtf16(Bytes bytes, size_t room) {
   FUZZ_CHECK(utf16_to_utf8_length(units.data(), units.size()) == static_cast<ssize_t>(expected.size()));
   FUZZ_CHECK(std::string_view(android::String8(units.data(), units.size())) == expected);
   for (const size_t size : {expected.size() + 1, std::min(room, expected.size())}) {
-    std::vector<char> exactly(size, '?');
+    std::vector<char> exactly(size + 1, '?');
     utf16_to_utf8(units.data(), units.size(), exactly.data(), size);
+    FUZZ_CHECK(exactly[size] == '?');
     if (size == 0) continue;
     const std::string fits = cut(characters, utf8Of, size - 1);
     FUZZ_CHECK(std::string(exactly.data(), fits.size()) == fits);
@@ -134,6 +137,7 @@ void fromUtf16(Bytes bytes, size_t room) {
   }
   const Bytes encoded(reinterpret_cast<const uint8_t*>(expected.data()), expected.size());
   FUZZ_CHECK(decodeUtf8(encoded) == characters);
+  fromUtf8(encoded, room);
 }
 
 }  // namespace

@@ -31,7 +31,7 @@ class Object : public IBinder {
   String16 descriptor_;
 };
 
-TEST(ParcelObjects, ComeBackAndAreKeptAlive) {
+TEST(ParcelObjects, RoundTripAndLifetime) {
   wp<IBinder> weak;
   Parcel parcel;
   {
@@ -55,7 +55,7 @@ TEST(ParcelObjects, ComeBackAndAreKeptAlive) {
   EXPECT_EQ(weak.promote(), nullptr);
 }
 
-TEST(ParcelObjects, AreNotMadeFromBytes) {
+TEST(ParcelObjects, ForgedBytesAreNoObject) {
   const sp<IBinder> object = sp<Object>::make();
   Parcel real;
   real.writeStrongBinder(object);
@@ -76,7 +76,7 @@ TEST(ParcelObjects, AreNotMadeFromBytes) {
   EXPECT_EQ(target, object);
 }
 
-TEST(ParcelObjects, GoWithTheContentsTheyStandIn) {
+TEST(ParcelObjects, OverwrittenObjectsAreReleased) {
   const sp<IBinder> object = sp<Object>::make();
   const sp<IBinder> other = sp<Object>::make();
   Parcel parcel;
@@ -100,7 +100,7 @@ TEST(ParcelObjects, GoWithTheContentsTheyStandIn) {
   EXPECT_EQ(object->getStrongCount(), 1);
 }
 
-TEST(ParcelObjects, ArriveByWayOfTheTransport) {
+TEST(ParcelObjects, ReceivedFromTheTransport) {
   const sp<IBinder> object = sp<Object>::make();
   Parcel sent;
   sent.writeInt32(1);

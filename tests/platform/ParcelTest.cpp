@@ -5,7 +5,6 @@
 #include <cstdlib>
 #include <functional>
 #include <new>
-#include <random>
 #include <string>
 #include <thread>
 #include <vector>
@@ -19,8 +18,8 @@ thread_local bool memoryIsShort = false;
 
 }  // namespace
 
-// All allocations of the standard library, also those made inside the platform's libraries. Not inlined: an
-// optimising GCC that sees only one of a pair warns of memory that goes back the wrong way.
+// Replaces the allocations of the platform's libraries, too. Not inlined: GCC warns of mismatched allocation
+// functions when it sees only one of a pair.
 [[gnu::noinline]] void* operator new(size_t size) {
   void* const memory = memoryIsShort ? nullptr : malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
@@ -45,13 +44,13 @@ class Record : public Parcelable {
   String8 blob_;
 };
 
-// One value of one type: how it is written, its bytes, and how it is read.
+// A value, its writer, its bytes and its reader.
 struct Kind {
   std::string name;
   std::string bytes;
   std::function<status_t(Parcel*)> write;
-  // Reads into a target that holds something else, and checks that the target is the value after OK and
-  // untouched after an error.
+  // Reads into a target with another value and checks the target: the value after OK, untouched after an
+  // error.
   std::function<status_t(const Parcel&)> read;
 };
 
@@ -134,11 +133,11 @@ const std::vector<Kind>& kinds() {
   return kKinds;
 }
 
-TEST(Parcel, WritesEveryTypeInItsBytesAndReadsItBack) {
+TEST(Parcel, EveryTypeInItsBytes) {
   for (const Kind& kind : kinds()) {
     SCOPED_TRACE(kind.name);
     Parcel parcel;
-    // What stood there before must not shine through the padding.
+    // The padding must not show earlier contents.
     const std::vector<uint8_t> dirt(64, 0xDD);
     parcel.setData(dirt.data(), dirt.size());
     parcel.setDataSize(0);
@@ -151,7 +150,7 @@ TEST(Parcel, WritesEveryTypeInItsBytesAndReadsItBack) {
   }
 }
 
-TEST(Parcel, ReadsNothingFromContentsCutShort) {
+TEST(Parcel, TruncatedContents) {
   for (const Kind& kind : kinds()) {
     for (size_t length = 0; length < kind.bytes.size(); ++length) {
       SCOPED_TRACE(kind.name + " cut to " + std::to_string(length));
@@ -189,7 +188,7 @@ const Kind& kindNamed(const std::string& name) {
   return kinds().front();
 }
 
-TEST(Parcel, RefusesHostileContents) {
+TEST(Parcel, MalformedContents) {
   struct Row {
     const char* kind;
     const char* hex;
@@ -228,7 +227,7 @@ TEST(Parcel, RefusesHostileContents) {
   }
 }
 
-TEST(Parcel, TakesWhatOtherWritersMayWrite) {
+TEST(Parcel, ContentsOfOtherWriters) {
   Parcel parcel;
   parcel.writeInt32(-5);
   parcel.writeString16(u"\xDC00x", 2);
@@ -244,45 +243,7 @@ TEST(Parcel, TakesWhatOtherWritersMayWrite) {
   EXPECT_EQ(record, Record(String8("blob")));
 }
 
-template <typename T>
-std::function<status_t(const Parcel&)> reader(status_t (Parcel::*read)(T*) const) {
-  return [=](const Parcel& parcel) {
-    T target{};
-    return (parcel.*read)(&target);
-  };
-}
-
-TEST(Parcel, SurvivesNoise) {
-  const std::vector<std::function<status_t(const Parcel&)>> readers = {
-      reader<String8>(&Parcel::readString8),
-      reader<String16>(&Parcel::readString16),
-      reader(&Parcel::readUtf8FromUtf16),
-      reader(&Parcel::readInt32Vector),
-      reader(&Parcel::readString16Vector),
-      reader<sp<IBinder>>(&Parcel::readStrongBinder),
-      [](const Parcel& parcel) {
-        Record record;
-        return parcel.readParcelable(&record);
-      },
-  };
-  std::mt19937 random(1);
-  const auto below = [&](int limit) { return static_cast<int>(random() % static_cast<unsigned>(limit)); };
-  for (int round = 0; round < 20000; ++round) {
-    std::string noise(static_cast<size_t>(below(40)), '\0');
-    // Zeros and small numbers, so that lengths and markers come out plausible now and then.
-    for (char& byte : noise) byte = static_cast<char>(below(3) != 0 ? 0 : below(16) - 8);
-    Parcel parcel;
-    const size_t start = fillTightly(&parcel, noise);
-    for (const auto& read : readers) {
-      parcel.setDataPosition(start);
-      const status_t status = read(parcel);
-      ASSERT_EQ(status == OK, parcel.dataPosition() != start);
-      ASSERT_LE(parcel.dataPosition(), parcel.dataSize());
-    }
-  }
-}
-
-TEST(Parcel, GrowsBeyondItsOwnMemoryWithoutLoss) {
+TEST(Parcel, GrowsBeyondItsInlineBuffer) {
   Parcel parcel;
   const uint8_t* const inPlace = parcel.data();
   constexpr int32_t kInts = Parcel::kInlineCapacity / sizeof(int32_t);
@@ -301,7 +262,7 @@ TEST(Parcel, GrowsBeyondItsOwnMemoryWithoutLoss) {
   EXPECT_EQ(parcel.dataCapacity(), Parcel::kInlineCapacity);
 }
 
-// Its contents are larger than its own memory, which strings that are read from it share.
+// Fills the parcel beyond its inline buffer, so that strings read from it share its memory.
 String8 readFromLarge(Parcel* parcel, const std::string& text) {
   while (parcel->dataSize() < 1000) EXPECT_EQ(parcel->writeString8(String8(text.c_str())), OK);
   parcel->setDataPosition(0);
@@ -313,7 +274,7 @@ bool standsIn(const Parcel& parcel, const String8& string) {
   return string.c_str() >= begin && string.c_str() < begin + parcel.dataCapacity();
 }
 
-TEST(Parcel, AStringStaysAsItWasRead) {
+TEST(Parcel, StringsSurviveChangesOfTheirParcel) {
   const std::string dirt(2000, '#');
   const auto bytes = reinterpret_cast<const uint8_t*>(dirt.data());
   const std::function<void(Parcel*)> kRows[] = {
@@ -353,7 +314,7 @@ TEST(Parcel, NeitherShortTextsNorLargeContentsAreShared) {
   }
 }
 
-TEST(Parcel, ItsStringsMayGoOnAnyThread) {
+TEST(Parcel, StringsAreFreedOnAnyThread) {
   const std::string text(200, 'x');
   for (int round = 0; round < 50; ++round) {
     std::vector<std::thread> threads;
@@ -371,7 +332,7 @@ TEST(Parcel, ItsStringsMayGoOnAnyThread) {
   }
 }
 
-TEST(Parcel, FailedWriteAddsNothing) {
+TEST(Parcel, FailedWriteChangesNothing) {
   class Broken : public Parcelable {
    public:
     status_t writeToParcel(Parcel* parcel) const override {
@@ -401,7 +362,7 @@ TEST(Parcel, FailedWriteAddsNothing) {
   }
 }
 
-TEST(Parcel, ReadWithoutMemoryFailsAndMayBeRepeated) {
+TEST(Parcel, ReadWithoutMemoryCanBeRepeated) {
   const std::string text(100, 'x');
   Parcel parcel;
   const std::pair<const char*, Kind> kRows[] = {
@@ -430,7 +391,7 @@ TEST(Parcel, ReadWithoutMemoryFailsAndMayBeRepeated) {
   }
 }
 
-TEST(Parcel, KnowsTheTokenOfItsInterface) {
+TEST(Parcel, InterfaceToken) {
   Parcel parcel;
   parcel.writeInterfaceToken(String16("com.qv.ICallService"));
   const size_t end = parcel.dataPosition();

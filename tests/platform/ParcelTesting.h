@@ -1,4 +1,4 @@
-// What the tests of parcels share.
+// Helpers of the parcel tests.
 #pragma once
 
 #include <binder/Parcel.h>
@@ -12,7 +12,7 @@ inline std::string bytesOf(const Parcel& parcel) {
   return std::string(reinterpret_cast<const char*>(parcel.data()), parcel.dataSize());
 }
 
-// Bytes from hexadecimal digits; blanks are for the reader.
+// Bytes from hexadecimal digits; blanks are ignored.
 inline std::string unhex(const std::string& digits) {
   std::string bytes;
   std::string pair;
@@ -26,8 +26,8 @@ inline std::string unhex(const std::string& digits) {
   return bytes;
 }
 
-// Fills a parcel so that the contents under test end where its memory ends: a read beyond shows under the
-// address sanitizer. Leaves the position at their start.
+// Fills a parcel so that the contents end where its memory ends, so that the address sanitizer reports a read
+// beyond them. Returns their start, where the position is then.
 inline size_t fillTightly(Parcel* parcel, const std::string& contents) {
   const std::string filler(Parcel::kInlineCapacity, '\xEE');
   const std::string all = filler + contents;

@@ -46,7 +46,7 @@ const Row kRows[] = {
      "Status(42, EX_UNKNOWN): 'new'"},
 };
 
-TEST(Status, CrossesInItsBytes) {
+TEST(Status, BytesAndText) {
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.text);
     EXPECT_STREQ(row.status.toString8().c_str(), row.text);
@@ -61,7 +61,7 @@ TEST(Status, CrossesInItsBytes) {
   }
 }
 
-TEST(Status, IsSetAfterwards) {
+TEST(Status, Setters) {
   Status status;
   status.setException(Status::EX_ILLEGAL_ARGUMENT, String8("line 9"));
   EXPECT_EQ(status.toString8(), "Status(-3, EX_ILLEGAL_ARGUMENT): 'line 9'");
@@ -128,7 +128,7 @@ TEST(Status, HeadersOfOtherGenerations) {
   }
 }
 
-TEST(Status, TransportErrorIsReturnedAndNotWritten) {
+TEST(Status, TransportErrorIsNotWritten) {
   const std::pair<Status, status_t> kErrors[] = {
       {Status::fromStatusT(DEAD_OBJECT), DEAD_OBJECT},
       {Status::fromExceptionCode(Status::EX_TRANSACTION_FAILED), FAILED_TRANSACTION},
