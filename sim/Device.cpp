@@ -1,7 +1,6 @@
 #include "Device.h"
 
 #include <cstdio>
-#include <iterator>
 
 #include "console/Output.h"
 #include "database/CallLog.h"
@@ -9,6 +8,8 @@
 namespace sim {
 
 namespace {
+
+using vesk::interfaces::Interface;
 
 void printEvent(Time time, const Event& event) {
   char seconds[32];
@@ -18,7 +19,7 @@ void printEvent(Time time, const Event& event) {
 
 void printMiscEvent(const std::string& event) { Output::self().say("           " + event + "\n"); }
 
-/** Feeds the call log, and prints if it is to. */
+/** Feeds the call log and, if `verbose`, the output. */
 Phone::Sink observer(const android::sp<DatabaseService>& database, bool verbose) {
   const auto log =
       std::make_shared<CallLog>([database](const CallLogRecord& call) { database->logCall(call); });
@@ -28,42 +29,16 @@ Phone::Sink observer(const android::sp<DatabaseService>& database, bool verbose)
   };
 }
 
-#define METHOD(code, name, ...) {code, #name, #__VA_ARGS__},
-constexpr MethodRow kCallMethods[] = {
-#include <com/qv/CallService.def>
-};
-constexpr MethodRow kConfigMethods[] = {
-#include <com/qv/ConfigService.def>
-};
-constexpr MethodRow kDatabaseMethods[] = {
-#include <com/qv/DatabaseService.def>
-};
-constexpr MethodRow kMiscMethods[] = {
-#include <com/qv/MiscService.def>
-};
-constexpr MethodRow kRelayMethods[] = {
-#include <com/qv/RelayService.def>
-};
-constexpr MethodRow kExternalKeyMethods[] = {
-#include <com/qv/ExternalKeyService.def>
-};
-constexpr MethodRow kCallEvents[] = {
-#include <com/qv/CallEventListener.def>
-};
-#undef METHOD
-
-constexpr ServiceRow kServiceRows[] = {
-    {"call", "com.qv.CallService", kCallMethods, kCallEvents},
-    {"config", "com.qv.ConfigService", kConfigMethods, {}},
-    {"database", "com.qv.DatabaseService", kDatabaseMethods, {}},
-    {"misc", "com.qv.MiscService", kMiscMethods, {}},
-    {"relay", "com.qv.RelayService", kRelayMethods, {}},
-    {"externalkey", "com.qv.ExternalKeyService", kExternalKeyMethods, {}},
-};
+std::vector<android::sp<FaultInjector>> injectors(
+    const std::vector<android::sp<android::BBinder>>& services) {
+  std::vector<android::sp<FaultInjector>> all;
+  for (const Interface& interface : vesk::interfaces::services()) {
+    all.push_back(new FaultInjector(interface, services[all.size()]));
+  }
+  return all;
+}
 
 }  // namespace
-
-const std::span<const ServiceRow> kServices = kServiceRows;
 
 Device::Device(const Options& options, const std::shared_ptr<Store>& store)
     : settings_(std::make_shared<Settings>(store)),
@@ -74,19 +49,13 @@ Device::Device(const Options& options, const std::shared_ptr<Store>& store)
           options.speed, options.verbose ? printMiscEvent : [](const std::string&) {})),
       relayService_(new RelayService(options.speed, store)),
       externalKeyService_(new ExternalKeyService(store)),
-      services_([this] {
-        const android::sp<android::BBinder> served[] = {callService_, configService_, databaseService_,
-                                                        miscService_, relayService_,  externalKeyService_};
-        std::vector<android::sp<FaultInjector>> services;
-        for (size_t i = 0; i < std::size(served); ++i) {
-          services.push_back(new FaultInjector(kServiceRows[i].name, served[i], kServiceRows[i].methods,
-                                               kServiceRows[i].events));
-        }
-        return services;
-      }()) {
-  callService_->distortEvents([weak = android::wp<FaultInjector>(services_[0])](EventType event) {
-    const android::sp<FaultInjector> service = weak.promote();
-    return service == nullptr ? 0 : service->moreBytesOfEvent(static_cast<uint32_t>(event));
+      services_(injectors({callService_, configService_, databaseService_, miscService_, relayService_,
+                           externalKeyService_})) {
+  const android::wp<FaultInjector> injector(services_[0]);
+  callService_->corruptEvents([injector](EventType type) {
+    const android::sp<FaultInjector> call = injector.promote();
+    if (call == nullptr) return 0;
+    return call->takeExtraBytes(*eventsOf(call->interface())->find(static_cast<uint32_t>(type)));
   });
 }
 
@@ -105,25 +74,30 @@ bool Device::load(std::string* error) {
 
 bool Device::registerServices(std::string* error) const {
   for (const android::sp<FaultInjector>& service : services_) {
-    if (const android::status_t added = service->revive(); added != android::OK) {
-      *error = std::string("can't register ") + service->name() + ": " + android::statusToString(added);
+    if (const android::status_t added = service->registerService(); added != android::OK) {
+      *error = "can't register " + service->interface().serviceName() + ": " + android::statusToString(added);
       return false;
     }
   }
   return true;
 }
 
+FaultInjector& Device::service(const Interface& interface) const {
+  return *services_[static_cast<size_t>(&interface - vesk::interfaces::services().data())];
+}
+
 uint64_t Device::kill(FaultInjector& service) {
   const uint64_t deaths = service.die();
   constexpr std::chrono::milliseconds kAtOnce{0};
-  if (service.name() == std::string_view("com.qv.CallService")) callService_->stopEvents(kAtOnce);
-  if (service.name() == std::string_view("com.qv.MiscService")) miscService_->stopEvents(kAtOnce);
+  const std::string_view name = service.interface().name;
+  if (name == "call") callService_->stopEvents(kAtOnce);
+  if (name == "misc") miscService_->stopEvents(kAtOnce);
   return deaths;
 }
 
-void Device::stopEvents(std::chrono::milliseconds patience) {
-  callService_->stopEvents(patience);
-  miscService_->stopEvents(patience);
+void Device::stopEvents(std::chrono::milliseconds timeout) {
+  callService_->stopEvents(timeout);
+  miscService_->stopEvents(timeout);
 }
 
 }  // namespace sim

@@ -3,7 +3,6 @@
 #include <chrono>
 #include <memory>
 #include <string>
-#include <string_view>
 #include <vector>
 
 #include "Options.h"
@@ -18,18 +17,7 @@
 
 namespace sim {
 
-/** The methods of a service, by its short name: call, config, database, misc, relay or externalkey. Empty if
- * there is none. */
-struct ServiceRow {
-  const char* shortName;
-  const char* name;
-  std::span<const MethodRow> methods;
-  /** What its listeners are told, as far as records come with it. */
-  std::span<const MethodRow> events;
-};
-extern const std::span<const ServiceRow> kServices;
-
-/** All services of the device, and what they keep. */
+/** All services of the device, and their state. */
 class Device {
  public:
   /** Null, with the reason in `error`, if the state can't be read or a service can't be registered. */
@@ -37,16 +25,17 @@ class Device {
 
   RealTime<Phone>& phone() { return callService_->phone(); }
   RealTime<MiscDevice>& misc() { return miscService_->device(); }
-
-  DatabaseService& database() { return *databaseService_; }
   RealTime<Relays>& relays() { return relayService_->relays(); }
+  DatabaseService& database() { return *databaseService_; }
 
   const std::vector<android::sp<FaultInjector>>& services() const { return services_; }
-  /** Has a service die for its callers; its listeners hear no more of it. */
+  FaultInjector& service(const vesk::interfaces::Interface& interface) const;
+  /** Has the service die for its callers, and ends its listeners' subscriptions. Returns the number of
+   * deaths. */
   uint64_t kill(FaultInjector& service);
 
-  /** No more events; waits until no listener is being called, or the time is over. */
-  void stopEvents(std::chrono::milliseconds patience);
+  /** Stops all events; waits for the listeners' current calls until the timeout. */
+  void stopEvents(std::chrono::milliseconds timeout);
 
  private:
   Device(const Options& options, const std::shared_ptr<Store>& store);
@@ -61,6 +50,7 @@ class Device {
   const android::sp<MiscService> miscService_;
   const android::sp<RelayService> relayService_;
   const android::sp<ExternalKeyService> externalKeyService_;
+  /** In the order of vesk::interfaces::services(). */
   const std::vector<android::sp<FaultInjector>> services_;
 };
 

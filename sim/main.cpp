@@ -15,7 +15,7 @@
 
 #include "Device.h"
 #include "Options.h"
-#include "commands/Commands.h"
+#include "commands/Runner.h"
 #include "console/Console.h"
 #include "console/Output.h"
 #include "console/Prompt.h"
@@ -96,7 +96,7 @@ int main(int argc, char** argv) {
     }
   });
   sim::Runner runner(*device, options.speed);
-  sim::runScript(runner, std::move(*script));
+  runner.run(std::move(*script));
   runUntilEnd(runner, signalFd);
   device->stopEvents(kPatienceAtEnd);
   sim::Output::self().flush(kPatienceAtEnd);

@@ -6,10 +6,7 @@
 
 namespace sim {
 
-/*
- * The records of the call service as they cross to a listener or a caller. docs/simulated-device.md shows
- * their layout.
- */
+/* The records of the call service; docs/simulated-device.md shows their layout. */
 
 com::qv::CommonParcelable toRecord(const CallInfo& info);
 com::qv::CommonParcelable toRecord(const AutoRedialInfo& info);

@@ -5,46 +5,54 @@
 #include <chrono>
 
 #include "call/EventDispatcher.h"
-#include "clock/RealTime.h"
+#include "common/Service.h"
 #include "phone/Phone.h"
 
 namespace sim {
 
-/**
- * The call service of the simulated device. What the phone refuses is answered with EX_ILLEGAL_STATE and a
- * message where a method has no result, and with -1 where it has one.
- */
-class CallService : public com::qv::BnCallService {
+/** The methods that a method of the phone serves. */
+class PhoneMethods : public com::qv::BnCallService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using ICallEventListener = com::qv::ICallEventListener;
-
-  /** `trace` is told of each event, under the phone's lock. */
-  CallService(double speed, const Phone::Sink& trace);
+  using Status = android::binder::Status;
 
   RealTime<Phone>& phone() { return phone_; }
 
-  /** As EventDispatcher::corrupt(). */
-  void distortEvents(std::function<int32_t(EventType)> moreBytes) {
-    dispatcher_.corrupt(std::move(moreBytes));
-  }
-
-  /** No more events; waits until no listener is being called, or the time is over. */
-  void stopEvents(std::chrono::milliseconds patience) { dispatcher_.stop(patience); }
-
-#define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
+#define METHOD(code, name, ...) Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include <com/qv/CallService.def>
 #undef METHOD
 
- private:
-  template <typename... Params, typename... Args>
-  android::binder::Status tell(Phone::Refusal (Phone::*method)(Params...), const Args&... args);
-  template <typename Result, typename Method, typename... Args>
-  android::binder::Status ask(Result* result, Method method, const Args&... args);
+ protected:
+  PhoneMethods(double speed, Phone::Sink sink) : phone_(speed, std::move(sink)) {}
 
+  /** Before phone_, which publishes events until it is destroyed. */
   EventDispatcher dispatcher_;
   RealTime<Phone> phone_;
+};
+
+/**
+ * The call service of the simulated device. On refusal, methods that return an integer return -1; methods
+ * without a result throw EX_ILLEGAL_STATE with a message.
+ */
+class CallService : public PhoneMethods {
+ public:
+  /** `trace` is called with each event, under the phone's lock. */
+  CallService(double speed, const Phone::Sink& trace);
+
+  /** As EventDispatcher::corrupt(). */
+  void corruptEvents(std::function<int32_t(EventType)> extraBytes) {
+    dispatcher_.corrupt(std::move(extraBytes));
+  }
+
+  /** Stops all events; waits for the listeners' current calls until the timeout. */
+  void stopEvents(std::chrono::milliseconds timeout) { dispatcher_.stop(timeout); }
+
+  Status setVideoDisplayArea(int32_t chan, const CommonParcelable& areaA,
+                             const CommonParcelable& areaB) override;
+  Status registerCallEventListener(const android::sp<ICallEventListener>& listener) override;
+  Status getSnapshotInfoByIndex(int32_t chan, int32_t index, CommonParcelable* info) override;
 };
 
 }  // namespace sim

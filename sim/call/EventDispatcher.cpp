@@ -1,10 +1,12 @@
 #include "call/EventDispatcher.h"
 
-#include <algorithm>
 #include <string>
+#include <tuple>
 #include <variant>
 
 #include "call/CallRecords.h"
+#include "common/Records.h"
+#include "events/Deliver.h"
 
 namespace sim {
 
@@ -14,34 +16,44 @@ using android::binder::Status;
 using com::qv::CommonParcelable;
 using com::qv::ICallEventListener;
 
-struct Delivery {
-  Event event;
-  int32_t moreBytes;
-};
+/** The arguments of a listener's method. */
+struct Arguments {
+  int32_t extraBytes;
 
-template <typename Payload>
-const Payload& payload(const Delivery& delivery) {
-  return std::get<Payload>(delivery.event.payload);
-}
+  template <typename Info>
+  CommonParcelable record(const Info& info) const {
+    const CommonParcelable whole = toRecord(info);
+    const std::string bytes = resized({whole.blob().c_str(), whole.blob().length()}, extraBytes);
+    return {bytes.data(), bytes.size()};
+  }
 
-/** The record of whichever payload is one. */
-struct ToRecord {
-  CommonParcelable operator()(const CallInfo& info) const { return toRecord(info); }
-  CommonParcelable operator()(const AutoRedialInfo& info) const { return toRecord(info); }
-  CommonParcelable operator()(const CompletionInfo& info) const { return toRecord(info); }
-  template <typename Other>
-  CommonParcelable operator()(const Other&) const {
-    return {};
+  std::tuple<> operator()(std::monostate) const { return {}; }
+  std::tuple<int32_t> operator()(int32_t value) const { return {value}; }
+  std::tuple<std::string> operator()(const std::string& text) const { return {text}; }
+  std::tuple<int32_t, int32_t> operator()(const KeyInfo& key) const { return {key.code, key.status}; }
+  std::tuple<int32_t, std::vector<int32_t>> operator()(const ConferenceInfo& info) const {
+    return {info.conference, info.members};
+  }
+  std::tuple<CommonParcelable> operator()(const CallInfo& info) const { return record(info); }
+  std::tuple<CommonParcelable> operator()(const AutoRedialInfo& info) const { return record(info); }
+  std::tuple<CommonParcelable, bool> operator()(const CompletionInfo& info) const {
+    return {record(info), info.free};
   }
 };
 
-CommonParcelable record(const Delivery& delivery) {
-  CommonParcelable whole = std::visit(ToRecord{}, delivery.event.payload);
-  if (delivery.moreBytes == 0) return whole;
-  std::string bytes(whole.blob().c_str(), whole.blob().length());
-  bytes.resize(
-      static_cast<size_t>(std::max<int64_t>(static_cast<int64_t>(bytes.size()) + delivery.moreBytes, 0)));
-  return {bytes.data(), bytes.size()};
+Status send(ICallEventListener& listener, const Event& event, const Arguments& arguments) {
+  const auto call = [&](auto method) {
+    return std::visit([&](const auto& payload) { return deliver(listener, method, arguments(payload)); },
+                      event.payload);
+  };
+  switch (event.type) {
+#define METHOD(code, name, ...) \
+  case EventType::name:         \
+    return call(&ICallEventListener::name);
+#include <com/qv/CallEventListener.def>
+#undef METHOD
+  }
+  return Status::ok();
 }
 
 bool hasRecord(const Event& event) {
@@ -50,55 +62,11 @@ bool hasRecord(const Event& event) {
          std::holds_alternative<CompletionInfo>(event.payload);
 }
 
-/* One for each list of parameters that a listener's methods have. */
-
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(), const Delivery&) {
-  return (listener.*method)();
-}
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(int32_t),
-            const Delivery& delivery) {
-  return (listener.*method)(payload<int32_t>(delivery));
-}
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(const CommonParcelable&),
-            const Delivery& delivery) {
-  return (listener.*method)(record(delivery));
-}
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(const CommonParcelable&, bool),
-            const Delivery& delivery) {
-  return (listener.*method)(record(delivery), payload<CompletionInfo>(delivery).free);
-}
-Status send(ICallEventListener& listener,
-            Status (ICallEventListener::*method)(int32_t, const std::vector<int32_t>&),
-            const Delivery& delivery) {
-  const auto& info = payload<ConferenceInfo>(delivery);
-  return (listener.*method)(info.conference, info.members);
-}
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(int32_t, int32_t),
-            const Delivery& delivery) {
-  const auto& key = payload<KeyInfo>(delivery);
-  return (listener.*method)(key.code, key.status);
-}
-Status send(ICallEventListener& listener, Status (ICallEventListener::*method)(const std::string&),
-            const Delivery& delivery) {
-  return (listener.*method)(payload<std::string>(delivery));
-}
-
-Status send(ICallEventListener& listener, const Delivery& delivery) {
-  switch (delivery.event.type) {
-#define METHOD(code, name, ...) \
-  case EventType::name:         \
-    return send(listener, &ICallEventListener::name, delivery);
-#include <com/qv/CallEventListener.def>
-#undef METHOD
-  }
-  return Status::ok();
-}
-
 }  // namespace
 
 void EventDispatcher::publish(const Event& event) {
-  const Delivery delivery{event, moreBytes_ && hasRecord(event) ? moreBytes_(event.type) : 0};
-  Dispatcher::publish([delivery](ICallEventListener& listener) { return send(listener, delivery); });
+  const Arguments arguments{extraBytes_ && hasRecord(event) ? extraBytes_(event.type) : 0};
+  Dispatcher::publish([=](ICallEventListener& listener) { return send(listener, event, arguments); });
 }
 
 }  // namespace sim

@@ -7,19 +7,19 @@
 
 namespace sim {
 
-/** Hands the phone's events to the listeners. */
+/** Sends the phone's events to the listeners. */
 class EventDispatcher : public Dispatcher<com::qv::ICallEventListener> {
  public:
   using Dispatcher::Dispatcher;
 
-  /** `moreBytes` tells, for each event that has a record, how many bytes too long that is to be. Before the
-   * first event. */
-  void corrupt(std::function<int32_t(EventType)> moreBytes) { moreBytes_ = std::move(moreBytes); }
+  /** `extraBytes` returns, for each event with a record, what to add to the length of that. To be called
+   * before the first event. */
+  void corrupt(std::function<int32_t(EventType)> extraBytes) { extraBytes_ = std::move(extraBytes); }
 
   void publish(const Event& event);
 
  private:
-  std::function<int32_t(EventType)> moreBytes_;
+  std::function<int32_t(EventType)> extraBytes_;
 };
 
 }  // namespace sim

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-/** A number with the unit s or ms, of at most a million seconds. */
+/** Parses a non-negative number with the unit s or ms, of at most a million seconds. */
 inline std::optional<Time> parseTime(std::string_view text) {
   constexpr double kLimitMs = 1e9;
   double unit = 0;

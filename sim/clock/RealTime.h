@@ -12,14 +12,14 @@
 namespace sim {
 
 /**
- * A model in real time, or a multiple of it, for use by any thread. A model is anything with advanceTo() and
+ * Runs a model in real time, or a multiple of it. Thread-safe. A model is a class with advanceTo() and
  * nextTimer(), as Phone has them.
  */
 template <typename Model>
 class RealTime {
  public:
-  /** `speed` is how many seconds of the model's pass in one of ours; the rest is for the model. Whatever the
-   * model calls is called under a lock. */
+  /** `speed` is the number of model seconds in a real one; `args` go to the model's constructor. The model
+   * runs, and calls out, under a lock. */
   template <typename... Args>
   explicit RealTime(double speed, Args&&... args)
       : speed_(speed), model_(std::forward<Args>(args)...), timers_([this] { runTimers(); }) {}
@@ -35,7 +35,7 @@ class RealTime {
   RealTime(const RealTime&) = delete;
   RealTime& operator=(const RealTime&) = delete;
 
-  /** Runs `action` on the model, with nobody else at it. */
+  /** Runs `action` on the model under the lock. */
   template <typename Action>
   auto use(Action&& action) {
     const Wake wake{changed_};
@@ -47,7 +47,7 @@ class RealTime {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /** Has the timers looked at again once the lock is free. */
+  /** Has the timer thread look for a nearer timer, after the lock is released. */
   struct Wake {
     std::condition_variable& changed;
     ~Wake() { changed.notify_one(); }

@@ -9,32 +9,33 @@
 
 namespace sim {
 
-/** Durations, and points in time counted from the start of the phone. */
+/** A duration, or a point in time since the start of the device. */
 using Time = std::chrono::milliseconds;
 
-/** For durations: longer than anything. */
+/** An infinite duration. */
 constexpr Time kNever = Time::max();
 
-/** Timers on a clock that moves only when it is told to. Not for use by several threads at once. */
+/** Timers on a clock that only advanceTo() moves. Not thread-safe. */
 class TimerQueue {
  public:
-  /** 0 is no timer. */
+  /** 0 stands for no timer. */
   using Id = uint64_t;
 
-  /** Has `action` run once, `delay` from now; kNever makes no timer. */
+  /** Sets a timer that runs `action` once, `delay` from now; sets none for kNever. */
   Id after(Time delay, std::function<void()> action);
 
-  /** Forgets a timer. One that has run already, or 0, is left alone. */
+  /** Removes a timer. Does nothing for 0, or a timer that has run. */
   void cancel(Id id);
 
   Time now() const { return now_; }
 
-  /** When the next timer is due. */
+  /** The time of the next timer; empty without timers. */
   std::optional<Time> next() const;
 
   /**
-   * Moves the clock and runs what is due, in order of time and then of setting. Each action sees its own time
-   * as now(), and what it sets for a time up to `time` is run as well. The clock never moves back.
+   * Moves the clock and runs the timers that are due, in order of time and, at one time, of after(). Each
+   * action sees its own time as now(); a timer that it sets for a time up to `time` runs, too. The clock
+   * never moves back.
    */
   void advanceTo(Time time);
 

@@ -1,19 +1,22 @@
-#include "commands/FaultCommands.h"
-
 #include <algorithm>
 #include <cstdlib>
 #include <iterator>
 
+#include "Device.h"
 #include "clock/ParseTime.h"
+#include "commands/Command.h"
+#include "commands/Runner.h"
 #include "common/ParseNumber.h"
 #include "console/Output.h"
 
+/* The commands that inject faults into services, and clear them. */
 namespace sim {
 
 namespace {
 
 using android::binder::Status;
-using Words = std::vector<std::string>;
+using vesk::interfaces::Interface;
+using vesk::interfaces::Method;
 
 struct Reason {
   const char* name;
@@ -35,38 +38,36 @@ constexpr Reason kReasons[] = {
     {"PERMISSION_DENIED", 0, android::PERMISSION_DENIED},
 };
 
-std::optional<size_t> findService(const Words& words, std::string* error) {
-  const std::optional<size_t> service = sim::findService(words[0]);
-  if (!service) *error = "no service: " + words[0];
+const Interface* findService(const std::string& name, std::string* error) {
+  const Interface* service = vesk::interfaces::findService(name);
+  if (service == nullptr) *error = "no service: " + name;
   return service;
+}
+
+/** False, with the reason in `error`, if no fault of that kind can have the target. */
+bool setTarget(const Method* target, const char* why, Fault* fault, std::string* error) {
+  fault->target = target;
+  if (why != nullptr) *error = std::string(target->name) + why;
+  return why == nullptr;
 }
 
 template <Fault::Kind Kind>
 std::optional<Command> addFault(const Words& words, std::string* error) {
-  const std::optional<size_t> service = findService(words, error);
-  if (!service) return std::nullopt;
+  const Interface* service = findService(words[0], error);
+  if (service == nullptr) return std::nullopt;
+  const Interface* events = Kind == Fault::kShort ? eventsOf(*service) : nullptr;
   Fault fault{.kind = Kind};
   if (Kind == Fault::kFail) fault.exception = Status::EX_ILLEGAL_STATE;
   bool hasDelay = false;
   for (size_t i = 1; i < words.size(); ++i) {
     const std::string& word = words[i];
-    const auto& methods = kServices[*service].methods;
-    const auto method = std::ranges::find_if(methods, [&](const MethodRow& row) { return row.name == word; });
     const auto reason = std::ranges::find_if(kReasons, [&](const Reason& each) { return each.name == word; });
-    const auto& events = kServices[*service].events;
-    const auto event = std::ranges::find_if(events, [&](const MethodRow& row) { return row.name == word; });
-    if (method != methods.end()) {
-      fault.code = method->code;
-      if (Kind == Fault::kShort && !answersWithRecord(*method)) {
-        *error = word + " answers with no record";
-        return std::nullopt;
-      }
-    } else if (Kind == Fault::kShort && event != events.end()) {
-      fault.code = event->code + Fault::kEvent;
-      if (!bringsRecord(*event)) {
-        *error = word + " brings no record";
-        return std::nullopt;
-      }
+    if (const Method* method = service->find(word)) {
+      const bool suits = Kind != Fault::kShort || method->returnsRecord();
+      if (!setTarget(method, suits ? nullptr : " returns no record", &fault, error)) return std::nullopt;
+    } else if (const Method* event = events != nullptr ? events->find(word) : nullptr) {
+      const bool suits = event->takesRecord();
+      if (!setTarget(event, suits ? nullptr : " has no record", &fault, error)) return std::nullopt;
     } else if (word == "always") {
       fault.times = Fault::kAlways;
     } else if (word == "times") {
@@ -83,66 +84,61 @@ std::optional<Command> addFault(const Words& words, std::string* error) {
                Kind == Fault::kShort && bytes && *bytes != 0 && std::abs(*bytes) <= 4096) {
       fault.bytes = *bytes;
     } else {
-      *error = "neither a method of " + words[0] + " nor anything else that goes here: " + word;
+      *error = "neither a method of " + words[0] + " nor another valid argument: " + word;
       return std::nullopt;
     }
   }
   if (Kind == Fault::kDelay && !hasDelay) return std::nullopt;
   return Command{[=](Runner& runner) {
-    runner.device().services()[*service]->add(fault);
+    runner.device().service(*service).add(fault);
     return std::string();
   }};
 }
 
-}  // namespace
-
-std::optional<size_t> findService(const std::string& name) {
-  const auto found = std::ranges::find_if(
-      kServices, [&](const ServiceRow& row) { return name == row.shortName || name == row.name; });
-  if (found == kServices.end()) return std::nullopt;
-  return static_cast<size_t>(found - kServices.begin());
-}
-
-std::optional<Command> failCalls(const Words& words, std::string* error) {
-  return addFault<Fault::kFail>(words, error);
-}
-std::optional<Command> delayCalls(const Words& words, std::string* error) {
-  return addFault<Fault::kDelay>(words, error);
-}
-std::optional<Command> distortRecords(const Words& words, std::string* error) {
-  return addFault<Fault::kShort>(words, error);
-}
-
 std::optional<Command> die(const Words& words, std::string* error) {
-  const std::optional<size_t> service = findService(words, error);
+  const Interface* service = findService(words[0], error);
   std::optional<Time> pause = Time(1000);
   if (words.size() > 1) pause = words.size() == 3 && words[1] == "for" ? parseTime(words[2]) : std::nullopt;
-  if (!service || !pause) return std::nullopt;
+  if (service == nullptr || !pause) return std::nullopt;
   return Command{[=](Runner& runner) {
-    const android::sp<FaultInjector> dying = runner.device().services()[*service];
+    const android::sp<FaultInjector> dying = &runner.device().service(*service);
     const uint64_t death = runner.device().kill(*dying);
     runner.after(*pause, [dying, death] {
-      // A later death has a pause of its own.
+      // After a later death, the service returns at the end of that one's pause.
       if (dying->deaths() != death) return;
-      if (const android::status_t status = dying->revive(); status != android::OK) {
-        Output::self().say(std::string(dying->name()) +
-                           " can't come back: " + android::statusToString(status));
+      if (const android::status_t status = dying->registerService(); status != android::OK) {
+        Output::self().say(dying->interface().serviceName() +
+                           " can't be registered again: " + android::statusToString(status) + "\n");
       }
     });
     return std::string();
   }};
 }
 
-std::optional<Command> heal(const Words& words, std::string* error) {
-  std::optional<size_t> only;
-  if (!words.empty() && !(only = findService(words, error))) return std::nullopt;
+std::optional<Command> clearFaults(const Words& words, std::string* error) {
+  const Interface* only = words.empty() ? nullptr : findService(words[0], error);
+  if (!error->empty()) return std::nullopt;
   return Command{[=](Runner& runner) {
-    const auto& services = runner.device().services();
-    for (size_t i = 0; i < services.size(); ++i) {
-      if (!only || *only == i) services[i]->clearFaults();
+    for (const android::sp<FaultInjector>& service : runner.device().services()) {
+      if (only == nullptr || only == &service->interface()) service->clearFaults();
     }
     return std::string();
   }};
 }
+
+constexpr CommandRow kRows[] = {
+    {"die", "SERVICE [for TIME]", "a service dies, and is registered again after TIME (1s)", 1, 3, die},
+    {"fail", "SERVICE [METHOD] [times N|always] [REASON]", "fail the next calls", 1, 5,
+     addFault<Fault::kFail>},
+    {"delay", "SERVICE [METHOD] [times N|always] TIME", "delay the next calls", 2, 5,
+     addFault<Fault::kDelay>},
+    {"short", "SERVICE [METHOD|EVENT] [times N|always] [BYTES]", "change the length of records by BYTES (-1)",
+     1, 5, addFault<Fault::kShort>},
+    {"heal", "[SERVICE]", "clear all faults", 0, 1, clearFaults},
+};
+
+}  // namespace
+
+std::span<const CommandRow> faultCommands() { return kRows; }
 
 }  // namespace sim

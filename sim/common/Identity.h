@@ -4,7 +4,7 @@
 #include <cstdint>
 #include <string_view>
 
-/* Who the simulated device says that it is, and who else is in its network. */
+/* The identity of the simulated device, and the other devices in its network. */
 
 namespace sim::identity {
 

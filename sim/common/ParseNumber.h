@@ -7,7 +7,7 @@
 
 namespace sim {
 
-/** The whole of `text` as a number. */
+/** Parses `text`, which has to be a number as a whole. */
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
   Number number{};

@@ -2,32 +2,51 @@
 
 #include <com/qv/CommonParcelable.h>
 
+#include <algorithm>
 #include <cstring>
+#include <iterator>
 #include <optional>
+#include <string>
 #include <string_view>
 #include <type_traits>
 
 namespace sim {
 
-/* Between the records of the interfaces and their bytes. */
+/* Conversion between the records of the interfaces and their bytes. */
 
-/** Cut to fit, always with a zero at the end; the record has to be zeroed before. */
+/** Truncates the text to fit. Writes no terminating zero: the record has to be zeroed before. */
 template <size_t Size>
 void copyText(char (&to)[Size], std::string_view text) {
   text.copy(to, Size - 1);
 }
 
-/** Up to the zero, or all of it. */
+/** `record` with another text in one field. */
+template <typename Record, size_t Size>
+Record with(char (Record::*field)[Size], std::string_view text, Record record = {}) {
+  std::fill(std::begin(record.*field), std::end(record.*field), '\0');
+  copyText(record.*field, text);
+  return record;
+}
+
+/** The text up to its zero, or the whole field. */
 template <size_t Size>
 std::string_view textOf(const char (&from)[Size]) {
   return {from, strnlen(from, Size)};
 }
 
-/** As long as the record is there. */
+/** Valid as long as the record. */
 template <typename Record>
 std::string_view bytesOf(const Record& record) {
-  static_assert(std::has_unique_object_representations_v<Record>, "padding would cross uninitialised");
+  static_assert(std::has_unique_object_representations_v<Record>, "padding would be sent uninitialised");
   return {reinterpret_cast<const char*>(&record), sizeof(record)};
+}
+
+/** Longer by `extraBytes`, which are zeros, or shorter if that is negative. */
+inline std::string resized(std::string_view bytes, int32_t extraBytes) {
+  std::string result(bytes);
+  const int64_t size = static_cast<int64_t>(bytes.size()) + extraBytes;
+  result.resize(static_cast<size_t>(std::max<int64_t>(size, 0)));
+  return result;
 }
 
 template <typename Record>
@@ -35,7 +54,7 @@ com::qv::CommonParcelable pack(const Record& record) {
   return {bytesOf(record).data(), sizeof(record)};
 }
 
-/** Nothing if the size is another one. */
+/** Empty if the size does not match. */
 template <typename Record>
 std::optional<Record> unpack(std::string_view bytes) {
   Record record;

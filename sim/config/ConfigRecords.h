@@ -6,10 +6,18 @@
 
 namespace sim {
 
-/*
- * The records of the config service as this device lays them out; docs/simulated-device.md shows them. The
- * others are opaque to it. DsskeyText.h has that of a DSS key.
- */
+/* The records of the config service that this device lays out; docs/simulated-device.md shows them. All
+ * others are opaque to it. */
+
+struct DsskeyRecord {
+  int32_t type;
+  int32_t line;
+  int32_t icon;
+  int32_t theme;
+  char title[156];
+  char value[512];
+};
+static_assert(sizeof(DsskeyRecord) == VESK_DSSKEY_CONFIG_SIZE);
 
 struct SceneRecord {
   int32_t index;
@@ -31,7 +39,7 @@ static_assert(sizeof(LineRecord) == VESK_LINE_INFO_SIZE);
 
 struct NetworkStatusRecord {
   int32_t up;
-  /** 0 is the cable. */
+  /** 0: cable. */
   int32_t type;
   char mac[24];
   char ip[64];
@@ -44,7 +52,7 @@ struct NetworkStatusRecord {
 static_assert(sizeof(NetworkStatusRecord) == VESK_NETWORK_STATUS_SIZE);
 
 struct NetworkDetailsRecord {
-  /** As asked for. */
+  /** The arguments of the request. */
   int32_t a;
   int32_t b;
   char ip[64];
@@ -80,20 +88,6 @@ struct DeviceNameRecord {
 };
 static_assert(sizeof(DeviceNameRecord) == VESK_DEVICE_NAME_SIZE);
 
-struct NumberPrivacyRecord {
-  /** 0: nothing of it is to be hidden. */
-  char privacy;
-  char number[128];
-};
-static_assert(sizeof(NumberPrivacyRecord) == VESK_NUMBER_PRIVACY_SIZE);
-
-struct FileNameRecord {
-  char name[256];
-};
-static_assert(sizeof(FileNameRecord) == VESK_DSS_ICON_NAME_SIZE &&
-              VESK_DSS_ICON_NAME_SIZE == VESK_BACKGROUND_NAME_SIZE &&
-              VESK_DSS_ICON_NAME_SIZE == VESK_SOFTKEY_ICON_NAME_SIZE);
-
 struct RtpStatusRecord {
   int32_t chan;
   int32_t line;
@@ -115,7 +109,7 @@ struct PickUpRecord {
 static_assert(sizeof(PickUpRecord) == VESK_PICK_UP_INFO_SIZE);
 
 struct IconChangedRecord {
-  /** The key, as it was set. */
+  /** The numbers of the key. */
   int32_t a;
   int32_t b;
   int32_t c;

@@ -1,18 +1,19 @@
 #pragma once
 
 #include <chrono>
+#include <set>
 
 #include "settings/SettingService.h"
 
 namespace sim {
 
-/** The config service of the simulated device: the settings, and what there is beyond reading and setting
- * them. docs/simulated-device.md tells what its answers mean. */
+/** The config service of the simulated device: the settings, and the methods that do more than read or set
+ * one. */
 class ConfigService : public SettingService {
  public:
   using SettingService::SettingService;
 
-  /** What is set before anybody has set anything. */
+  /** The values of a new device. */
   static Values factoryValues();
 
   // Keys and values, groups, scenes (ConfigServiceKeys.cpp)
@@ -38,7 +39,7 @@ class ConfigService : public SettingService {
                         int32_t* result) override;
   Status sceneConfigDelete(int32_t index, int32_t* result) override;
 
-  // DSS keys and soft keys (ConfigServiceDss.cpp)
+  // DSS keys (ConfigServiceDss.cpp)
   Status getDsskeyDisplay(int32_t a, int32_t b, int32_t c, CommonParcelable* display) override;
   Status getDsskeyIconChangedArr(std::vector<CommonParcelable>* icons) override;
   Status formattingDsskeyValue(const CommonParcelable& dsskey, CommonParcelable* dsskeyValue) override;
@@ -46,17 +47,9 @@ class ConfigService : public SettingService {
   Status getMdcFirstDsskeyConfig(int32_t a, CommonParcelable* mdcDsskey) override;
   Status getMdcValueRecombineUrl(const CommonParcelable& mdcDsskey, CommonParcelable* recombined) override;
   Status getEmptyDssUrlIndex(int32_t value, int32_t* index) override;
-  Status getUserSoftkeyConfig(int32_t index, CommonParcelable* softkey) override;
-  Status getSoftkeyText(int32_t a, int32_t b, std::string* text) override;
-  Status getSoftkeyNum(int32_t value, int32_t* number) override;
-  Status getSoftkeyConfigKeyIndex(int32_t a, int32_t b, int32_t* index) override;
-  Status getDssIconName(int32_t index, CommonParcelable* name) override;
-  Status getBackgroundName(int32_t index, CommonParcelable* name) override;
-  Status getSoftkeyIconName(int32_t index, CommonParcelable* name) override;
 
   // Features of the telephone (ConfigServicePhone.cpp)
   Status setSpaceDndTime(const std::string& startTime, const std::string& endTime) override;
-  Status getConfigedDialpeerNumber(int32_t* number) override;
   Status dialpeerSetConfig(int32_t index, const CommonParcelable& dialpeer, int32_t* result) override;
   Status dialpeerDeleteConfig(int32_t index) override;
   Status dialpeerIsP2PLine(int32_t line, bool* isP2P) override;
@@ -68,15 +61,13 @@ class ConfigService : public SettingService {
   Status ringtoneGetRingName(int32_t index, std::string* name) override;
   Status ringtoneGetRingIndex(const std::string& name, int32_t* index) override;
   Status setVoiceVolume(int32_t a, int32_t b, bool flag, int32_t* result) override;
-  Status getNumberPrivacyData(const std::string& number, CommonParcelable* data) override;
-  Status getWkNum(int32_t* number) override;
   Status getLineInfo(int32_t index, CommonParcelable* info) override;
   Status getActiveLineInfo(int32_t index, CommonParcelable* info) override;
   Status getPhoneStatus(CommonParcelable* status) override;
   Status getRtpStatus(std::vector<CommonParcelable>* status) override;
   Status getPickUpInfo(std::vector<CommonParcelable>* infos) override;
 
-  // The network and what is in it (ConfigServiceNetwork.cpp)
+  // The network and its devices (ConfigServiceNetwork.cpp)
   Status getNetworkStatus(CommonParcelable* status) override;
   Status getNetworkDetails(int32_t a, int32_t b, CommonParcelable* details) override;
   Status getLocalData(CommonParcelable* data) override;
@@ -99,7 +90,10 @@ class ConfigService : public SettingService {
   Status setInputlogsReadDone(int32_t* result) override;
 
  private:
-  /** Counts the time that the device is up. */
+  /** The indices of the MDC keys of a page that are set. */
+  std::set<int32_t> mdcKeys(int32_t page);
+
+  /** The start of the uptime. */
   const std::chrono::steady_clock::time_point start_ = std::chrono::steady_clock::now();
 };
 

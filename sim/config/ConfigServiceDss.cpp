@@ -1,4 +1,3 @@
-#include <array>
 #include <cstdio>
 #include <set>
 #include <string_view>
@@ -6,9 +5,8 @@
 #include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
-#include "config/DsskeyText.h"
 
-/* DSS keys and soft keys. */
+/* DSS keys. */
 
 namespace sim {
 
@@ -17,49 +15,29 @@ using android::binder::Status;
 namespace {
 
 struct FactoryKey {
-  int32_t index;
   int32_t type;
   int32_t icon;
   std::string_view title;
   std::string_view value;
 };
 
-/** On the first page. */
+/** The first keys of the first page. */
 constexpr FactoryKey kFactoryKeys[] = {
-    {.index = 0, .type = 1, .icon = 1, .title = "Alice Meyer", .value = "200"},
-    {.index = 1, .type = 1, .icon = 1, .title = "Ben Okafor", .value = "201"},
-    {.index = 2, .type = 2, .icon = 4, .title = "Front Door", .value = "240"},
+    {.type = 1, .icon = 1, .title = "Alice Meyer", .value = "200"},
+    {.type = 1, .icon = 1, .title = "Ben Okafor", .value = "201"},
+    {.type = 2, .icon = 4, .title = "Front Door", .value = "240"},
 };
-
-constexpr std::array kSoftkeys = {
-    vesk_user_softkey{"History", 1, 11},
-    vesk_user_softkey{"Contacts", 2, 12},
-    vesk_user_softkey{"DND", 3, 13},
-    vesk_user_softkey{"Menu", 4, 14},
-};
-
-vesk_user_softkey softkey(int32_t index) {
-  return index >= 0 && static_cast<size_t>(index) < kSoftkeys.size() ? kSoftkeys[static_cast<size_t>(index)]
-                                                                     : vesk_user_softkey{};
-}
-
-Status putFileName(com::qv::CommonParcelable* record, const std::string& name) {
-  FileNameRecord file{};
-  copyText(file.name, name);
-  *record = pack(file);
-  return Status::ok();
-}
 
 }  // namespace
 
 Values ConfigService::factoryValues() {
   Values values;
+  int32_t index = 0;
   for (const FactoryKey& factory : kFactoryKeys) {
-    DsskeyRecord key{
-        .type = factory.type, .line = 0, .icon = factory.icon, .theme = 0, .title = {}, .value = {}};
-    copyText(key.title, factory.title);
-    copyText(key.value, factory.value);
-    values[keyOf(Method::getDsskeyConfig, {0, 0, factory.index})] = std::string_view(pack(key).blob());
+    DsskeyRecord key = with(&DsskeyRecord::title, factory.title, with(&DsskeyRecord::value, factory.value));
+    key.type = factory.type;
+    key.icon = factory.icon;
+    values[keyOf(ConfigMethod::getDsskeyConfig, {0, 0, index++})] = bytesOf(key);
   }
   return values;
 }
@@ -67,7 +45,7 @@ Values ConfigService::factoryValues() {
 Status ConfigService::getDsskeyDisplay(int32_t a, int32_t b, int32_t c, CommonParcelable* display) {
   CommonParcelable record;
   getDsskeyConfig(a, b, c, &record);
-  const auto key = unpack<DsskeyRecord>(record.blob());
+  const auto key = unpack<DsskeyRecord>(record);
   vesk_dss_display shown{};
   copyText(shown.name, textOf(key->title));
   copyText(shown.value, textOf(key->value));
@@ -78,8 +56,8 @@ Status ConfigService::getDsskeyDisplay(int32_t a, int32_t b, int32_t c, CommonPa
 }
 
 Status ConfigService::getDsskeyIconChangedArr(std::vector<CommonParcelable>* icons) {
-  const std::string prefix = keyOf(Method::getDsskeyConfig, {}) + "/";
-  settings_.use([&](const Values& values) {
+  const std::string prefix = keyOf(ConfigMethod::getDsskeyConfig, {}) + "/";
+  settings_->use([&](const Values& values) {
     for (auto entry = values.lower_bound(prefix); entry != values.end() && entry->first.starts_with(prefix);
          ++entry) {
       IconChangedRecord changed{};
@@ -92,25 +70,38 @@ Status ConfigService::getDsskeyIconChangedArr(std::vector<CommonParcelable>* ico
 }
 
 Status ConfigService::formattingDsskeyValue(const CommonParcelable& dsskey, CommonParcelable* dsskeyValue) {
-  const auto key = unpack<DsskeyRecord>(dsskey.blob());
-  const auto words = key ? formatDsskey(*key) : std::nullopt;
-  if (!words) return refuse("This DSS key can't be put in words");
-  *dsskeyValue = pack(*words);
+  const auto key = unpack<DsskeyRecord>(dsskey);
+  if (!key) return refuse("The record has another size");
+  vesk_dsskey_value value{};
+  value.type = key->type;
+  copyText(value.text, textOf(key->value));
+  *dsskeyValue = pack(value);
   return Status::ok();
 }
 
 Status ConfigService::parsingDsskeyValue(const CommonParcelable& dsskeyValue, CommonParcelable* dsskey) {
-  const auto words = unpack<vesk_dsskey_value>(dsskeyValue.blob());
-  const auto key = words ? parseDsskey(*words) : std::nullopt;
-  if (!key) return refuse("This is no DSS key in words");
-  *dsskey = pack(*key);
+  const auto value = unpack<vesk_dsskey_value>(dsskeyValue);
+  if (!value) return refuse("The record has another size");
+  DsskeyRecord key = with(&DsskeyRecord::value, textOf(value->text));
+  key.type = value->type;
+  *dsskey = pack(key);
   return Status::ok();
 }
 
+std::set<int32_t> ConfigService::mdcKeys(int32_t page) {
+  const std::string prefix = keyOf(ConfigMethod::getMdcDsskeyConfig, {page}) + "/";
+  return settings_->use([&](const Values& values) { return numbersAfter(values, prefix); });
+}
+
 Status ConfigService::getMdcFirstDsskeyConfig(int32_t a, CommonParcelable* mdcDsskey) {
-  const std::string prefix = keyOf(Method::getMdcDsskeyConfig, {a}) + "/";
-  const auto keys = settings_.use([&](const Values& values) { return numbersAfter(values, prefix); });
+  const std::set<int32_t> keys = mdcKeys(a);
   return getMdcDsskeyConfig(a, keys.empty() ? 0 : *keys.begin(), mdcDsskey);
+}
+
+Status ConfigService::getEmptyDssUrlIndex(int32_t value, int32_t* index) {
+  const std::set<int32_t> keys = mdcKeys(value);
+  for (*index = 0; keys.contains(*index);) ++*index;
+  return Status::ok();
 }
 
 Status ConfigService::getMdcValueRecombineUrl(const CommonParcelable& mdcDsskey,
@@ -118,45 +109,6 @@ Status ConfigService::getMdcValueRecombineUrl(const CommonParcelable& mdcDsskey,
   if (mdcDsskey.blob().length() != VESK_MDC_RECOMBINE_URL_SIZE) return refuse("The record has another size");
   *recombined = mdcDsskey;
   return Status::ok();
-}
-
-Status ConfigService::getEmptyDssUrlIndex(int32_t value, int32_t* index) {
-  const std::string prefix = keyOf(Method::getMdcDsskeyConfig, {value}) + "/";
-  const auto keys = settings_.use([&](const Values& values) { return numbersAfter(values, prefix); });
-  for (*index = 0; keys.contains(*index);) ++*index;
-  return Status::ok();
-}
-
-Status ConfigService::getUserSoftkeyConfig(int32_t index, CommonParcelable* key) {
-  *key = pack(softkey(index));
-  return Status::ok();
-}
-
-Status ConfigService::getSoftkeyText(int32_t, int32_t b, std::string* text) {
-  *text = softkey(b).name;
-  return Status::ok();
-}
-
-Status ConfigService::getSoftkeyNum(int32_t, int32_t* number) {
-  *number = static_cast<int32_t>(kSoftkeys.size());
-  return Status::ok();
-}
-
-Status ConfigService::getSoftkeyConfigKeyIndex(int32_t, int32_t b, int32_t* index) {
-  *index = b;
-  return Status::ok();
-}
-
-Status ConfigService::getDssIconName(int32_t index, CommonParcelable* name) {
-  return putFileName(name, "dss_" + std::to_string(index) + ".png");
-}
-
-Status ConfigService::getBackgroundName(int32_t index, CommonParcelable* name) {
-  return putFileName(name, "background_" + std::to_string(index) + ".jpg");
-}
-
-Status ConfigService::getSoftkeyIconName(int32_t index, CommonParcelable* name) {
-  return putFileName(name, "softkey_" + std::to_string(index) + ".png");
 }
 
 }  // namespace sim

@@ -9,7 +9,7 @@
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
 
-/* Keys and values, saving them, groups and scenes. */
+/* Keys and values, groups, scenes; saving. */
 
 namespace sim {
 
@@ -18,16 +18,15 @@ using android::binder::Status;
 namespace {
 
 constexpr int32_t kDone = 0;
-constexpr int32_t kRefused = -1;
 
-/** Looks for a value of a key; "" if there is none. */
+/** The value of a key; "" if it is not set. */
 std::string valueOf(const Values& values, const std::string& key) {
   const auto found = values.find(key);
   return found == values.end() ? std::string() : found->second;
 }
 
-/** At most one character more than there is room for: the client sees that the value doesn't fit, and a long
- * one does not cross in vain. */
+/** Cuts the value to at most one character more than fits: enough for the client to see that it does not fit.
+ */
 std::string boundTo(std::string value, int32_t size) {
   size_t length = std::min(value.size(), static_cast<size_t>(std::max(size, 0)));
   const auto isInsideCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };
@@ -41,9 +40,8 @@ bool saysYes(std::string value) {
   return value == "1" || value == "true" || value == "on" || value == "yes";
 }
 
-using SceneTexts = std::array<const std::string*, 4>;
-
-bool takeTexts(const SceneTexts& texts, SceneRecord* scene) {
+/** False if one of the texts is too long. */
+bool takeTexts(const std::array<const std::string*, 4>& texts, SceneRecord* scene) {
   for (size_t i = 0; i < texts.size(); ++i) {
     auto& to = scene->texts[i];
     if (texts[i]->size() >= sizeof(to)) return false;
@@ -53,11 +51,7 @@ bool takeTexts(const SceneTexts& texts, SceneRecord* scene) {
   return true;
 }
 
-std::string_view bytesOf(const SceneRecord& scene) {
-  return {reinterpret_cast<const char*>(&scene), sizeof(scene)};
-}
-
-/** Has `change` change a scene that there is; false from it, and nothing is changed. */
+/** Changes an existing scene, unless `change` returns false. */
 template <typename Change>
 Status changeScene(Settings& settings, const std::string& key, int32_t* result, Change change) {
   *result = settings.use([&](Values& values) {
@@ -73,15 +67,15 @@ Status changeScene(Settings& settings, const std::string& key, int32_t* result, 
 
 Status ConfigService::getConfig(const std::string& section, const std::string& key, const std::string& subKey,
                                 int32_t size, std::string* value) {
-  const std::string name = keyOf(Method::getConfig, {section, key, subKey});
-  *value = boundTo(settings_.use([&](const Values& values) { return valueOf(values, name); }), size);
+  const std::string name = keyOf(ConfigMethod::getConfig, {section, key, subKey});
+  *value = boundTo(settings_->use([&](const Values& values) { return valueOf(values, name); }), size);
   return Status::ok();
 }
 
 Status ConfigService::getConfigBool(const std::string& section, const std::string& key,
                                     const std::string& subKey, bool* value) {
-  const std::string name = keyOf(Method::getConfig, {section, key, subKey});
-  *value = saysYes(settings_.use([&](const Values& values) { return valueOf(values, name); }));
+  const std::string name = keyOf(ConfigMethod::getConfig, {section, key, subKey});
+  *value = saysYes(settings_->use([&](const Values& values) { return valueOf(values, name); }));
   return Status::ok();
 }
 
@@ -89,14 +83,16 @@ Status ConfigService::setConfig(const std::string& section, const std::string& k
                                 const std::string& value, int32_t* result) {
   *result = section.empty() || key.empty() ? kRefused : kDone;
   if (*result == kDone) {
-    settings_.use([&](Values& values) { values[keyOf(Method::getConfig, {section, key, subKey})] = value; });
+    settings_->use([&](Values& values) {
+      values[keyOf(ConfigMethod::getConfig, {section, key, subKey})] = value;
+    });
   }
   return Status::ok();
 }
 
 Status ConfigService::saveConfig(int32_t* result) {
   std::string error;
-  *result = settings_.save(&error) ? kDone : kRefused;
+  *result = settings_->save(&error) ? kDone : kRefused;
   if (*result != kDone) std::fprintf(stderr, "vesk-device: can't save the settings: %s\n", error.c_str());
   return Status::ok();
 }
@@ -104,13 +100,13 @@ Status ConfigService::saveConfig(int32_t* result) {
 Status ConfigService::saveConfigHandle(int32_t, int32_t* result) { return saveConfig(result); }
 
 Status ConfigService::FactoryReset(int32_t, int32_t* result) {
-  settings_.use([](Values& values) { values = factoryValues(); });
+  settings_->use([](Values& values) { values = factoryValues(); });
   return saveConfig(result);
 }
 
 Status ConfigService::configGroupAdd(const std::string& section, const std::string& key, int32_t* result) {
-  settings_.use([&](Values& values) {
-    std::string& total = values[keyOf(Method::configGroupTotalNumberGet, {section, key})];
+  settings_->use([&](Values& values) {
+    std::string& total = values[keyOf(ConfigMethod::configGroupTotalNumberGet, {section, key})];
     total = std::to_string(parseNumber<int32_t>(total).value_or(0) + 1);
   });
   *result = kDone;
@@ -119,12 +115,12 @@ Status ConfigService::configGroupAdd(const std::string& section, const std::stri
 
 Status ConfigService::configGroupDelete(const std::string& section, const std::string& key, int32_t index,
                                         int32_t* result) {
-  *result = settings_.use([&](Values& values) {
-    const auto total = values.find(keyOf(Method::configGroupTotalNumberGet, {section, key}));
+  *result = settings_->use([&](Values& values) {
+    const auto total = values.find(keyOf(ConfigMethod::configGroupTotalNumberGet, {section, key}));
     const int32_t count = total == values.end() ? 0 : parseNumber<int32_t>(total->second).value_or(0);
     if (index < 0 || index >= count) return kRefused;
     total->second = std::to_string(count - 1);
-    eraseNumbered(values, keyOf(Method::getConfig, {section, key}) + "/", index);
+    eraseNumbered(values, keyOf(ConfigMethod::getConfig, {section, key}) + "/", index);
     return kDone;
   });
   return Status::ok();
@@ -136,8 +132,8 @@ Status ConfigService::sceneConfigAdd(int32_t index, const std::string& text1, co
   SceneRecord scene{.index = index, .enabled = 1, .value = 0, .flag = flag, .texts = {}};
   *result = kRefused;
   if (takeTexts({&text1, &text2, &text3, &text4}, &scene)) {
-    const bool added = settings_.use([&](Values& values) {
-      return values.emplace(keyOf(Method::sceneConfigGet, {index}), bytesOf(scene)).second;
+    const bool added = settings_->use([&](Values& values) {
+      return values.emplace(keyOf(ConfigMethod::sceneConfigGet, {index}), bytesOf(scene)).second;
     });
     if (added) *result = kDone;
   }
@@ -145,33 +141,35 @@ Status ConfigService::sceneConfigAdd(int32_t index, const std::string& text1, co
 }
 
 Status ConfigService::sceneConfigGet(int32_t index, CommonParcelable* scene) {
-  const std::string key = keyOf(Method::sceneConfigGet, {index});
-  const std::string bytes = settings_.use([&](const Values& values) { return valueOf(values, key); });
+  const std::string key = keyOf(ConfigMethod::sceneConfigGet, {index});
+  const std::string bytes = settings_->use([&](const Values& values) { return valueOf(values, key); });
   if (bytes.empty()) return refuse("There is no such scene");
   *scene = {bytes.data(), bytes.size()};
   return Status::ok();
 }
 
 Status ConfigService::sceneConfigSetEnabled(int32_t index, int32_t enabled, int32_t* result) {
-  return changeScene(settings_, keyOf(Method::sceneConfigGet, {index}), result, [&](SceneRecord& scene) {
-    scene.enabled = enabled;
-    return true;
-  });
+  return changeScene(*settings_, keyOf(ConfigMethod::sceneConfigGet, {index}), result,
+                     [&](SceneRecord& scene) {
+                       scene.enabled = enabled;
+                       return true;
+                     });
 }
 
 Status ConfigService::sceneConfigSet(int32_t index, int32_t value, const std::string& text1,
                                      const std::string& text2, const std::string& text3,
                                      const std::string& text4, int32_t flag, int32_t* result) {
-  return changeScene(settings_, keyOf(Method::sceneConfigGet, {index}), result, [&](SceneRecord& scene) {
-    scene.value = value;
-    scene.flag = flag;
-    return takeTexts({&text1, &text2, &text3, &text4}, &scene);
-  });
+  return changeScene(*settings_, keyOf(ConfigMethod::sceneConfigGet, {index}), result,
+                     [&](SceneRecord& scene) {
+                       scene.value = value;
+                       scene.flag = flag;
+                       return takeTexts({&text1, &text2, &text3, &text4}, &scene);
+                     });
 }
 
 Status ConfigService::sceneConfigDelete(int32_t index, int32_t* result) {
-  const std::string key = keyOf(Method::sceneConfigGet, {index});
-  *result = settings_.use([&](Values& values) { return values.erase(key) == 1 ? kDone : kRefused; });
+  const std::string key = keyOf(ConfigMethod::sceneConfigGet, {index});
+  *result = settings_->use([&](Values& values) { return values.erase(key) == 1 ? kDone : kRefused; });
   return Status::ok();
 }
 

@@ -1,4 +1,5 @@
 #include <algorithm>
+#include <cctype>
 #include <iterator>
 #include <string_view>
 
@@ -6,7 +7,6 @@
 #include "common/Records.h"
 #include "config/ConfigRecords.h"
 #include "config/ConfigService.h"
-#include "config/Encode.h"
 
 /* The network, the devices in it, and the alarm. */
 
@@ -24,13 +24,45 @@ const Neighbour* findNeighbour(std::string_view ip) {
   return found == kNeighbours.end() ? nullptr : &*found;
 }
 
-/** NetworkStatusRecord and NetworkDetailsRecord have these. */
+/** Sets the fields that NetworkStatusRecord and NetworkDetailsRecord share. */
 template <typename Record>
 void putAddresses(Record* record) {
   copyText(record->ip, identity::kIp);
   copyText(record->netmask, identity::kNetmask);
   copyText(record->gateway, identity::kGateway);
   copyText(record->dns1, identity::kGateway);
+}
+
+std::string toBase64(std::string_view bytes) {
+  static constexpr std::string_view kDigits =
+      "ABCDEFGHIJKLMNOPQRSTUVWXYZabcdefghijklmnopqrstuvwxyz0123456789+/";
+  std::string text;
+  for (size_t i = 0; i < bytes.size(); i += 3) {
+    const auto byteAt = [&](size_t place) {
+      return place < bytes.size() ? uint32_t{static_cast<unsigned char>(bytes[place])} : 0;
+    };
+    const uint32_t bits = byteAt(i) << 16 | byteAt(i + 1) << 8 | byteAt(i + 2);
+    text += kDigits[bits >> 18];
+    text += kDigits[bits >> 12 & 63];
+    text += i + 1 < bytes.size() ? kDigits[bits >> 6 & 63] : '=';
+    text += i + 2 < bytes.size() ? kDigits[bits & 63] : '=';
+  }
+  return text;
+}
+
+std::string percentEncode(std::string_view text) {
+  static constexpr std::string_view kHex = "0123456789ABCDEF";
+  std::string encoded;
+  for (const char c : text) {
+    const auto byte = static_cast<unsigned char>(c);
+    if (byte < 0x80 &&
+        (std::isalnum(byte) != 0 || std::string_view("-._~").find(c) != std::string_view::npos)) {
+      encoded += c;
+    } else {
+      encoded += {'%', kHex[byte >> 4], kHex[byte & 15]};
+    }
+  }
+  return encoded;
 }
 
 struct Alarm {
@@ -111,19 +143,18 @@ Status ConfigService::setQddpDeviceConfig(const CommonParcelable& device, const 
 Status ConfigService::getQddpDeviceConfig(const CommonParcelable& device, const CommonParcelable&,
                                           CommonParcelable* config) {
   if (device.blob().length() != VESK_QDDP_DEVICE_SIZE) return refuse("The device's record has another size");
-  // What it is asked for makes no difference to what a device has been given.
-  return perform(Method::getQddpDeviceConfig, {device}, config);
+  // The configuration is kept by device only.
+  return perform(ConfigMethod::getQddpDeviceConfig, {device}, config);
 }
 
 Status ConfigService::getDeviceNameByIp(const std::string& ip, CommonParcelable* device) {
   DeviceNameRecord record{};
   copyText(record.ip, ip);
   if (const Neighbour* neighbour = findNeighbour(ip)) copyText(record.name, neighbour->name);
-  settings_.use([&](const Values& values) {
-    const auto given = values.find(keyOf(Method::getDeviceNameByIp, {ip}));
+  settings_->use([&](const Values& values) {
+    const auto given = values.find(keyOf(ConfigMethod::getDeviceNameByIp, {ip}));
     if (given == values.end()) return;
-    std::ranges::fill(record.name, '\0');
-    copyText(record.name, given->second);
+    record = with(&DeviceNameRecord::name, given->second, record);
   });
   *device = pack(record);
   return Status::ok();
@@ -134,7 +165,7 @@ Status ConfigService::setDeviceNameByIp(const std::string& ip, const std::string
       name.size() >= sizeof(DeviceNameRecord::name)) {
     return refuse("The address is missing, or one of the two is too long");
   }
-  settings_.use([&](Values& values) { values[keyOf(Method::getDeviceNameByIp, {ip})] = name; });
+  settings_->use([&](Values& values) { values[keyOf(ConfigMethod::getDeviceNameByIp, {ip})] = name; });
   return Status::ok();
 }
 
@@ -160,16 +191,16 @@ Status ConfigService::srcToB64(const std::string& src, int32_t a, int32_t b, std
   const bool isPart = a > 0 && static_cast<size_t>(a) < src.size();
   const std::string text =
       toBase64(std::string_view(src).substr(0, isPart ? static_cast<size_t>(a) : src.size()));
-  // Nobody else checks whether it fits where the client puts it.
+  // The client does not check the size of its buffer.
   if (b <= 0 || text.size() >= static_cast<size_t>(b)) return refuse("There is no room for the text");
   *converted = text;
   return Status::ok();
 }
 
 Status ConfigService::getAlarmLogs(std::vector<CommonParcelable>* logs) {
-  settings_.use([&](const Values& values) {
+  settings_->use([&](const Values& values) {
     for (const Alarm& alarm : kAlarms) {
-      if (values.contains(keyOf(Method::securityLogsDelById, {alarm.id}))) continue;
+      if (values.contains(keyOf(ConfigMethod::securityLogsDelById, {alarm.id}))) continue;
       AlarmLogRecord record{
           .id = alarm.id, .input = alarm.input, .type = alarm.type, .time = alarm.time, .text = {}};
       copyText(record.text, alarm.text);
@@ -180,15 +211,15 @@ Status ConfigService::getAlarmLogs(std::vector<CommonParcelable>* logs) {
 }
 
 Status ConfigService::securityLogsDelById(int32_t id, int32_t* result) {
-  *result = settings_.use([&](Values& values) {
-    if (std::ranges::find(kAlarms, id, &Alarm::id) == std::end(kAlarms)) return -1;
-    return values.emplace(keyOf(Method::securityLogsDelById, {id}), "deleted").second ? 0 : -1;
+  *result = settings_->use([&](Values& values) {
+    if (std::ranges::find(kAlarms, id, &Alarm::id) == std::end(kAlarms)) return kRefused;
+    return values.emplace(keyOf(ConfigMethod::securityLogsDelById, {id}), "deleted").second ? 0 : kRefused;
   });
   return Status::ok();
 }
 
 Status ConfigService::setInputlogsReadDone(int32_t* result) {
-  settings_.use([](Values& values) { values[keyOf(Method::getInputlogsUnreadNum, {})] = "0"; });
+  settings_->use([](Values& values) { values[keyOf(ConfigMethod::getInputlogsUnreadNum, {})] = "0"; });
   *result = 0;
   return Status::ok();
 }

@@ -10,7 +10,7 @@
 #include "config/ConfigService.h"
 #include "phone/Phone.h"
 
-/* Lines, DND, dial peers, time zones, ringtones: the features of the telephone. */
+/* Lines, DND, dial peers, time zones, ringtones. */
 
 namespace sim {
 
@@ -21,7 +21,7 @@ using android::binder::Status;
 namespace {
 
 struct TimeZone {
-  /** Minutes east of UTC, by which settings know a zone. */
+  /** Minutes east of UTC: the configuration value. */
   int32_t offset;
   const char* name;
 };
@@ -49,19 +49,19 @@ constexpr std::array<std::string_view, 5> kRings = {"Ring 1", "Ring 2", "Bell", 
 
 constexpr int32_t kNone = -1;
 
-/** The place of the first element that `is` holds for; kNone if there is none. */
+/** The index of the first element for which `is` holds; kNone if there is none. */
 template <typename List, typename Is>
-int32_t placeOf(const List& list, Is is) {
+int32_t indexOf(const List& list, Is is) {
   const auto found = std::find_if(std::begin(list), std::end(list), is);
   return found == std::end(list) ? kNone : static_cast<int32_t>(found - std::begin(list));
 }
 
 template <typename List>
-bool isPlace(const List& list, int32_t index) {
+bool isIndex(const List& list, int32_t index) {
   return index >= 0 && static_cast<size_t>(index) < std::size(list);
 }
 
-/** The minute of the day for HH:MM, the number itself for a number. */
+/** Parses HH:MM to the minute of the day, or a plain number. */
 std::optional<int32_t> parseTimeOfDay(std::string_view text) {
   const size_t colon = text.find(':');
   if (colon == std::string_view::npos) return parseNumber<int32_t>(text);
@@ -73,10 +73,10 @@ std::optional<int32_t> parseTimeOfDay(std::string_view text) {
 
 std::string numberOf(int32_t line) { return "10" + std::to_string(line); }
 
-/** Of the line at a place; lines count from 1. */
+/** `index` counts from 0, lines from 1. */
 Status putLine(com::qv::CommonParcelable* record, int32_t index, int32_t lines) {
   if (index < 0 || index >= lines) {
-    return Status::fromExceptionCode(Status::EX_ILLEGAL_ARGUMENT, "There is no such line");
+    return refuse("There is no such line");
   }
   LineRecord line{};
   line.line = index + 1;
@@ -94,24 +94,17 @@ Status ConfigService::setSpaceDndTime(const std::string& startTime, const std::s
   const auto start = parseTimeOfDay(startTime);
   const auto end = parseTimeOfDay(endTime);
   if (!start || !end) return refuse("A time is HH:MM");
-  settings_.use([&](Values& values) {
-    values[keyOf(Method::getSpaceDndStartTime, {})] = std::to_string(*start);
-    values[keyOf(Method::getSpaceDndEndTime, {})] = std::to_string(*end);
+  settings_->use([&](Values& values) {
+    values[keyOf(ConfigMethod::getSpaceDndStartTime, {})] = std::to_string(*start);
+    values[keyOf(ConfigMethod::getSpaceDndEndTime, {})] = std::to_string(*end);
   });
-  return Status::ok();
-}
-
-Status ConfigService::getConfigedDialpeerNumber(int32_t* number) {
-  const std::string prefix = keyOf(Method::dialpeerGetConfig, {}) + "/";
-  *number = settings_.use(
-      [&](const Values& values) { return static_cast<int32_t>(numbersAfter(values, prefix).size()); });
   return Status::ok();
 }
 
 Status ConfigService::dialpeerSetConfig(int32_t index, const CommonParcelable& dialpeer, int32_t* result) {
   if (dialpeer.blob().length() != VESK_DIALPEER_CONFIG_SIZE) return refuse("The record has another size");
-  const std::string prefix = keyOf(Method::dialpeerGetConfig, {}) + "/";
-  *result = settings_.use([&](Values& values) {
+  const std::string prefix = keyOf(ConfigMethod::dialpeerGetConfig, {}) + "/";
+  *result = settings_->use([&](Values& values) {
     if (index < 0 || static_cast<size_t>(index) > numbersAfter(values, prefix).size()) return kRefused;
     values[prefix + std::to_string(index)] = std::string_view(dialpeer.blob());
     return 0;
@@ -120,8 +113,9 @@ Status ConfigService::dialpeerSetConfig(int32_t index, const CommonParcelable& d
 }
 
 Status ConfigService::dialpeerDeleteConfig(int32_t index) {
-  settings_.use(
-      [&](Values& values) { eraseNumbered(values, keyOf(Method::dialpeerGetConfig, {}) + "/", index); });
+  settings_->use([&](Values& values) {
+    eraseNumbered(values, keyOf(ConfigMethod::dialpeerGetConfig, {}) + "/", index);
+  });
   return Status::ok();
 }
 
@@ -141,12 +135,12 @@ Status ConfigService::getTimeZone(std::vector<String16>* entries) {
 }
 
 Status ConfigService::transTimezonecfg2index(int32_t cfg, int32_t* index) {
-  *index = placeOf(kTimeZones, [&](const TimeZone& zone) { return zone.offset == cfg; });
+  *index = indexOf(kTimeZones, [&](const TimeZone& zone) { return zone.offset == cfg; });
   return Status::ok();
 }
 
 Status ConfigService::transTimezoneindex2cfg(int32_t index, int32_t* cfg) {
-  *cfg = isPlace(kTimeZones, index) ? kTimeZones[index].offset : kNone;
+  *cfg = isIndex(kTimeZones, index) ? kTimeZones[index].offset : kNone;
   return Status::ok();
 }
 
@@ -156,32 +150,19 @@ Status ConfigService::ringtoneGetListLen(bool, int32_t* length) {
 }
 
 Status ConfigService::ringtoneGetRingName(int32_t index, std::string* name) {
-  if (isPlace(kRings, index)) *name = kRings[static_cast<size_t>(index)];
+  if (isIndex(kRings, index)) *name = kRings[static_cast<size_t>(index)];
   return Status::ok();
 }
 
 Status ConfigService::ringtoneGetRingIndex(const std::string& name, int32_t* index) {
-  *index = placeOf(kRings, [&](std::string_view ring) { return ring == name; });
+  *index = indexOf(kRings, [&](std::string_view ring) { return ring == name; });
   return Status::ok();
 }
 
 Status ConfigService::setVoiceVolume(int32_t a, int32_t b, bool, int32_t* result) {
-  settings_.use([&](Values& values) { values[keyOf(Method::getVoiceVolume, {a})] = std::to_string(b); });
+  settings_->use(
+      [&](Values& values) { values[keyOf(ConfigMethod::getVoiceVolume, {a})] = std::to_string(b); });
   *result = 0;
-  return Status::ok();
-}
-
-Status ConfigService::getNumberPrivacyData(const std::string& number, CommonParcelable* data) {
-  NumberPrivacyRecord record{};
-  copyText(record.number, number);
-  *data = pack(record);
-  return Status::ok();
-}
-
-Status ConfigService::getWkNum(int32_t* number) {
-  const std::string prefix = keyOf(Method::getWkInfo, {}) + "/";
-  *number = settings_.use(
-      [&](const Values& values) { return static_cast<int32_t>(numbersAfter(values, prefix).size()); });
   return Status::ok();
 }
 

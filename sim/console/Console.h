@@ -3,18 +3,18 @@
 #include <string>
 #include <string_view>
 
-#include "commands/Commands.h"
+#include "commands/Runner.h"
 
 namespace sim {
 
-/** The commands that a person or a program gives the device, line by line. */
+/** Runs the commands of an input, line by line. */
 class Console {
  public:
   explicit Console(Runner& runner) : runner_(runner) {}
 
-  /** Takes bytes as they come in, and carries out each line that is complete. */
+  /** Takes bytes of the input, and runs each complete line. */
   void feed(std::string_view bytes);
-  /** Carries out a line. */
+  /** Runs a line. */
   void run(const std::string& line);
 
  private:

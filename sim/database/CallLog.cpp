@@ -28,7 +28,7 @@ void CallLog::notice(Time time, const Event& event) {
     if (ended.empty()) return;
     Call& call = ended.mapped();
     if (call.answeredAt != kNever) {
-      // A call that was answered lasted for a while.
+      // Rounded up: 0 stands for a call that was not answered.
       call.record.seconds =
           static_cast<int32_t>(std::chrono::ceil<std::chrono::seconds>(time - call.answeredAt).count());
     }

@@ -9,8 +9,7 @@
 
 namespace sim {
 
-/** Makes entries of the call log from what the phone tells of its calls. Not for use by several threads at
- * once. */
+/** Makes entries of the call log from the events of the phone. Not thread-safe. */
 class CallLog {
  public:
   explicit CallLog(std::function<void(const CallLogRecord&)> add) : add_(std::move(add)) {}

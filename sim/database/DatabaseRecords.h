@@ -7,12 +7,13 @@
 
 namespace sim {
 
-/* The records of the database service, as they cross and as they are stored. Each begins with its number,
- * which the service gives. Times are in seconds since 1970. */
+/* The records of the database service, as transferred and as stored. Each begins with its number, which the
+ * service assigns. Times are in seconds since 1970. isValid() is false for a record that the service refuses.
+ */
 
 struct ContactRecord {
   int32_t id;
-  /** To call on; 0 for any. */
+  /** For calls; 0 for any. */
   int32_t line;
   char name[256];
   /** Office, mobile, home. */
@@ -24,6 +25,7 @@ struct ContactRecord {
   char note[3652];
 };
 static_assert(sizeof(ContactRecord) == VESK_CONTACT_SIZE && offsetof(ContactRecord, picture) == 712);
+inline bool isValid(const ContactRecord& record) { return record.name[0] != 0; }
 
 struct GroupRecord {
   int32_t id;
@@ -33,6 +35,7 @@ struct GroupRecord {
   char ringtone[64];
 };
 static_assert(sizeof(GroupRecord) == VESK_PHONEBOOK_GROUP_SIZE);
+inline bool isValid(const GroupRecord& record) { return record.name[0] != 0; }
 
 struct PictureRecord {
   static constexpr int32_t kSide = 16;
@@ -41,7 +44,7 @@ struct PictureRecord {
   int32_t id;
   int32_t width;
   int32_t height;
-  /** Of the pixels. */
+  /** In bytes. */
   int32_t size;
   char name[120];
   /** Row by row, from black 0 to white 255. */
@@ -56,6 +59,7 @@ struct BlacklistRecord {
   char number[48];
 };
 static_assert(sizeof(BlacklistRecord) == VESK_BLACKLIST_ENTRY_SIZE);
+inline bool isValid(const BlacklistRecord& record) { return record.number[0] != 0; }
 
 struct WhitelistRecord {
   int32_t id;
@@ -65,17 +69,18 @@ struct WhitelistRecord {
   char number[48];
 };
 static_assert(sizeof(WhitelistRecord) == VESK_WHITELIST_ENTRY_SIZE);
+inline bool isValid(const WhitelistRecord& record) { return record.number[0] != 0; }
 
 enum class CallKind : int32_t { kMade = 1, kReceived = 2, kMissed = 3 };
 
 struct CallLogRecord {
   int32_t id;
-  /** The entry before this one, or 0. Found when it is read. */
+  /** The number of the entry before this one, or 0. Set on reading. */
   int32_t older;
   int32_t line;
   CallKind kind;
   uint32_t time;
-  /** From the answer to the end. */
+  /** From answer to end. */
   int32_t seconds;
   char number[64];
   char name[192];
@@ -86,14 +91,15 @@ struct MemoRecord {
   int32_t id;
   /** 0 if it is never due. */
   uint32_t due;
-  /** Set once a check has found it due. */
+  /** 1 after a check found it due. */
   int32_t done;
   int32_t reserved;
   char text[252];
 };
 static_assert(sizeof(MemoRecord) == VESK_MEMO_SIZE);
+inline bool isValid(const MemoRecord&) { return true; }
 
-/** Why a door stays closed. */
+/** The reason that a door stays closed. */
 enum class DoorRefusal : int32_t { kNone = 0, kUnknown = 1, kDisabled = 2, kOtherDoor = 3, kOtherTime = 4 };
 
 struct DoorAccessRecord {
@@ -104,7 +110,7 @@ struct DoorAccessRecord {
   /** 0 for no limit. */
   uint32_t validFrom;
   uint32_t validUntil;
-  /** Of a check: 1 or 0. */
+  /** The result of a check: 1 or 0. */
   int32_t granted;
   DoorRefusal refusal;
   int32_t reserved;
@@ -120,7 +126,7 @@ struct PhonebookRequestRecord {
 
   Action action;
   int32_t group;
-  /** Of the contact to delete. */
+  /** The contact to delete. */
   int32_t id;
   int32_t reserved;
   /** To search for. */
@@ -137,7 +143,7 @@ static_assert(sizeof(VoiceMailRecord) == VESK_VOICE_MAIL_COUNT_SIZE);
 
 enum class SmsBox : int32_t { kAll = 0, kUnread = 1, kInbox = 2, kSent = 3, kDrafts = 4 };
 
-/** Doesn't cross: the interface has counters, but no method that reads a message. */
+/** Only stored: the interface counts messages, but has no method that reads one. */
 struct SmsRecord {
   int32_t id;
   /** kInbox, kSent or kDrafts. */

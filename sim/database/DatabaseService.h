@@ -12,35 +12,41 @@
 #include <vector>
 
 #include "common/Records.h"
+#include "common/Service.h"
 #include "database/DatabaseTables.h"
-#include "database/RemotePhonebook.h"
 
 namespace sim {
 
+/** The record at an index that counts from 0; empty if there is none. */
+template <typename Record>
+std::optional<Record> entryAt(const std::vector<Record>& records, int32_t index) {
+  if (index < 0 || static_cast<size_t>(index) >= records.size()) return std::nullopt;
+  return records[static_cast<size_t>(index)];
+}
+
 /**
- * The database service of the simulated device. Each change is one transaction of the store. A method that
- * refuses answers -1 where it has nothing but a number to give, and EX_ILLEGAL_ARGUMENT with a message where
- * it has none, or a record. docs/simulated-device.md tells what the numbers mean.
+ * The database service of the simulated device. Each change is one transaction of the store. On refusal,
+ * methods that return only an integer return -1; methods that return a record or nothing throw
+ * EX_ILLEGAL_ARGUMENT with a message.
  */
 class DatabaseService : public com::qv::BnDatabaseService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using Status = android::binder::Status;
 
   explicit DatabaseService(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** To be called before anything else: makes the tables, with what a new device has in them. False, with the
-   * reason in `error`, if the store fails. */
+  /** To be called first: creates the tables with the content of a new device. False, with the reason in
+   * `error`, if the store fails. */
   bool prepare(std::string* error);
 
-  /** A short message comes in. False if the number or the text is too long, or the store fails. */
+  /** Stores an incoming short message. False if the number or the text is too long, or the store fails. */
   bool receiveSms(int32_t line, const std::string& number, const std::string& text);
-  /** How many messages wait in the voice mail of a line. False if there is no such line, or the store fails.
-   */
+  /** Sets the counters of a line's voice mail. False if there is no such line, or the store fails. */
   bool setVoiceMail(int32_t line, int32_t unheard, int32_t heard);
 
-  /** Puts a call that has ended into the call log. */
+  /** Adds a call that has ended to the call log. */
   void logCall(const CallLogRecord& call);
 
 #define METHOD(code, name, ...) Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
@@ -50,25 +56,44 @@ class DatabaseService : public com::qv::BnDatabaseService {
  private:
   using Work = std::function<int32_t(Transaction&)>;
 
-  /** What `work` gives, in one transaction; kRefused, and nothing has happened, if it gives that or the store
-   * fails: `error` then tells why, or, if it is null, the log. */
+  /** Returns the result of `work`, which runs in a transaction. If that is kRefused, or the store fails,
+   * nothing is changed; the reason of a failure goes to `error` or, if that is null, to the log. */
   int32_t perform(const Work& work, std::string* error = nullptr);
   Status answer(int32_t* result, const Work& work);
-  /** For a method without a result. */
+  /** For a method that returns a record or nothing. */
   Status carryOut(const Work& work);
 
+  template <typename Find>
+  Status show(Find find, CommonParcelable* record, int32_t* result = nullptr) {
+    return carryOut([&](Transaction& transaction) {
+      const auto found = find(transaction);
+      if (!found) return kRefused;
+      *record = pack(*found);
+      if (result != nullptr) *result = found->id;
+      return 0;
+    });
+  }
   template <typename Record>
-  Status show(const std::function<std::optional<Record>(Transaction&)>& find, CommonParcelable* record,
-              int32_t* result = nullptr);
-  Status showContact(const std::optional<ContactRecord>& contact, CommonParcelable* record, int32_t* result);
-  template <typename Record, typename Check>
-  Status add(const RecordTable<Record>& table, const CommonParcelable& record, int32_t* result, Check check);
-  template <typename Record, typename Check>
-  Status set(const RecordTable<Record>& table, const CommonParcelable& record, int32_t* result, Check check);
+  Status showAt(const RecordTable<Record>& table, int32_t index, CommonParcelable* record, int32_t* result) {
+    return show([&](Transaction& transaction) { return entryAt(table.all(transaction), index); }, record,
+                result);
+  }
   template <typename Record>
-  Status erase(const RecordTable<Record>& table, int32_t id, int32_t* result);
+  Status add(const RecordTable<Record>& table, const CommonParcelable& record, int32_t* result) {
+    return answer(result, [&](Transaction& transaction) {
+      const std::optional<Record> added = unpack<Record>(record);
+      return added && isValid(*added) ? table.add(transaction, *added) : kRefused;
+    });
+  }
   template <typename Record>
-  Status eraseAll(const RecordTable<Record>& table, int32_t* result);
+  Status set(const RecordTable<Record>& table, const CommonParcelable& record, int32_t* result) {
+    return answer(result, [&](Transaction& transaction) {
+      const std::optional<Record> changed = unpack<Record>(record);
+      return changed && isValid(*changed) && table.replace(transaction, *changed) ? 0 : kRefused;
+    });
+  }
+  Status erase(const BlobTable& table, int32_t id, int32_t* result);
+  Status eraseAll(const BlobTable& table, int32_t* result);
 
   int32_t listContacts(Transaction& transaction, const std::function<bool(const ContactRecord&)>& condition);
   int32_t contactId(int32_t how, int32_t number) const;
@@ -76,20 +101,17 @@ class DatabaseService : public com::qv::BnDatabaseService {
   int32_t updateContact(Transaction& transaction, int32_t group, const ContactRecord& contact);
   int32_t deleteContact(Transaction& transaction, int32_t id);
   int32_t searchContacts(Transaction& transaction, std::string_view text);
+  int32_t searchRemote(std::string_view text);
 
   const std::shared_ptr<Store> store_;
   const DatabaseTables tables_;
 
-  /** Guards what follows. */
+  /** Guards the members below. */
   std::mutex mutex_;
-  /** What the last request or search has found, in order. */
+  /** The contacts that the last request or search has found, in order. */
   std::vector<int32_t> listed_;
-  const RemotePhonebook bluetooth_ = bluetoothPhonebook();
-  RemotePhonebook xml_ = xmlPhonebook();
-  RemotePhonebook ldap_ = ldapPhonebook();
-  bool isXmlOpen_ = false;
-  bool isLdapOpen_ = false;
-  bool isLdapSearched_ = false;
+  /** The same for the last search of a remote phonebook. */
+  std::vector<ContactRecord> foundRemote_;
 };
 
 }  // namespace sim

@@ -7,7 +7,7 @@ namespace sim {
 
 namespace {
 
-/** What SELECT gives, one number in each row. */
+/** The numbers that a SELECT returns, one in each row. */
 std::vector<int32_t> numbers(Transaction& transaction, const char* sql, int32_t id) {
   std::vector<int32_t> found;
   transaction.run(sql, {int64_t{id}},
@@ -16,49 +16,16 @@ std::vector<int32_t> numbers(Transaction& transaction, const char* sql, int32_t 
 }
 
 ContactRecord contact(std::string_view name, std::string_view number, std::string_view picture = "") {
-  ContactRecord record{};
-  copyText(record.name, name);
+  ContactRecord record = with(&ContactRecord::name, name, with(&ContactRecord::picture, picture));
   copyText(record.numbers[0], number);
-  copyText(record.picture, picture);
-  return record;
-}
-
-GroupRecord group(std::string_view name) {
-  GroupRecord record{};
-  copyText(record.name, name);
-  return record;
-}
-
-template <typename Record>
-Record listEntry(std::string_view number) {
-  Record record{};
-  copyText(record.number, number);
-  return record;
-}
-
-MemoRecord memo(std::string_view text) {
-  MemoRecord record{};
-  copyText(record.text, text);
   return record;
 }
 
 DoorAccessRecord doorAccess(bool enabled, int32_t door, std::string_view name, std::string_view credential) {
-  DoorAccessRecord record{};
+  DoorAccessRecord record =
+      with(&DoorAccessRecord::name, name, with(&DoorAccessRecord::credential, credential));
   record.enabled = enabled;
   record.door = door;
-  copyText(record.name, name);
-  copyText(record.credential, credential);
-  return record;
-}
-
-SmsRecord received(bool read, std::string_view number, std::string_view text) {
-  SmsRecord record{};
-  record.box = SmsBox::kInbox;
-  record.line = 1;
-  record.read = read;
-  record.time = wallClock();
-  copyText(record.number, number);
-  copyText(record.text, text);
   return record;
 }
 
@@ -68,6 +35,15 @@ uint32_t wallClock() {
   using std::chrono::system_clock;
   return static_cast<uint32_t>(
       std::chrono::duration_cast<std::chrono::seconds>(system_clock::now().time_since_epoch()).count());
+}
+
+SmsRecord message(SmsBox box, int32_t line, std::string_view number, std::string_view text) {
+  SmsRecord record = with(&SmsRecord::number, number, with(&SmsRecord::text, text));
+  record.box = box;
+  record.line = line;
+  record.read = box != SmsBox::kInbox;
+  record.time = wallClock();
+  return record;
 }
 
 void MemberTable::create(Transaction& transaction) const {
@@ -117,23 +93,25 @@ void DatabaseTables::create(Transaction& transaction) const {
   messages.create(transaction);
   voiceMail.create(transaction);
 
-  const int32_t office = groups.add(transaction, group("Office"));
-  const int32_t entrances = groups.add(transaction, group("Doors"));
+  const int32_t office = groups.add(transaction, with(&GroupRecord::name, "Office"));
+  const int32_t entrances = groups.add(transaction, with(&GroupRecord::name, "Doors"));
   for (const ContactRecord& colleague : {contact("Alice Meyer", "200", "alice.png"),
                                          contact("Ben Okafor", "201"), contact("Zoë Lindqvist", "202")}) {
     members.add(transaction, contacts.add(transaction, colleague), office);
   }
   members.add(transaction, contacts.add(transaction, contact("Front Door", "240", "door.png")), entrances);
 
-  blacklist.add(transaction, listEntry<BlacklistRecord>("900"));
-  whitelist.add(transaction, listEntry<WhitelistRecord>("200"));
-  memos.add(transaction, memo("Water the plants"));
+  blacklist.add(transaction, with(&BlacklistRecord::number, "900"));
+  whitelist.add(transaction, with(&WhitelistRecord::number, "200"));
+  memos.add(transaction, with(&MemoRecord::text, "Water the plants"));
   doors.add(transaction, doorAccess(true, 0, "Caretaker", "1234"));
   doors.add(transaction, doorAccess(true, 2, "Back door only", "2222"));
   doors.add(transaction, doorAccess(false, 0, "Lost card", "0007"));
-  messages.add(transaction, received(false, "200", "Lunch at twelve?"));
-  messages.add(transaction, received(true, "201", "Thank you!"));
-  voiceMail.put(transaction, 1, bytesOf(VoiceMailRecord{.unheard = 1, .heard = 2}));
+  messages.add(transaction, message(SmsBox::kInbox, 1, "200", "Lunch at twelve?"));
+  SmsRecord read = message(SmsBox::kInbox, 1, "201", "Thank you!");
+  read.read = 1;
+  messages.add(transaction, read);
+  voiceMail.put(transaction, 1, {.unheard = 1, .heard = 2});
 }
 
 }  // namespace sim

@@ -1,5 +1,6 @@
 #pragma once
 
+#include <string_view>
 #include <vector>
 
 #include "database/DatabaseRecords.h"
@@ -7,17 +8,16 @@
 
 namespace sim {
 
-/** Which contacts are in which groups. Each member is a part of a transaction. */
+/** The membership of contacts in groups. Each method is part of a transaction. */
 class MemberTable {
  public:
   void create(Transaction& transaction) const;
-  /** Of a contact, by number. */
+  /** Both sorted. */
   std::vector<int32_t> groupsOf(Transaction& transaction, int32_t contact) const;
-  /** Of a group, by number. */
   std::vector<int32_t> contactsOf(Transaction& transaction, int32_t group) const;
-  /** Does nothing if it is in. */
+  /** Does nothing for a member. */
   void add(Transaction& transaction, int32_t contact, int32_t group) const;
-  /** False if it was not in. */
+  /** False if the contact is not a member. */
   bool remove(Transaction& transaction, int32_t contact, int32_t group) const;
   void removeContact(Transaction& transaction, int32_t contact) const;
   void removeGroup(Transaction& transaction, int32_t group) const;
@@ -35,13 +35,16 @@ struct DatabaseTables {
   RecordTable<DoorAccessRecord> doors{"door_access"};
   RecordTable<SmsRecord> messages{"messages"};
   /** By line. */
-  ByteTable voiceMail{"voice_mail"};
+  RecordTable<VoiceMailRecord> voiceMail{"voice_mail"};
 
-  /** With what a new device has in them, if they aren't there. */
+  /** Creates the tables with the content of a new device, unless they exist. */
   void create(Transaction& transaction) const;
 };
 
 /** Seconds since 1970. */
 uint32_t wallClock();
+
+/** A message of now; unread in the inbox. */
+SmsRecord message(SmsBox box, int32_t line, std::string_view number, std::string_view text);
 
 }  // namespace sim

@@ -14,23 +14,24 @@ constexpr const char* kTag = "vesk-device";
 
 }  // namespace
 
-/** One process's queue and thread. The thread holds on to it, so it may outlive the dispatcher. */
+/** A process's queue and thread. The thread shares ownership, so a subscription may outlive the dispatcher.
+ */
 class DispatcherBase::Subscription : public std::enable_shared_from_this<Subscription> {
  public:
-  explicit Subscription(size_t maxBehind) : maxBehind_(maxBehind) {}
+  explicit Subscription(size_t maxQueued) : maxQueued_(maxQueued) {}
 
-  static std::shared_ptr<Subscription> start(size_t maxBehind) {
-    auto subscription = std::make_shared<Subscription>(maxBehind);
+  static std::shared_ptr<Subscription> start(size_t maxQueued) {
+    auto subscription = std::make_shared<Subscription>(maxQueued);
     std::thread([subscription] { subscription->run(); }).detach();
     return subscription;
   }
 
-  /** What is queued goes to the new listener. One that is dead already ends the subscription. */
+  /** The queued events go to the new listener. A dead one ends the subscription. */
   void setListener(const android::sp<android::IInterface>& listener) {
     const android::sp<DeathWatch> watch = new DeathWatch(weak_from_this());
     if (android::IInterface::asBinder(listener)->linkToDeath(watch) == android::DEAD_OBJECT) return end();
 
-    auto previous = std::pair(listener, watch);  // to be released after the lock
+    auto previous = std::pair(listener, watch);  // Released after the lock.
     {
       const std::lock_guard lock(mutex_);
       std::swap(previous.first, listener_);
@@ -44,9 +45,9 @@ class DispatcherBase::Subscription : public std::enable_shared_from_this<Subscri
     {
       const std::lock_guard lock(mutex_);
       if (ended_) return false;
-      if (queue_.size() == maxBehind_) {
+      if (queue_.size() == maxQueued_) {
         __android_log_print(ANDROID_LOG_WARN, kTag, "a listener is %zu events behind and is dropped",
-                            maxBehind_);
+                            maxQueued_);
         ended_ = true;
         return false;
       }
@@ -107,14 +108,14 @@ class DispatcherBase::Subscription : public std::enable_shared_from_this<Subscri
     changed_.notify_all();
   }
 
-  const size_t maxBehind_;
+  const size_t maxQueued_;
   std::mutex mutex_;
   std::condition_variable changed_;
   bool ended_ = false;
   bool running_ = true;
   std::deque<Message> queue_;
   android::sp<android::IInterface> listener_;
-  /** The binder keeps it only weakly. */
+  /** The link to death holds a weak reference only. */
   android::sp<DeathWatch> watch_;
 };
 
@@ -125,7 +126,7 @@ void DispatcherBase::subscribe(pid_t process, const android::sp<android::IInterf
   {
     const std::lock_guard lock(mutex_);
     std::shared_ptr<Subscription>& known = subscriptions_[process];
-    if (known == nullptr || known->hasEnded()) known = Subscription::start(maxBehind_);
+    if (known == nullptr || known->hasEnded()) known = Subscription::start(maxQueued_);
     subscription = known;
   }
   subscription->setListener(listener);
@@ -136,13 +137,13 @@ void DispatcherBase::publish(const Message& message) {
   std::erase_if(subscriptions_, [&message](const auto& entry) { return !entry.second->push(message); });
 }
 
-void DispatcherBase::stop(std::chrono::milliseconds patience) {
+void DispatcherBase::stop(std::chrono::milliseconds timeout) {
   std::map<pid_t, std::shared_ptr<Subscription>> ending;
   {
     const std::lock_guard lock(mutex_);
     ending.swap(subscriptions_);
   }
-  const auto deadline = std::chrono::steady_clock::now() + patience;
+  const auto deadline = std::chrono::steady_clock::now() + timeout;
   for (const auto& [process, subscription] : ending) subscription->end();
   for (const auto& [process, subscription] : ending) subscription->waitUntilIdle(deadline);
 }

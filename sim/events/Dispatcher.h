@@ -1,6 +1,7 @@
 #pragma once
 
 #include <binder/IInterface.h>
+#include <binder/IPCThreadState.h>
 #include <binder/Status.h>
 #include <sys/types.h>
 
@@ -14,23 +15,23 @@
 
 namespace sim {
 
-/** What there is to a Dispatcher whatever its listeners are. */
+/** The part of Dispatcher that does not depend on the type of the listeners. */
 class DispatcherBase {
  public:
-  /** Enough for any burst; what a listener that hangs costs is some megabytes. */
-  static constexpr size_t kMaxBehind = 100'000;
+  /** Exceeds any burst; a listener that hangs costs some megabytes. */
+  static constexpr size_t kMaxQueued = 100'000;
 
   DispatcherBase(const DispatcherBase&) = delete;
   DispatcherBase& operator=(const DispatcherBase&) = delete;
 
-  /** Ends the subscriptions and waits until no listener is being called any more, or the time is over. */
-  void stop(std::chrono::milliseconds patience);
+  /** Ends all subscriptions; waits for the listeners' current calls until the timeout. */
+  void stop(std::chrono::milliseconds timeout);
 
  protected:
   using Message = std::function<android::binder::Status(android::IInterface& listener)>;
 
-  explicit DispatcherBase(size_t maxBehind) : maxBehind_(maxBehind) {}
-  /** Leaves behind the threads of listeners that hang; they touch nothing of this object's. */
+  explicit DispatcherBase(size_t maxQueued) : maxQueued_(maxQueued) {}
+  /** Leaves the threads of hanging listeners behind; they do not use this object. */
   ~DispatcherBase();
 
   void subscribe(pid_t process, const android::sp<android::IInterface>& listener);
@@ -39,35 +40,44 @@ class DispatcherBase {
  private:
   class Subscription;
 
-  const size_t maxBehind_;
+  const size_t maxQueued_;
   std::mutex mutex_;
   std::map<pid_t, std::shared_ptr<Subscription>> subscriptions_;
 };
 
 /**
- * Hands events to the listeners. Each listening process has a queue and a thread of its own, so that it gets
- * all events in order, and one that is slow or hangs keeps nobody else waiting. All members may be called
- * from any thread; none waits for a listener but stop().
+ * Sends events to listeners. Each listening process has a queue and a thread of its own, so that it gets all
+ * events in order and does not delay the others when it is slow or hangs. Thread-safe. Only stop() waits for
+ * listeners.
  */
 template <typename Listener>
 class Dispatcher : public DispatcherBase {
  public:
-  /** A listener that is more than `maxBehind` events behind is dropped. */
-  explicit Dispatcher(size_t maxBehind = kMaxBehind) : DispatcherBase(maxBehind) {}
+  /** A listener with more than `maxQueued` pending events is dropped. */
+  explicit Dispatcher(size_t maxQueued = kMaxQueued) : DispatcherBase(maxQueued) {}
 
   /**
-   * Has the listener told of what happens from now on, until its process dies or falls too far behind. A
-   * process has one listener: a later one takes the place of the earlier.
+   * Subscribes a listener to the events from now on, until its process dies or its queue is full. A process
+   * has one listener: a later one replaces the earlier.
    */
   void subscribe(pid_t process, const android::sp<Listener>& listener) {
     DispatcherBase::subscribe(process, listener);
   }
 
-  /** `tell` is called with each listener, on the thread of its own. */
-  template <typename Tell>
-  void publish(Tell tell) {
-    DispatcherBase::publish([tell = std::move(tell)](android::IInterface& listener) {
-      return tell(static_cast<Listener&>(listener));
+  /** Subscribes a listener of the process whose call is being served; null is EX_NULL_POINTER. */
+  android::binder::Status subscribeCaller(const android::sp<Listener>& listener) {
+    using android::binder::Status;
+    if (listener == nullptr)
+      return Status::fromExceptionCode(Status::EX_NULL_POINTER, "There is no listener");
+    subscribe(android::IPCThreadState::self()->getCallingPid(), listener);
+    return Status::ok();
+  }
+
+  /** `send` is called with each listener, on that listener's thread. */
+  template <typename Send>
+  void publish(Send send) {
+    DispatcherBase::publish([send = std::move(send)](android::IInterface& listener) {
+      return send(static_cast<Listener&>(listener));
     });
   }
 };

@@ -15,7 +15,7 @@ using android::binder::Status;
 
 constexpr std::string_view kModel = "Simulated key module";
 
-/** What of a module is reset. */
+/** The scopes of a reset. */
 constexpr int32_t kEverything = 0;
 constexpr int32_t kKeys = 1;
 constexpr int32_t kStates = 2;
@@ -26,16 +26,12 @@ bool isModule(int32_t module) { return module >= 1 && module <= kKeyModules; }
 bool isKey(int32_t key) { return key >= 1 && key <= kModuleKeys; }
 int32_t stateId(int32_t module, int32_t key) { return module * 100 + key; }
 
-Status refuse() {
-  return Status::fromExceptionCode(Status::EX_ILLEGAL_ARGUMENT, "There is no such module or key");
-}
+Status refuse() { return sim::refuse("There is no such module or key"); }
 
-/** The first module of a new device has a key for each of the first contacts. */
+/** The first module of a new device has keys for the first contacts. */
 ModuleKeysRecord factoryKeys(int32_t module) {
   constexpr size_t kPreset = 3;
-  ModuleKeysRecord record{};
-  record.module = static_cast<uint8_t>(module);
-  record.keys = kModuleKeys;
+  ModuleKeysRecord record{.module = static_cast<uint8_t>(module), .keys = kModuleKeys, .key = {}};
   for (size_t i = 0; module == 1 && i < kPreset; ++i) {
     copyText(record.key[i].label, kDirectory[i].name);
     copyText(record.key[i].value, kDirectory[i].number);
@@ -62,9 +58,7 @@ bool ExternalKeyService::perform(const std::function<bool(Transaction&)>& work) 
 }
 
 ModuleKeysRecord ExternalKeyService::keysOf(Transaction& transaction, int32_t module) const {
-  const std::optional<std::string> bytes = keys_.find(transaction, module);
-  const std::optional<ModuleKeysRecord> record = bytes ? unpack<ModuleKeysRecord>(*bytes) : std::nullopt;
-  return record.value_or(factoryKeys(module));
+  return keys_.find(transaction, module).value_or(factoryKeys(module));
 }
 
 Status ExternalKeyService::getExkDevInfo(CommonParcelable* info) {
@@ -108,7 +102,7 @@ Status ExternalKeyService::addBtkConfig(const CommonParcelable& config, int32_t*
         changed.type = static_cast<uint8_t>(added->type);
         changed.line = static_cast<uint8_t>(added->line);
         keys.key[key - 1] = changed;
-        keys_.put(transaction, added->module, bytesOf(keys));
+        keys_.put(transaction, added->module, keys);
         return true;
       });
   *result = done ? key : kRefused;
@@ -121,18 +115,11 @@ Status ExternalKeyService::set_or_get_singleState_config(const CommonParcelable&
   if (!state || !isModule(state->module) || !isKey(state->key)) return refuse();
   const int32_t id = stateId(state->module, state->key);
   const bool done = perform([&](Transaction& transaction) {
-    if (state->selector != VESK_SINGLE_STATE_GET) {
-      states_.put(transaction, id, bytesOf(*state));
-    } else if (const std::optional<std::string> bytes = states_.find(transaction, id)) {
-      state = unpack<KeyStateRecord>(*bytes).value_or(*state);
-      state->selector = VESK_SINGLE_STATE_GET;
-    } else {
-      *state = {.selector = VESK_SINGLE_STATE_GET,
-                .module = state->module,
-                .key = state->key,
-                .state = 0,
-                .text = {}};
-    }
+    if (state->selector != VESK_SINGLE_STATE_GET) return states_.put(transaction, id, *state), true;
+    const KeyStateRecord unset{
+        .selector = 0, .module = state->module, .key = state->key, .state = 0, .text = {}};
+    state = states_.find(transaction, id).value_or(unset);
+    state->selector = VESK_SINGLE_STATE_GET;
     return true;
   });
   if (!done) return refuse();

@@ -7,25 +7,25 @@
 #include <string>
 #include <utility>
 
+#include "common/Service.h"
 #include "externalkey/KeyModuleRecords.h"
 #include "store/RecordTable.h"
 
 namespace sim {
 
 /**
- * The external-key service of the simulated device: two modules with sixteen keys each, in the store. Modules
- * and keys count from 1. What it refuses it answers with EX_ILLEGAL_ARGUMENT, or -1 if a number is all there
- * is to give.
+ * The external-key service of the simulated device: two modules of sixteen keys, in the store. Modules and
+ * keys count from 1. On refusal, addBtkConfig() returns -1; the other methods throw EX_ILLEGAL_ARGUMENT.
  */
 class ExternalKeyService : public com::qv::BnExternalKeyService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using Status = android::binder::Status;
 
   explicit ExternalKeyService(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** To be called before anything else. False, with the reason in `error`, if the store fails. */
+  /** To be called first. False, with the reason in `error`, if the store fails. */
   bool prepare(std::string* error);
 
 #define METHOD(code, name, ...) Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
@@ -33,15 +33,15 @@ class ExternalKeyService : public com::qv::BnExternalKeyService {
 #undef METHOD
 
  private:
-  /** Whether `work` accepts and the store keeps what it did. */
+  /** Runs `work` in a transaction; false if it returns false or the store fails. */
   bool perform(const std::function<bool(Transaction&)>& work);
   ModuleKeysRecord keysOf(Transaction& transaction, int32_t module) const;
 
   const std::shared_ptr<Store> store_;
   /** By module. */
-  const ByteTable keys_{"module_keys"};
+  const RecordTable<ModuleKeysRecord> keys_{"module_keys"};
   /** By stateId(). */
-  const ByteTable states_{"module_key_states"};
+  const RecordTable<KeyStateRecord> states_{"module_key_states"};
 };
 
 }  // namespace sim

@@ -30,13 +30,13 @@ static_assert(sizeof(KeyModulesRecord) == VESK_EXK_DEV_INFO_SIZE);
 struct ModuleKey {
   char label[24];
   char value[46];
-  /** 0 for a key that does nothing. */
+  /** 0 for an unused key. */
   uint8_t type;
   /** 0 for any. */
   uint8_t line;
 };
 
-/** All in bytes, for its size is no multiple of four. */
+/** In bytes: its size is no multiple of four. */
 struct ModuleKeysRecord {
   uint8_t module;
   uint8_t keys;
@@ -46,7 +46,7 @@ static_assert(sizeof(ModuleKeysRecord) == VESK_EXK_CONFIG_SIZE);
 
 struct AddKeyRecord {
   int32_t module;
-  /** 0 for the first that does nothing. */
+  /** 0 for the first unused one. */
   int32_t key;
   int32_t type;
   int32_t line;
@@ -60,7 +60,7 @@ struct KeyStateRecord {
   int32_t selector;
   int32_t module;
   int32_t key;
-  /** What the key shows: 0 nothing, and whatever an application takes it for. */
+  /** 0 for none; other values have the meaning that the application gives them. */
   int32_t state;
   char text[188];
 };

@@ -1,71 +1,65 @@
 #pragma once
 
 #include <binder/Binder.h>
+#include <interfaces/Interfaces.h>
 #include <utils/Errors.h>
 
 #include <chrono>
 #include <condition_variable>
 #include <cstdint>
 #include <mutex>
-#include <span>
 #include <string>
-#include <string_view>
 #include <vector>
 
 namespace sim {
 
-/** A row of an interface's table. */
-struct MethodRow {
-  uint32_t code;
-  const char* name;
-  /** As in the table: (type, name), ... */
-  const char* parameters;
-};
-
-/** What goes wrong with calls of a service, or with an event that it sends. */
+/** A fault of the next calls of a service, or of the next events of one kind. */
 struct Fault {
   enum Kind { kFail, kDelay, kShort };
   static constexpr int32_t kAlways = -1;
-  static constexpr uint32_t kEvent = 1U << 24;
 
   Kind kind;
-  /** The method, or the event with kEvent added, or 0 for every method. */
-  uint32_t code = 0;
-  /** How many calls. */
+  /** A method of the service or, for kShort, an event of its listener; null for every method. */
+  const vesk::interfaces::Method* target = nullptr;
+  /** The number of calls or events. */
   int32_t times = 1;
-  /** kFail: an exception that the service answers, or, if it is 0, what the transaction comes to. */
+  /** kFail: the exception in the reply or, if this is 0, the status of the transaction. */
   int32_t exception = 0;
   android::status_t status = android::OK;
-  /** kDelay: until the service is called. */
+  /** kDelay: the time before the service is called. */
   std::chrono::milliseconds delay{0};
-  /** kShort: how many bytes each record of the answer, or of the event, has more. */
+  /** kShort: added to the length of each record. */
   int32_t bytes = -1;
 };
 
-/**
- * Stands between a service and its callers, and does with calls what it is told to. For any thread, but for
- * die() and revive(), which are for one.
- */
+/** The interface of the listeners that get the service's events; null if it has none whose events carry
+ * records. */
+const vesk::interfaces::Interface* eventsOf(const vesk::interfaces::Interface& service);
+
+/** A proxy between a service and its callers, which applies faults to the calls. Thread-safe, except for
+ * die() and registerService(), which one thread calls. */
 class FaultInjector : public android::BBinder {
  public:
-  FaultInjector(const char* name, android::sp<android::BBinder> service, std::span<const MethodRow> methods,
-                std::span<const MethodRow> events)
-      : name_(name), service_(std::move(service)), methods_(methods), events_(events) {}
+  using Interface = vesk::interfaces::Interface;
+  using Method = vesk::interfaces::Method;
 
-  const char* name() const { return name_; }
+  FaultInjector(const Interface& interface, android::sp<android::BBinder> service)
+      : interface_(interface), service_(std::move(service)) {}
 
-  /** Tells of the service under its name. */
-  android::status_t revive();
-  /** To its callers it is as if its process had died. Returns how often it has died. */
+  const Interface& interface() const { return interface_; }
+
+  /** Registers the service, for the first time or after its death. */
+  android::status_t registerService();
+  /** Has the effect of the death of the service's process on its callers. Returns the number of deaths. */
   uint64_t die();
   uint64_t deaths() const;
 
   void add(const Fault& fault);
-  /** How many bytes the record of this event is to have more. */
-  int32_t moreBytesOfEvent(uint32_t code);
-  /** Takes away all faults; calls that are being delayed go on. */
+  /** Removes all faults. Delayed calls go on at once. */
   void clearFaults();
-  /** One line for each fault; empty if there is none. */
+  /** Added to the length of this event's record; 0 without a fault. */
+  int32_t takeExtraBytes(const Method& event);
+  /** One line for each fault; empty without faults. */
   std::string describe() const;
 
   const android::String16& getInterfaceDescriptor() const override {
@@ -77,30 +71,20 @@ class FaultInjector : public android::BBinder {
                                uint32_t flags) override;
 
  private:
-  /** A method or an event. */
-  const MethodRow* find(uint32_t code) const;
-  /** Counts the first fault of the kind that is for the method; false if there is none. */
-  bool take(Fault::Kind kind, uint32_t code, Fault* taken);
-  /** The same for who holds the mutex. */
-  bool takeLocked(Fault::Kind kind, uint32_t code, Fault* taken);
+  /** Counts a call against the first fault of the kind for the method or event; false without one. */
+  bool take(Fault::Kind kind, const Method& target, Fault* taken);
+  bool takeLocked(Fault::Kind kind, const Method& target, Fault* taken);
 
-  const char* const name_;
+  const Interface& interface_;
   const android::sp<android::BBinder> service_;
-  const std::span<const MethodRow> methods_;
-  const std::span<const MethodRow> events_;
 
   mutable std::mutex mutex_;
   std::condition_variable changed_;
   std::vector<Fault> faults_;
-  /** Counts the times that delays were cut short. */
-  uint64_t healed_ = 0;
+  /** The number of clearFaults() calls. */
+  uint64_t clears_ = 0;
   uint64_t deaths_ = 0;
   bool dead_ = false;
 };
-
-/** Whether the method answers with a record. */
-bool answersWithRecord(const MethodRow& method);
-/** Whether the event brings one. */
-bool bringsRecord(const MethodRow& event);
 
 }  // namespace sim

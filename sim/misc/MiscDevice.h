@@ -10,39 +10,10 @@
 #include <vector>
 
 #include "clock/TimerQueue.h"
+#include "common/Service.h"
+#include "misc/MiscEvent.h"
 
 namespace sim {
-
-/** Named as the methods of the listeners are. */
-enum class AteEventType {
-#define METHOD(code, name, ...) name = (code),
-#include <com/qv/AteEventListener.def>
-#undef METHOD
-};
-enum class MiscEventType {
-#define METHOD(code, name, ...) name = (code),
-#include <com/qv/MiscEventListener.def>
-#undef METHOD
-};
-
-struct AteEvent {
-  AteEventType type;
-  /** For updateContextEvent. */
-  std::string text;
-
-  bool operator==(const AteEvent&) const = default;
-};
-
-struct MiscEvent {
-  MiscEventType type;
-  /** For wkRingHdl. */
-  int32_t value = 0;
-
-  bool operator==(const MiscEvent&) const = default;
-};
-
-std::string toString(const AteEvent& event);
-std::string toString(const MiscEvent& event);
 
 /** A recording on the USB disk. */
 struct Recording {
@@ -56,12 +27,12 @@ inline constexpr std::array kRecordings = {
     Recording{"doorbell.wav", Time(60'000)},
 };
 
-enum class PlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2 };
+enum PlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2 };
 
 /**
- * What of the device the misc service serves: test mode, display, USB disk, multicast. Everything that
- * happens goes to the sinks, in order and during the call that made it happen; they must not call back. Time
- * passes only in advanceTo(). Not for use by several threads at once.
+ * The part of the device behind the misc service: test mode, display, USB disk, multicast. Methods that carry
+ * the name of one of the service serve it; a refusal changes nothing. Each event goes to a sink, in order,
+ * during the call that causes it; sinks must not call back. Time passes only in advanceTo(). Not thread-safe.
  */
 class MiscDevice {
  public:
@@ -70,8 +41,9 @@ class MiscDevice {
     std::function<void(const MiscEvent&)> misc;
   };
 
-  /** The tests; kAll is all of them, one after the other. */
+  /** The tests; kAll is all of them in turn. */
   enum Test : int32_t { kAll = 0, kDisplay = 1, kTouchScreen = 2, kRestart = 3 };
+  enum TouchResult : int32_t { kPassed = 0, kFailed = 1 };
 
   static constexpr int32_t kLcdSwitches = 3;
   static constexpr Time kLcdTime{500};
@@ -94,69 +66,71 @@ class MiscDevice {
     std::string text;
   };
 
-  /* False if it is refused; then nothing has changed. */
-  bool startTest(int32_t test);
-  bool stopTest();
-  bool touchScreenResult(bool passed);
+  Refusal localAteStart(int32_t test);
+  Refusal localAteStop(int32_t);
+  /** Any other result than kPassed is a failure. */
+  Refusal ateTouchScreenResult(int32_t result, int32_t);
   const TestInfo& testInfo() const { return info_; }
 
-  bool switchPage(int32_t module, int32_t page);
-  void keepBacklight(bool on) { backlightKept_ = on; }
-  void startPresetting();
-  bool presetLevel(int32_t level);
-  void stopPresetting() { presetLevel_.reset(); }
-  /** What the screen shows now. */
+  Refusal switchDsskeyPage(int32_t module, int32_t page);
+  void backlightAlwaysActive(bool on) { backlightKept_ = on; }
+  void backlightStartPresetting();
+  Refusal balcklightPresetLevel(int32_t level);
+  void backlightStopPresetting() { presetLevel_.reset(); }
+  /** The current brightness. */
   int32_t backlightLevel() const { return presetLevel_.value_or(kDefaultLevel); }
-  void screenshotReady();
+  void notifyLcdScreenShotReady();
 
-  void putUdisk(bool present);
-  bool hasUdisk() const { return hasUdisk_; }
-  bool play(std::string_view file);
-  void stopPlaying();
-  bool pause();
-  bool resume();
-  PlayState playState() const { return playState_; }
+  void setUdisk(bool present);
+  /** 1 with a disk, 0 without. The client gives 3 if the call fails. */
+  int32_t getUdiskStatus() const { return hasUdisk_; }
+  int32_t playRecFileStart(std::string_view file);
+  void playRecFileStop();
+  Refusal playRecFilePause();
+  Refusal playRecFileResume();
+  int32_t getPlayRecFileState() const { return playState_; }
 
   void setMulticast(std::optional<std::string> action) { multicast_ = std::move(action); }
   const std::optional<std::string>& multicast() const { return multicast_; }
+  bool hasMqttMulticastInfo() const { return multicast_.has_value(); }
 
-  /* What somebody at the desk, or on the web, does. */
-  void askForScreenshot();
+  /* Actions of the user, or of the web interface. */
+  void requestScreenshot();
   void ring(int32_t value) { sinks_.misc({MiscEventType::wkRingHdl, value}); }
-  void cancelScan() { sinks_.misc({MiscEventType::wkScanCancelHdl}); }
+  void cancelScan() { sinks_.misc({MiscEventType::wkScanCancelHdl, {}}); }
 
-  /** For a person: one line. */
+  /** One line for the user. */
   std::string describe() const;
 
  private:
   static constexpr int32_t kDefaultLevel = 5;
 
-  void tell(AteEventType type) { sinks_.ate({type, {}}); }
-  void show(const std::string& text);
+  void emit(AteEventType type) { sinks_.ate({type, {}}); }
+  void showContext(const std::string& text);
   void runNextTest();
   void switchLcd(int32_t times);
-  void finish(bool passed);
-  void endTest();
+  void finishTest(bool passed);
+  void endTestMode();
 
   const Sinks sinks_;
   TimerQueue timers_;
 
   TestInfo info_;
-  /** Those that are still to come, the next one last. */
+  /** The tests that have not started, the next one last. */
   std::vector<Test> tests_;
   bool touching_ = false;
   TimerQueue::Id testTimer_ = 0;
 
   int32_t page_ = 0;
   bool backlightKept_ = false;
-  /** While levels are being tried. */
+  /** Set during presetting. */
   std::optional<int32_t> presetLevel_;
-  bool screenshotAsked_ = false;
+  bool screenshotRequested_ = false;
 
   bool hasUdisk_ = true;
-  PlayState playState_ = PlayState::kStopped;
+  PlayState playState_ = kStopped;
   TimerQueue::Id playTimer_ = 0;
-  /** When playing ends; how much is left, while it is paused. */
+  /** The end of playing, and, on pause, the time that is left. */
   Time playEnd_{0};
   Time playLeft_{0};
 

@@ -6,38 +6,54 @@
 #include <functional>
 #include <string>
 
-#include "clock/RealTime.h"
+#include "common/Service.h"
 #include "events/Dispatcher.h"
 #include "misc/MiscDevice.h"
 
 namespace sim {
 
-/** The misc service of the simulated device. What the device refuses is answered with EX_ILLEGAL_STATE and a
- * message where a method has no result, or a record, and with -1 where it has a number. */
-class MiscService : public com::qv::BnMiscService {
+/** The methods that a method of MiscDevice serves. */
+class MiscMethods : public com::qv::BnMiscService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using IAteEventListener = com::qv::IAteEventListener;
   using IMiscEventListener = com::qv::IMiscEventListener;
   using Status = android::binder::Status;
 
-  /** `trace` is told of each event, in words, under the device's lock. */
-  MiscService(double speed, const std::function<void(const std::string&)>& trace);
-
   RealTime<MiscDevice>& device() { return device_; }
-
-  /** No more events; waits until no listener is being called, or the time is over. */
-  void stopEvents(std::chrono::milliseconds patience);
 
 #define METHOD(code, name, ...) Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include <com/qv/MiscService.def>
 #undef METHOD
 
- private:
+ protected:
+  MiscMethods(double speed, MiscDevice::Sinks sinks) : device_(speed, std::move(sinks)) {}
+
+  /** Before device_, which publishes events until it is destroyed. */
   Dispatcher<IAteEventListener> ateListeners_;
   Dispatcher<IMiscEventListener> miscListeners_;
   RealTime<MiscDevice> device_;
+};
+
+/**
+ * The misc service of the simulated device. On refusal, playRecFileStart() returns -1; methods without a
+ * result, or with a record, throw EX_ILLEGAL_STATE with a message.
+ */
+class MiscService : public MiscMethods {
+ public:
+  /** `trace` is called with a line of text for each event, under the device's lock. */
+  MiscService(double speed, const std::function<void(const std::string&)>& trace);
+
+  /** Stops all events; waits for the listeners' current calls until the timeout. */
+  void stopEvents(std::chrono::milliseconds timeout);
+
+  Status getAteDisplay(CommonParcelable* info) override;
+  Status registerAteEventListener(const android::sp<IAteEventListener>& listener) override;
+  Status registerMiscEventListener(const android::sp<IMiscEventListener>& listener) override;
+  Status getUdiskCapacity(CommonParcelable* capacity) override;
+  Status getUdiskRecordsFiles(std::vector<CommonParcelable>* files) override;
+  Status getMqttMulticastInfo(CommonParcelable* info) override;
 };
 
 }  // namespace sim

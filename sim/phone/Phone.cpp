@@ -56,7 +56,7 @@ void Phone::setState(Call& call, CallState state) {
 
 void Phone::setTimer(Call& call, Time delay, void (Phone::*action)(Call&)) {
   timers_.cancel(call.timer);
-  // A call cancels its timer when it ends, and calls don't move within the map.
+  // The reference stays valid: end() cancels the timer, and the map does not move its elements.
   call.timer = timers_.after(delay, [this, &call, action] { (this->*action)(call); });
 }
 
@@ -64,7 +64,7 @@ void Phone::makeCurrent(int32_t chan) {
   if (std::exchange(current_, chan) != chan) emit(EventType::currentCallChangedEvent, chan);
 }
 
-/** The current call has gone: the next one is a call in progress, or else the oldest channel. */
+/** If `chan` was the current call, the next one is a call in progress or else the lowest channel. */
 void Phone::leaveToOthers(int32_t chan) {
   if (current_ != chan) return;
   const auto isInProgress = [](const auto& entry) {
@@ -76,7 +76,7 @@ void Phone::leaveToOthers(int32_t chan) {
   makeCurrent(next == calls_.end() ? 0 : next->first);
 }
 
-/** There is one ear: a call or the conference has it. */
+/** Only one call, or the conference, can be in progress. */
 void Phone::holdCallsInProgress() {
   if (Call* talking = findTalking()) setState(*talking, CallState::kHeld);
   for (auto& [member, call] : calls_) {
@@ -119,7 +119,7 @@ int32_t Phone::videoStreams() const {
       calls_, [](const auto& entry) { return entry.second.info.video && entry.second.answered; }));
 }
 
-Phone::Refusal Phone::incomingCall(int32_t line, const std::string& number) {
+Refusal Phone::incomingCall(int32_t line, const std::string& number) {
   if (line == 0) line = getFirstValidLine();
   if (!isRegistered(line)) return notRegistered(line);
   if (number.empty() || number.size() > kMaxNumberLength) return kBadNumber;
@@ -144,7 +144,7 @@ void Phone::scheduleIncomingCall(Time delay, int32_t line, const std::string& nu
   timers_.after(delay, [this, line, number] { incomingCall(line, number); });
 }
 
-Phone::Refusal Phone::headsetAnswerCall() {
+Refusal Phone::headsetAnswerCall() {
   emit(EventType::keycodeEvent, KeyInfo{kHeadsetKey, 1});
   emit(EventType::keycodeEvent, KeyInfo{kHeadsetKey, 0});
 
@@ -156,14 +156,14 @@ Phone::Refusal Phone::headsetAnswerCall() {
   return {};
 }
 
-Phone::Refusal Phone::closeCall(int32_t chan) {
+Refusal Phone::closeCall(int32_t chan) {
   Call* call = find(chan);
   if (call == nullptr) return noCall(chan);
   end(*call);
   return {};
 }
 
-Phone::Refusal Phone::setCallHoldStatus(int32_t chan, bool hold) {
+Refusal Phone::setCallHoldStatus(int32_t chan, bool hold) {
   Call* call = find(chan);
   if (call == nullptr) return noCall(chan);
   if (findMember(call->info.chan) != nullptr) {
@@ -180,13 +180,13 @@ Phone::Refusal Phone::setCallHoldStatus(int32_t chan, bool hold) {
   return {};
 }
 
-Phone::Refusal Phone::setCurrentCall(int32_t chan) {
+Refusal Phone::setCurrentCall(int32_t chan) {
   if (!calls_.contains(chan)) return noCall(chan);
   makeCurrent(chan);
   return {};
 }
 
-Phone::Refusal Phone::switchCallMutedState() {
+Refusal Phone::switchCallMutedState() {
   Call* call = find(0);
   if (call == nullptr) return noCall(0);
   call->info.muted = !call->info.muted;
@@ -203,6 +203,16 @@ std::vector<CallInfo> Phone::calls() const {
   std::vector<CallInfo> infos;
   for (const auto& [chan, call] : calls_) infos.push_back(call.info);
   return infos;
+}
+
+std::string Phone::describe() const {
+  std::string text;
+  for (const auto& [chan, call] : calls_) {
+    text += (chan == current_ ? "* " : "  ") + toString(call.info) + "\n";
+  }
+  return text + "tone " + std::to_string(tone_) + ", DTMF type " + std::to_string(dtmfType_) +
+         ", key multiplexing " + (keysMultiplexed_ ? "on" : "off") + ", door LED " +
+         (doorLedOn() ? "on" : "off") + "\n";
 }
 
 }  // namespace sim

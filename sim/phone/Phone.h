@@ -9,13 +9,11 @@
 #include <vector>
 
 #include "clock/TimerQueue.h"
+#include "common/Service.h"
 #include "phone/Directory.h"
 #include "phone/Event.h"
 
 namespace sim {
-
-/** What a method answers in place of a channel, a line or a number when it refuses. */
-constexpr int32_t kRefused = -1;
 
 /** Longer numbers are refused. */
 constexpr size_t kMaxNumberLength = 63;
@@ -31,30 +29,27 @@ struct Snapshot {
 };
 
 /**
- * A telephone with lines, channels and the other parties that it can call. Its methods are those of the call
- * service by name and meaning, told in docs/simulated-device.md: a channel of 0 stands for the current call,
- * a line of 0 for the first registered one. Everything that happens goes to the sink, in order and during the
- * call that made it happen; the sink must not call back. Time passes only in advanceTo(). Not for use by
- * several threads at once.
+ * A telephone with lines, channels and remote parties. Its methods have the names and meanings of those of
+ * the call service, which docs/simulated-device.md describes: channel 0 stands for the current call, line 0
+ * for the first registered one. Each event goes to the sink, in order, during the call that causes it; the
+ * sink must not call back. Time passes only in advanceTo(). Not thread-safe.
  */
 class Phone {
  public:
   using Sink = std::function<void(Time, const Event&)>;
-  /** Why the phone did nothing; empty if it did what it was told. */
-  using Refusal = std::optional<std::string>;
 
   static constexpr int32_t kLines = 3;
   /** Lines 1 and 2 are registered with a server, line 3 is not. */
   static constexpr int32_t kRegisteredLines = 2;
   static constexpr int32_t kChannels = 8;
-  /** The only conference there is. */
+  /** There is one conference at most. */
   static constexpr int32_t kConferenceNumber = 1;
   static constexpr int32_t kHeadsetKey = 226;
   static constexpr int32_t kAutoRedialTimes = 5;
   static constexpr int32_t kAutoRedialSeconds = 5;
-  /** From dialling to the first ring, or to the answer that there is nobody. */
+  /** From dialling to the first ring, or to the failure of the call. */
   static constexpr Time kSetupTime{500};
-  /** How long it rings, here or at the far end, before it is given up. */
+  /** The time after which an unanswered call ends. */
   static constexpr Time kRingLimit{30'000};
   static constexpr Time kDoorLedTime{3000};
   static constexpr Time kEngagedTime{8000};
@@ -82,17 +77,17 @@ class Phone {
   bool getCallHaveIvr() const;
   int32_t getFirstValidLine() const { return 1; }
 
-  /** Somebody calls. */
+  /** Has a call arrive. */
   Refusal incomingCall(int32_t line, const std::string& number);
   void scheduleIncomingCall(Time delay, int32_t line, const std::string& number);
 
-  /* What the far end of a call does that was made here, or, for hanging up, of any call. */
+  /* Actions of the remote party of an outgoing call or, for farEndHangUp(), of any call. */
   Refusal farEndAnswer(int32_t chan);
   Refusal farEndHangUp(int32_t chan);
-  /** It stays engaged for kEngagedTime. */
+  /** The number stays engaged for kEngagedTime. */
   Refusal farEndEngage(int32_t chan);
 
-  /** Somebody presses a key, or lets it go. */
+  /** A key is pressed or released. */
   void key(int32_t code, bool pressed) { emit(EventType::keycodeEvent, KeyInfo{code, pressed}); }
 
   /* Dialling. */
@@ -126,29 +121,29 @@ class Phone {
   Refusal setDtmfType(int32_t type);
   Refusal ctrlLedDooropen();
   Refusal setVideoDisplayArea(int32_t chan);
-  Refusal setVideoMultiStreamArea();
+  Refusal setVideoMultiStreamArea(int32_t, int32_t);
   Refusal videoSnapshot(int32_t chan);
   Refusal deleteSnapshot(int32_t chan);
   int32_t getSnapshotNums(int32_t chan) const;
   int32_t requestSnapShotData(int32_t chan) const;
-  std::optional<Snapshot> getSnapshotInfoByIndex(int32_t chan, int32_t index) const;
+  /** Empty if there is none. */
+  std::optional<Snapshot> snapshot(int32_t chan, int32_t index) const;
 
-  /* What can be seen and heard. */
+  /* State that the user sees and hears. */
   std::vector<CallInfo> calls() const;
-  int32_t currentChannel() const { return current_; }
   int32_t tone() const { return tone_; }
-  int32_t dtmfType() const { return dtmfType_; }
-  bool keysMultiplexed() const { return keysMultiplexed_; }
   bool doorLedOn() const { return doorLedTimer_ != 0; }
+  /** The state as lines for the user. */
+  std::string describe() const;
 
  private:
   struct Call {
     CallInfo info;
-    /** Null for a number that nobody has. */
+    /** Null for an unknown number. */
     const Contact* contact = nullptr;
-    /** The next thing that the far end does. */
+    /** The next action of the remote party. */
     TimerQueue::Id timer = 0;
-    /** Whether listeners were told of the call; a dialler's call is not one yet. */
+    /** True after newOngoingCallEvent; false for a dialler. */
     bool ongoing = false;
     bool answered = false;
   };
@@ -161,7 +156,7 @@ class Phone {
   struct AutoRedial {
     Destination to;
     int32_t times = 0;
-    /** The attempt that is under way, or 0. */
+    /** The channel of the current attempt, or 0. */
     int32_t chan = 0;
     TimerQueue::Id timer = 0;
   };
@@ -177,12 +172,12 @@ class Phone {
   static constexpr const char* kBadNumber = "The number is empty or too long";
 
   void emit(EventType type, EventPayload payload = {}) { sink_(now(), {type, std::move(payload)}); }
-  /** Tells the user why no call is made. */
+  /** Emits the reason as a makeCallRetEvent, and returns kRefused. */
   int32_t refuseCall(const std::string& why);
 
   Call* find(int32_t chan);
   const Call* find(int32_t chan) const;
-  /** The call in progress, if it is not the conference. */
+  /** The call that is talking outside of the conference; null without one. */
   Call* findTalking();
   int32_t freeChannel() const;
   static std::string notRegistered(int32_t line) {
@@ -206,7 +201,7 @@ class Phone {
   bool isEngaged(const Contact& contact);
   void reachFarEnd(Call& call);
   void farEndIsEngaged(Call& call);
-  /** Null unless it is a call that was made here, and has not been answered. */
+  /** Null unless it is an outgoing call that has not been answered. */
   Call* findUnanswered(int32_t chan);
   void farEndAnswers(Call& call);
   void farEndDoesNotAnswer(Call& call);
@@ -228,7 +223,7 @@ class Phone {
   /** By channel. */
   std::map<int32_t, Call> calls_;
   int32_t current_ = 0;
-  /** The channel whose number is being dialled, or 0. */
+  /** The channel of the dialler, or 0. */
   int32_t dialler_ = 0;
   /** In the order of joining. */
   std::vector<int32_t> members_;
@@ -245,7 +240,7 @@ class Phone {
   int32_t dtmfType_ = 0;
   bool keysMultiplexed_ = false;
   TimerQueue::Id doorLedTimer_ = 0;
-  /** By channel; they outlive the call. */
+  /** By channel; a snapshot outlives its call. */
   std::map<int32_t, std::vector<Snapshot>> snapshots_;
 };
 

@@ -22,7 +22,7 @@ Phone::Call* Phone::findMember(int32_t chan) {
   return call != nullptr && contains(members_, call->info.chan) ? call : nullptr;
 }
 
-Phone::Refusal Phone::conferenceAddMembers(const std::vector<int32_t>& chans) {
+Refusal Phone::conferenceAddMembers(const std::vector<int32_t>& chans) {
   std::vector<int32_t> joining;
   const auto join = [&](int32_t chan) {
     if (!contains(members_, chan) && !contains(joining, chan)) joining.push_back(chan);
@@ -33,7 +33,7 @@ Phone::Refusal Phone::conferenceAddMembers(const std::vector<int32_t>& chans) {
       return "Channel " + std::to_string(chan) + " has no call that can join";
     join(call->info.chan);
   }
-  // The call in progress comes along.
+  // The call in progress joins, too.
   if (const Call* talking = findTalking()) join(talking->info.chan);
   if (joining.empty()) return "Nobody joins";
   if (members_.size() + joining.size() < 2) return "A conference needs two members";
@@ -61,7 +61,7 @@ void Phone::leaveConference(int32_t chan) {
   setState(last, last.info.state == CallState::kConference ? CallState::kTalking : CallState::kHeld);
 }
 
-Phone::Refusal Phone::conferenceRemoveMember(int32_t chan) {
+Refusal Phone::conferenceRemoveMember(int32_t chan) {
   Call* call = findMember(chan);
   if (call == nullptr) return kNotAMember;
   setState(*call, CallState::kHeld);
@@ -69,7 +69,7 @@ Phone::Refusal Phone::conferenceRemoveMember(int32_t chan) {
   return {};
 }
 
-Phone::Refusal Phone::conferenceHoldMember(int32_t chan) {
+Refusal Phone::conferenceHoldMember(int32_t chan) {
   Call* call = findMember(chan);
   if (call == nullptr) return kNotAMember;
   if (call->info.state == CallState::kConferenceHeld) return kHeldAlready;
@@ -78,7 +78,7 @@ Phone::Refusal Phone::conferenceHoldMember(int32_t chan) {
   return {};
 }
 
-Phone::Refusal Phone::conferenceResumeMember(int32_t chan) {
+Refusal Phone::conferenceResumeMember(int32_t chan) {
   Call* call = findMember(chan);
   if (call == nullptr) return kNotAMember;
   if (call->info.state == CallState::kConference) return kNotHeld;
@@ -88,7 +88,7 @@ Phone::Refusal Phone::conferenceResumeMember(int32_t chan) {
   return {};
 }
 
-Phone::Refusal Phone::conferenceMuteMember(int32_t chan, bool mute) {
+Refusal Phone::conferenceMuteMember(int32_t chan, bool mute) {
   Call* call = findMember(chan);
   if (call == nullptr) return kNotAMember;
   call->info.muted = mute;
@@ -97,7 +97,7 @@ Phone::Refusal Phone::conferenceMuteMember(int32_t chan, bool mute) {
   return {};
 }
 
-Phone::Refusal Phone::conferenceMuteAllMember(int32_t conference, bool mute) {
+Refusal Phone::conferenceMuteAllMember(int32_t conference, bool mute) {
   if (members_.empty() || (conference != 0 && conference != kConferenceNumber)) {
     return "There is no such conference";
   }

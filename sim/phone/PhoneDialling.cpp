@@ -47,14 +47,14 @@ int32_t Phone::playMwi(int32_t line, const std::string& number) {
   return makeCall(line, number.empty() ? std::string(kVoiceMailNumber) : number);
 }
 
-Phone::Refusal Phone::redialCall() {
+Refusal Phone::redialCall() {
   if (!lastDialled_) return "No number has been dialled yet";
   const Destination last = *lastDialled_;
   if (makeCall(last.line, last.number) == kRefused) return "The call can't be made";
   return {};
 }
 
-Phone::Refusal Phone::createNewCall(int32_t line) {
+Refusal Phone::createNewCall(int32_t line) {
   if (openDialler(line, "", false) == kRefused) return "The call can't be made";
   return {};
 }
@@ -79,7 +79,7 @@ int32_t Phone::edialMakeCall() {
   return dial(call);
 }
 
-Phone::Refusal Phone::dialNumberUpdateRequest(const std::string& number) {
+Refusal Phone::dialNumberUpdateRequest(const std::string& number) {
   if (dialler_ == 0) return "Nothing is being dialled";
   if (number.size() > kMaxNumberLength) return kBadNumber;
   Call& call = calls_.at(dialler_);
@@ -89,7 +89,7 @@ Phone::Refusal Phone::dialNumberUpdateRequest(const std::string& number) {
   return {};
 }
 
-Phone::Refusal Phone::dialSelectionRequest(int32_t selection) {
+Refusal Phone::dialSelectionRequest(int32_t selection) {
   emit(EventType::dialSelectionEvent, selection);
   return {};
 }
@@ -114,7 +114,7 @@ void Phone::reachFarEnd(Call& call) {
   }
 }
 
-/** Also the answer to a call that came in: the two ends are alike from here. */
+/** Also serves incoming calls: both kinds behave alike once answered. */
 void Phone::farEndAnswers(Call& call) {
   call.answered = true;
   talk(call);
@@ -138,14 +138,14 @@ Phone::Call* Phone::findUnanswered(int32_t chan) {
   return call != nullptr && call->ongoing && !call->info.incoming && !call->answered ? call : nullptr;
 }
 
-Phone::Refusal Phone::farEndAnswer(int32_t chan) {
+Refusal Phone::farEndAnswer(int32_t chan) {
   Call* call = findUnanswered(chan);
   if (call == nullptr) return kNotWaiting;
   farEndAnswers(*call);
   return {};
 }
 
-Phone::Refusal Phone::farEndEngage(int32_t chan) {
+Refusal Phone::farEndEngage(int32_t chan) {
   Call* call = findUnanswered(chan);
   if (call == nullptr) return kNotWaiting;
   engagedUntil_.try_emplace(call->info.number, now() + kEngagedTime);
@@ -153,7 +153,7 @@ Phone::Refusal Phone::farEndEngage(int32_t chan) {
   return {};
 }
 
-Phone::Refusal Phone::farEndHangUp(int32_t chan) {
+Refusal Phone::farEndHangUp(int32_t chan) {
   Call* call = find(chan);
   if (call == nullptr || !call->ongoing) return "There is no call that can be ended";
   if (call->answered || call->info.incoming) {

@@ -2,46 +2,46 @@
 
 namespace sim {
 
-Phone::Refusal Phone::playToneRequest(int32_t tone) {
+Refusal Phone::playToneRequest(int32_t tone) {
   tone_ = tone;
   return {};
 }
 
-Phone::Refusal Phone::stopToneRequest() {
+Refusal Phone::stopToneRequest() {
   setTone(Tone::kNone);
   return {};
 }
 
-Phone::Refusal Phone::keyMultiPlexing(bool on) {
+Refusal Phone::keyMultiPlexing(bool on) {
   keysMultiplexed_ = on;
   return {};
 }
 
-Phone::Refusal Phone::setDtmfType(int32_t type) {
+Refusal Phone::setDtmfType(int32_t type) {
   dtmfType_ = type;
   return {};
 }
 
-Phone::Refusal Phone::ctrlLedDooropen() {
+Refusal Phone::ctrlLedDooropen() {
   timers_.cancel(doorLedTimer_);
   doorLedTimer_ = timers_.after(kDoorLedTime, [this] { doorLedTimer_ = 0; });
   return {};
 }
 
-Phone::Refusal Phone::setVideoDisplayArea(int32_t chan) {
+Refusal Phone::setVideoDisplayArea(int32_t chan) {
   const Call* call = find(chan);
   if (call == nullptr || !call->info.video || !call->answered) return "There is no video to show";
   emit(EventType::updateCallVideoStreamEvent, videoStreams());
   return {};
 }
 
-Phone::Refusal Phone::setVideoMultiStreamArea() {
+Refusal Phone::setVideoMultiStreamArea(int32_t, int32_t) {
   if (videoStreams() == 0) return "There is no video to show";
   emit(EventType::updateCallVideoStreamEvent, videoStreams());
   return {};
 }
 
-Phone::Refusal Phone::videoSnapshot(int32_t chan) {
+Refusal Phone::videoSnapshot(int32_t chan) {
   const Call* call = find(chan);
   if (call == nullptr || !call->info.video || !call->answered)
     return "There is no video to take a picture of";
@@ -51,7 +51,7 @@ Phone::Refusal Phone::videoSnapshot(int32_t chan) {
   return {};
 }
 
-Phone::Refusal Phone::deleteSnapshot(int32_t chan) {
+Refusal Phone::deleteSnapshot(int32_t chan) {
   if (snapshots_.erase(chan == 0 ? current_ : chan) == 0) return "There are no snapshots";
   return {};
 }
@@ -63,7 +63,7 @@ int32_t Phone::getSnapshotNums(int32_t chan) const {
 
 int32_t Phone::requestSnapShotData(int32_t chan) const { return getSnapshotNums(chan) > 0 ? 0 : kRefused; }
 
-std::optional<Snapshot> Phone::getSnapshotInfoByIndex(int32_t chan, int32_t index) const {
+std::optional<Snapshot> Phone::snapshot(int32_t chan, int32_t index) const {
   const auto taken = snapshots_.find(chan == 0 ? current_ : chan);
   if (taken == snapshots_.end() || index < 0 || index >= static_cast<int32_t>(taken->second.size())) {
     return std::nullopt;

@@ -13,7 +13,7 @@ void Phone::emitAutoRedial(const AutoRedial& redial) {
        AutoRedialInfo{kAutoRedialTimes, kAutoRedialSeconds, redial.to.number, redial.times});
 }
 
-Phone::Refusal Phone::callAutoRedial() {
+Refusal Phone::callAutoRedial() {
   if (!lastEngaged_) return "No number was engaged";
   if (autoRedial_) stopAutoRedial();
   completionOffer_.reset();
@@ -26,7 +26,7 @@ Phone::Refusal Phone::callAutoRedial() {
 void Phone::autoRedialNow() {
   timers_.cancel(autoRedial_->timer);
   if (!calls_.empty()) {
-    // It waits for the user's own calls.
+    // The user's own calls go first.
     autoRedial_->timer = timers_.after(std::chrono::seconds(kAutoRedialSeconds), [this] { autoRedialNow(); });
     return;
   }
@@ -48,14 +48,14 @@ void Phone::stopAutoRedial() {
   emitAutoRedial(over);
 }
 
-Phone::Refusal Phone::autoRedialsoftbtnMakeCall() {
+Refusal Phone::autoRedialsoftbtnMakeCall() {
   if (!autoRedial_) return kNoAutoRedial;
   if (!calls_.empty()) return "There is another call";
   autoRedialNow();
   return {};
 }
 
-Phone::Refusal Phone::autoRedialsoftbtnCancel() {
+Refusal Phone::autoRedialsoftbtnCancel() {
   if (!autoRedial_) return kNoAutoRedial;
   if (Call* attempt = autoRedial_->chan != 0 ? find(autoRedial_->chan) : nullptr) {
     end(*attempt);
@@ -70,7 +70,7 @@ void Phone::offerCompletion(const Destination& to) {
   emit(EventType::callCompletionInfoChangedEvent, CompletionInfo{to.line, to.number, false});
 }
 
-Phone::Refusal Phone::callCompletion() {
+Refusal Phone::callCompletion() {
   if (!completionOffer_) return "No call completion is on offer";
   const Destination to = *completionOffer_;
   completionOffer_.reset();
@@ -88,7 +88,7 @@ void Phone::completionIsFree(const std::string& number) {
   emit(EventType::callCompletionInfoChangedEvent, CompletionInfo{completion.line, number, true});
 }
 
-Phone::Refusal Phone::callCompleteDialConfirm(int32_t line, const std::string& number) {
+Refusal Phone::callCompleteDialConfirm(int32_t line, const std::string& number) {
   const auto completion = completions_.find(number);
   if (completion == completions_.end() || !completion->second.free) return number + " has not become free";
   completions_.erase(completion);
@@ -96,7 +96,7 @@ Phone::Refusal Phone::callCompleteDialConfirm(int32_t line, const std::string& n
   return {};
 }
 
-Phone::Refusal Phone::callCompleteCancel(int32_t, const std::string& number) {
+Refusal Phone::callCompleteCancel(int32_t, const std::string& number) {
   const auto completion = completions_.find(number);
   if (completion == completions_.end()) return "No call completion is waiting for " + number;
   timers_.cancel(completion->second.timer);

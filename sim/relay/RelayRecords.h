@@ -10,8 +10,8 @@ namespace sim {
 /* The records of the relay service. Times are in milliseconds. */
 
 struct RelayInfoRecord {
-  /** How many there are, and of how many outputs each. */
   int32_t devices;
+  /** Of each device. */
   int32_t outputs;
   char mac[24];
   char model[32];
@@ -31,25 +31,25 @@ struct RelayConfigRecord {
 static_assert(sizeof(RelayConfigRecord) == VESK_RELAY_DEV_CONFIG_SIZE);
 
 struct RelayNameRecord {
-  /** The device. */
+  /** The number of the device. */
   int32_t id;
   char name[64];
 };
 static_assert(sizeof(RelayNameRecord) == VESK_RELAY_DEV_NAME_SIZE);
 
-/** kSwitch stays as it is put, kPulse goes off by itself. */
+/** kSwitch keeps its state, kPulse goes off by itself. */
 enum class RelayType : int32_t { kSwitch = 0, kPulse = 1 };
 
-/** One output, as it is shown and as it is stored. */
+/** An output, as transferred and as stored. */
 struct RelayOutput {
   int32_t id;
   RelayType type;
   int32_t enabled;
-  /** 1 while it is on; not looked at when it is set. */
+  /** 1: on, 0: off. Ignored when the output is set. */
   int32_t state;
-  /** From the action until it goes on. */
+  /** From the action to switching on. */
   int32_t delayMs;
-  /** How long it stays on, if it goes off by itself. */
+  /** Duration of a pulse. */
   int32_t onMs;
   char name[56];
   char typeName[32];
@@ -92,7 +92,7 @@ struct RelayOutputRecord {
 };
 static_assert(sizeof(RelayOutputRecord) == VESK_RELAY_DO_CHANNEL_SIZE);
 
-/** kPulse goes on, and off by itself, whatever the type of the output. */
+/** kPulse switches on, and off by itself, for outputs of both types. */
 enum class RelayAct : int32_t { kOff = 0, kOn = 1, kToggle = 2, kPulse = 3 };
 
 struct RelayActRecord {

@@ -3,7 +3,6 @@
 #include <binder/IPCThreadState.h>
 
 #include "common/Identity.h"
-#include "phone/Phone.h"
 
 namespace sim {
 
@@ -11,9 +10,7 @@ namespace {
 
 using android::binder::Status;
 
-Status noDevice() {
-  return Status::fromExceptionCode(Status::EX_ILLEGAL_ARGUMENT, "There is no such device");
-}
+Status noDevice() { return refuse("There is no such device"); }
 
 pid_t caller() { return android::IPCThreadState::self()->getCallingPid(); }
 
@@ -27,21 +24,10 @@ bool RelayService::load(std::string* error) {
   return relays_.use([&](Relays& relays) { return relays.load(error); });
 }
 
-template <typename Record>
-Status RelayService::set(bool (Relays::*method)(const Record&), const CommonParcelable& record,
-                         int32_t* result) {
+template <typename Record, typename Method>
+Status RelayService::apply(const CommonParcelable& record, int32_t* result, Method method) {
   const std::optional<Record> content = unpack<Record>(record);
-  const bool done = content && relays_.use([&](Relays& relays) { return (relays.*method)(*content); });
-  *result = done ? 0 : kRefused;
-  return Status::ok();
-}
-
-template <typename Record>
-Status RelayService::change(bool (Relays::*method)(pid_t, const Record&), const CommonParcelable& record,
-                            int32_t* result) {
-  const std::optional<Record> content = unpack<Record>(record);
-  const bool done =
-      content && relays_.use([&](Relays& relays) { return (relays.*method)(caller(), *content); });
+  const bool done = content && relays_.use([&](Relays& relays) { return method(relays, *content); });
   *result = done ? 0 : kRefused;
   return Status::ok();
 }
@@ -71,7 +57,8 @@ Status RelayService::getRelayDevConfig(int32_t device, CommonParcelable* config)
 }
 
 Status RelayService::setRelayDevName(const CommonParcelable& name, int32_t* result) {
-  return set(&Relays::setName, name, result);
+  return apply<RelayNameRecord>(name, result,
+                                [](Relays& relays, const auto& record) { return relays.setName(record); });
 }
 
 Status RelayService::getRelayDoChannels(int32_t device, CommonParcelable* channels) {
@@ -80,16 +67,21 @@ Status RelayService::getRelayDoChannels(int32_t device, CommonParcelable* channe
   return Status::ok();
 }
 Status RelayService::setRelayDoType(const CommonParcelable& type, int32_t* result) {
-  return change(&Relays::setType, type, result);
+  return apply<RelayTypeRecord>(
+      type, result, [](Relays& relays, const auto& record) { return relays.setType(caller(), record); });
 }
 Status RelayService::setRelayDoTime(const CommonParcelable& time, int32_t* result) {
-  return change(&Relays::setTime, time, result);
+  return apply<RelayTimeRecord>(
+      time, result, [](Relays& relays, const auto& record) { return relays.setTime(caller(), record); });
 }
 Status RelayService::setRelayDoEnabled(const CommonParcelable& enabled, int32_t* result) {
-  return change(&Relays::setEnabled, enabled, result);
+  return apply<RelayEnabledRecord>(enabled, result, [](Relays& relays, const auto& record) {
+    return relays.setEnabled(caller(), record);
+  });
 }
 Status RelayService::setRelayDoChannel(const CommonParcelable& channel, int32_t* result) {
-  return change(&Relays::setOutput, channel, result);
+  return apply<RelayOutputRecord>(
+      channel, result, [](Relays& relays, const auto& record) { return relays.setOutput(caller(), record); });
 }
 
 Status RelayService::beginRelayDoSave(int32_t device, int32_t* result) {
@@ -106,10 +98,12 @@ Status RelayService::commitRelayDoSave(int32_t device, int32_t* result) {
 }
 
 Status RelayService::relaySetAct(const CommonParcelable& action, int32_t* result) {
-  return set(&Relays::act, action, result);
+  return apply<RelayActRecord>(action, result,
+                               [](Relays& relays, const auto& record) { return relays.act(record); });
 }
 Status RelayService::relayScheduleAct(const CommonParcelable& action, int32_t* result) {
-  return set(&Relays::schedule, action, result);
+  return apply<ScheduledRelayActRecord>(
+      action, result, [](Relays& relays, const auto& record) { return relays.schedule(record); });
 }
 Status RelayService::relayGetAct(int32_t output, int32_t* action) {
   const auto act = relays_.use([&](Relays& relays) { return relays.lastAct(output); });

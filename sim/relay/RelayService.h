@@ -5,16 +5,16 @@
 #include <memory>
 #include <string>
 
-#include "clock/RealTime.h"
+#include "common/Service.h"
 #include "relay/Relays.h"
 
 namespace sim {
 
-/** The relay service of the simulated device. What it refuses it answers with -1, or, where a record is asked
- * for, with EX_ILLEGAL_ARGUMENT. */
+/** The relay service of the simulated device. On refusal, methods that return an integer return -1; methods
+ * that return a record throw EX_ILLEGAL_ARGUMENT. */
 class RelayService : public com::qv::BnRelayService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using Status = android::binder::Status;
 
@@ -30,13 +30,9 @@ class RelayService : public com::qv::BnRelayService {
 #undef METHOD
 
  private:
-  /** Hands the record to the relays, unless it has another size. */
-  template <typename Record>
-  Status set(bool (Relays::*method)(const Record&), const CommonParcelable& record, int32_t* result);
-  /** The same for what is changed within the bracket. */
-  template <typename Record>
-  Status change(bool (Relays::*method)(pid_t, const Record&), const CommonParcelable& record,
-                int32_t* result);
+  /** Returns 0 if `method`, called with the record, returns true. A record of another size is refused. */
+  template <typename Record, typename Method>
+  Status apply(const CommonParcelable& record, int32_t* result, Method method);
 
   RealTime<Relays> relays_;
 };

@@ -24,12 +24,11 @@ constexpr Preset kPresets[kRelayOutputs] = {
 };
 
 RelayOutput toOutput(int32_t id, const Preset& preset) {
-  RelayOutput output{};
+  RelayOutput output = with(&RelayOutput::name, preset.name);
   output.id = id;
   output.type = preset.type;
   output.enabled = preset.enabled;
   output.onMs = kDoorOpenMs;
-  copyText(output.name, preset.name);
   copyText(output.typeName, preset.type == RelayType::kPulse ? "door" : "light");
   return output;
 }
@@ -46,9 +45,7 @@ bool Relays::load(std::string* error) {
   return store_->transact(
       [this](Transaction& transaction) {
         if (nameTable_.create(transaction)) {
-          RelayNameRecord name{.id = kDevice, .name = {}};
-          copyText(name.name, "Relay box");
-          nameTable_.put(transaction, name);
+          nameTable_.put(transaction, {.id = kDevice, .name = "Relay box"});
         }
         if (outputTable_.create(transaction)) {
           for (int32_t id = 1; id <= kRelayOutputs; ++id) {
@@ -165,7 +162,7 @@ bool Relays::schedule(const ScheduledRelayActRecord& scheduled) {
   ++scheduled_;
   timers_.after(Time(scheduled.afterMs), [this, act = scheduled.act] {
     --scheduled_;
-    // It may have been disabled meanwhile.
+    // Refused if the output has been disabled meanwhile.
     this->act(act);
   });
   return true;

@@ -3,7 +3,6 @@
 #include <sys/types.h>
 
 #include <array>
-#include <functional>
 #include <memory>
 #include <optional>
 #include <string>
@@ -16,13 +15,12 @@
 namespace sim {
 
 /**
- * The relay device: eight outputs, whose configuration is in the store. It is changed between begin() and
- * commit(), by one process at a time. Time passes only in advanceTo(). Not for use by several threads at
- * once.
+ * The relay device: eight outputs, whose configuration is in the store. It changes between begin() and
+ * commit(), by one process at a time. Time passes only in advanceTo(). Not thread-safe.
  */
 class Relays {
  public:
-  /** The only device there is. */
+  /** There is one device. */
   static constexpr int32_t kDevice = 1;
   static constexpr int32_t kMaxMs = 3'600'000;
   static constexpr int32_t kMaxScheduled = 100;
@@ -31,7 +29,7 @@ class Relays {
   Relays(const Relays&) = delete;
   Relays& operator=(const Relays&) = delete;
 
-  /** To be called before anything else. False, with the reason in `error`, if the store fails. */
+  /** To be called first. False, with the reason in `error`, if the store fails. */
   bool load(std::string* error);
 
   std::optional<Time> nextTimer() const { return timers_.next(); }
@@ -40,10 +38,9 @@ class Relays {
   std::string name() const;
   RelayOutputsRecord outputs() const;
 
-  /* False if it is refused, or can't be stored; then nothing has changed. */
+  /* False, without a change, on refusal or if the store fails. */
   bool setName(const RelayNameRecord& name);
-  /** A second begin of the same process forgets what it has changed; a process that has died holds up
-   * nobody. */
+  /** A second begin() of a process discards its changes. The death of a process ends its bracket. */
   bool begin(pid_t process);
   bool setType(pid_t process, const RelayTypeRecord& type);
   bool setTime(pid_t process, const RelayTimeRecord& time);
@@ -54,7 +51,7 @@ class Relays {
 
   bool act(const RelayActRecord& act);
   bool schedule(const ScheduledRelayActRecord& act);
-  /** Nothing for an output that there isn't. */
+  /** Empty if there is no such output. */
   std::optional<RelayAct> lastAct(int32_t output) const;
   std::optional<bool> isOn(int32_t output) const;
 
@@ -62,7 +59,7 @@ class Relays {
   struct Output {
     RelayOutput config;
     RelayAct lastAct = RelayAct::kOff;
-    /** The next change by itself. */
+    /** The next automatic change. */
     TimerQueue::Id timer = 0;
   };
   using Configs = std::array<RelayOutput, kRelayOutputs>;
@@ -74,7 +71,7 @@ class Relays {
 
   static bool isOutput(int32_t output) { return output >= 1 && output <= kRelayOutputs; }
   static bool isActable(const RelayActRecord& act);
-  /** What the process may change; null if there is nothing like that. */
+  /** The output in the bracket of the process; null without a bracket or such an output. */
   RelayOutput* toChange(pid_t process, int32_t device, int32_t output);
   Output& at(int32_t output) { return outputs_[static_cast<size_t>(output - 1)]; }
   const Output& at(int32_t output) const { return outputs_[static_cast<size_t>(output - 1)]; }

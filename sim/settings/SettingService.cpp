@@ -29,7 +29,7 @@ struct Put {
 
 }  // namespace
 
-std::string SettingService::keyOf(Method method, const std::vector<Argument>& arguments) {
+std::string SettingService::keyOf(ConfigMethod method, const std::vector<Argument>& arguments) {
   const Setting* setting = findSetting(method);
   std::string key = setting != nullptr ? setting->key() : joinKey({nameOf(method)});
   if (setting != nullptr && setting->shared) return key;
@@ -37,7 +37,7 @@ std::string SettingService::keyOf(Method method, const std::vector<Argument>& ar
   return key;
 }
 
-Status SettingService::perform(Method method, std::vector<Argument> arguments, const Answer& answer) {
+Status SettingService::perform(ConfigMethod method, std::vector<Argument> arguments, const Answer& answer) {
   const Setting* setting = findSetting(method);
   if (setting == nullptr) {
     const bool isRequest =
@@ -47,9 +47,9 @@ Status SettingService::perform(Method method, std::vector<Argument> arguments, c
     return Status::ok();
   }
   if (method == setting->getter) {
-    const std::string bytes = settings_.use([&](const Values& values) {
+    const std::string bytes = settings_->use([&](const Values& values) {
       const auto found = values.find(keyOf(method, arguments));
-      return found != values.end() ? found->second : setting->presetBytes();
+      return found != values.end() ? found->second : setting->presetBytes(values);
     });
     std::visit(Put{bytes}, answer);
     return Status::ok();
@@ -59,13 +59,13 @@ Status SettingService::perform(Method method, std::vector<Argument> arguments, c
   const std::string bytes = std::move(value->bytes);
   if (!setting->accepts(bytes.size())) return refuse("The record has another size");
   arguments.erase(std::next(value).base());
-  settings_.use([&](Values& values) { values[keyOf(method, arguments)] = bytes; });
+  settings_->use([&](Values& values) { values[keyOf(method, arguments)] = bytes; });
   std::visit(Put{"0"}, answer);
   return Status::ok();
 }
 
 template <typename... Args>
-Status SettingService::performRow(Method method, const Args&... args) {
+Status SettingService::performRow(ConfigMethod method, const Args&... args) {
   std::vector<Argument> arguments;
   Answer answer;
   bool canAnswer = true;
@@ -84,9 +84,9 @@ Status SettingService::performRow(Method method, const Args&... args) {
                    : Status::fromExceptionCode(Status::EX_UNSUPPORTED_OPERATION);
 }
 
-#define METHOD(code, name, ...)                                               \
-  Status SettingService::name(COM_QV_PARAMS(__VA_ARGS__)) {                   \
-    return performRow(Method::name __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__)); \
+#define METHOD(code, name, ...)                                                     \
+  Status SettingService::name(COM_QV_PARAMS(__VA_ARGS__)) {                         \
+    return performRow(ConfigMethod::name __VA_OPT__(, ) COM_QV_NAMES(__VA_ARGS__)); \
   }
 #include <com/qv/ConfigService.def>
 #undef METHOD

@@ -10,30 +10,28 @@
 #include <variant>
 #include <vector>
 
-#include "settings/Method.h"
+#include "common/Service.h"
+#include "settings/ConfigMethod.h"
 #include "settings/Settings.h"
 
 namespace sim {
 
-/**
- * The config service as far as it reads and sets values, which SettingTable.cpp lists: what is set can be
- * read back, and what is not in the table does nothing and answers 0.
- */
+/** The methods of the config service that read and set the values in SettingTable.cpp. A method without a
+ * setting does nothing and returns 0. */
 class SettingService : public com::qv::BnConfigService {
  public:
-  // The rows name them so.
+  // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using Status = android::binder::Status;
 
-  explicit SettingService(std::shared_ptr<Settings> settings)
-      : settings_(*settings), owner_(std::move(settings)) {}
+  explicit SettingService(std::shared_ptr<Settings> settings) : settings_(std::move(settings)) {}
 
 #define METHOD(code, name, ...) Status name(COM_QV_PARAMS(__VA_ARGS__)) override;
 #include <com/qv/ConfigService.def>
 #undef METHOD
 
  protected:
-  /** An in-argument as it is stored. */
+  /** An in-parameter in its stored form. */
   struct Argument {
     std::string bytes;
     bool isRecord = false;
@@ -45,24 +43,18 @@ class SettingService : public com::qv::BnConfigService {
   };
   using Answer = std::variant<std::monostate, int32_t*, bool*, std::string*, CommonParcelable*>;
 
-  static Status refuse(const char* why) {
-    return Status::fromExceptionCode(Status::EX_ILLEGAL_ARGUMENT, why);
-  }
   /** The key of a setting's value. */
-  static std::string keyOf(Method method, const std::vector<Argument>& arguments);
+  static std::string keyOf(ConfigMethod method, const std::vector<Argument>& arguments);
 
-  /** What `method` does by the table. */
-  Status perform(Method method, std::vector<Argument> arguments, const Answer& answer = {});
+  /** Does what the table gives for `method`. */
+  Status perform(ConfigMethod method, std::vector<Argument> arguments, const Answer& answer = {});
 
-  Settings& settings_;
+  const std::shared_ptr<Settings> settings_;
 
  private:
-  /** Calls may come in until the process is gone. */
-  const std::shared_ptr<Settings> owner_;
-
-  /** The same with the arguments of the method as they are. */
+  /** The same with the parameters of the method. */
   template <typename... Args>
-  Status performRow(Method method, const Args&... args);
+  Status performRow(ConfigMethod method, const Args&... args);
 };
 
 }  // namespace sim

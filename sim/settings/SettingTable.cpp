@@ -10,7 +10,7 @@ namespace sim {
 
 namespace {
 
-using enum Method;
+using enum ConfigMethod;
 
 constexpr bool kShared = true;
 
@@ -33,6 +33,13 @@ constexpr Setting kSettings[] = {
     {getMdcExpandConfig, none, RecordOf{VESK_MDC_EXPAND_SIZE}},
     {isDssMemoryDisableAutoLine, none, 0},
     {getExkeyState, none, 0},
+    {getUserSoftkeyConfig, none, RecordOf{sizeof(vesk_user_softkey), "Menu"}},
+    {getSoftkeyText, none, "Menu"},
+    {getSoftkeyNum, none, 4},
+    {getSoftkeyConfigKeyIndex, none, 0},
+    {getDssIconName, none, RecordOf{VESK_DSS_ICON_NAME_SIZE, "dss.png"}},
+    {getBackgroundName, none, RecordOf{VESK_BACKGROUND_NAME_SIZE, "background.jpg"}},
+    {getSoftkeyIconName, none, RecordOf{VESK_SOFTKEY_ICON_NAME_SIZE, "softkey.png"}},
     {getSoftkeyExitStyle, none, 0},
     {getSoftkeyMode, none, 0},
     {getSoftkeyList, setSoftkeyList, "history;contacts;dnd;menu", kShared},
@@ -47,6 +54,7 @@ constexpr Setting kSettings[] = {
 
     // Dial peers, lines, accounts
     {dialpeerGetConfig, none, RecordOf{VESK_DIALPEER_CONFIG_SIZE}},
+    {getConfigedDialpeerNumber, none, CountOf{dialpeerGetConfig}},
     {dialpeerGetLineMax, none, Phone::kLines},
     {getLineNum, none, Phone::kLines},
     {getActiveLineNum, none, Phone::kRegisteredLines},
@@ -129,6 +137,7 @@ constexpr Setting kSettings[] = {
     {getBluetoothEnebled, setBluetoothEnabled, 0},
     {getBluetoothAdaperName, setBluetoothAdapterName, identity::kName},
     {getBluetoothLastConnectedAddr, setBluetoothLastConnectedAddr, ""},
+    {getWkNum, none, CountOf{getWkInfo}},
     {getWkInfo, setWkInfo, RecordOf{VESK_WK_INFO_SIZE}},
     {none, setWkConfig, 0},
     {getWkRingTime, none, ""},
@@ -153,6 +162,7 @@ constexpr Setting kSettings[] = {
     {getPassDialModel, setPassDialModel, RecordOf{VESK_PASS_DIAL_SIZE}},
     {getVoiceMsgModel, setVoiceMsgModel, RecordOf{VESK_VOICE_MSG_SIZE}},
     {getRedialCallModel, setRedialCallModel, RecordOf{VESK_REDIAL_CALL_INFO_SIZE}},
+    {getNumberPrivacyData, none, RecordOf{VESK_NUMBER_PRIVACY_SIZE}},
     {getPickUpConfig, none, RecordOf{VESK_PICK_UP_CONFIG_SIZE}},
     {getBanAnonymousCallStatus, setBanAnonymousCallStatus, 0},
     {getEmergencyNumber, setEmergencyNumber, "112"},
@@ -194,9 +204,16 @@ constexpr Setting kSettings[] = {
 
 std::string Setting::key() const { return joinKey({nameOf(getter != none ? getter : setter)}); }
 
-std::string Setting::presetBytes() const {
+std::string Setting::presetBytes(const Values& values) const {
   if (const auto* number = std::get_if<int32_t>(&preset)) return std::to_string(*number);
-  if (const auto* record = std::get_if<RecordOf>(&preset)) return std::string(record->size, '\0');
+  if (const auto* record = std::get_if<RecordOf>(&preset)) {
+    std::string bytes(record->text);
+    bytes.resize(record->size);
+    return bytes;
+  }
+  if (const auto* count = std::get_if<CountOf>(&preset)) {
+    return std::to_string(numbersAfter(values, joinKey({nameOf(count->getter), ""})).size());
+  }
   return std::string(std::get<std::string_view>(preset));
 }
 
@@ -205,11 +222,11 @@ bool Setting::accepts(size_t size) const {
   return record == nullptr || record->size == size;
 }
 
-const Setting* findSetting(Method method) {
+const Setting* findSetting(ConfigMethod method) {
   static const auto byMethod = [] {
     std::array<const Setting*, std::size(kMethodNames)> settings{};
     for (const Setting& setting : kSettings) {
-      for (const Method user : {setting.getter, setting.setter}) {
+      for (const ConfigMethod user : {setting.getter, setting.setter}) {
         settings[static_cast<size_t>(user)] = &setting;
       }
     }

@@ -7,37 +7,43 @@
 #include <string_view>
 #include <variant>
 
-#include "settings/Method.h"
+#include "settings/ConfigMethod.h"
+#include "settings/Settings.h"
 
 namespace sim {
 
-/** A record, of zeros until it is set. */
+/** A record of zeros, but for the text at its beginning. */
 struct RecordOf {
   size_t size;
+  std::string_view text = {};
+};
+
+/** The number of the values that are set for another getter. */
+struct CountOf {
+  ConfigMethod getter;
 };
 
 /**
- * A value of the device that methods read and set by its type alone. It is kept for each combination of the
- * arguments that are not the value itself, in order; a setter's value is its last record, or else its last
- * argument.
+ * A value that one method sets and another returns. It is kept separately for each combination of the
+ * arguments other than the value; the value is the last record of the setter, or else its last argument.
  */
 struct Setting {
   /** Either may be none. */
-  Method getter;
-  Method setter;
-  /** Until it is set. Switches are numbers. */
-  std::variant<int32_t, std::string_view, RecordOf> preset;
-  /** There is one value, whatever the other arguments are. */
+  ConfigMethod getter;
+  ConfigMethod setter;
+  /** The value before it is set. Switches are numbers. */
+  std::variant<int32_t, std::string_view, RecordOf, CountOf> preset;
+  /** There is one value for all combinations of the other arguments. */
   bool shared = false;
 
-  /** The key of the value for no arguments, and the beginning of all others. */
+  /** The key of the value without arguments, and the prefix of all others. */
   std::string key() const;
-  std::string presetBytes() const;
+  std::string presetBytes(const Values& values) const;
   /** Whether the value may be `size` bytes long. */
   bool accepts(size_t size) const;
 };
 
-/** The setting that `method` reads or sets; null if it does neither. */
-const Setting* findSetting(Method method);
+/** The setting that `method` returns or sets; null without one. */
+const Setting* findSetting(ConfigMethod method);
 
 }  // namespace sim

@@ -83,7 +83,7 @@ bool Settings::load(const Values& factory, std::string* error) {
 }
 
 bool Settings::save(std::string* error) const {
-  // Held until it is written, so that of two savings the later one has the last word.
+  // Locked during the writing, so that the later of two calls writes last.
   const std::lock_guard lock(mutex_);
   return store_->transact(
       [&](Transaction& transaction) {

@@ -14,33 +14,33 @@
 
 namespace sim {
 
-/** Everything that is set, by key: texts and records as their bytes, numbers in decimal, switches as 1 or 0.
+/** All values that are set, by key: texts and records as their bytes, numbers in decimal, switches as 1 or 0.
  */
 using Values = std::map<std::string, std::string>;
 
-/** Joins the parts with slashes, so that no other parts have the same key. */
+/** Joins the parts with slashes. Different parts give different keys. */
 std::string joinKey(std::initializer_list<std::string_view> parts);
 /** Adds a part to a key. */
 void extendKey(std::string& key, std::string_view part);
 
-/** The numbers that follow `prefix` in keys, whatever stands behind them. */
+/** The numbers that directly follow `prefix` in keys. */
 std::set<int32_t> numbersAfter(const Values& values, const std::string& prefix);
-/** Erases what is numbered `number` after `prefix`; those above move down by one. */
+/** Erases the keys with `number` after `prefix`; greater numbers decrease by one. */
 void eraseNumbered(Values& values, const std::string& prefix, int32_t number);
 
-/** The settings of the device. A change is there at once, but survives the device only if it is saved. For
- * any thread. */
+/** The settings of the device. Changes take effect at once, but outlive the device only if saved.
+ * Thread-safe. */
 class Settings {
  public:
   explicit Settings(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** Takes what was saved last, or `factory` if nothing ever was. False, with the reason in `error`, if the
-   * store fails. */
+  /** Loads the values that were saved last, or `factory` if none were. False, with the reason in `error`, if
+   * the store fails. */
   bool load(const Values& factory, std::string* error);
-  /** Saves all of it, or, if that fails, nothing. */
+  /** Saves all values; none of them if it fails. */
   bool save(std::string* error) const;
 
-  /** Runs `action` on the values, with nobody else at them. */
+  /** Runs `action` on the values under the lock. */
   template <typename Action>
   auto use(Action&& action) {
     const std::lock_guard lock(mutex_);

@@ -3,6 +3,7 @@
 #include <cstdint>
 #include <optional>
 #include <string>
+#include <utility>
 #include <vector>
 
 #include "common/Records.h"
@@ -10,31 +11,27 @@
 
 namespace sim {
 
-/** What stands in one table of the store: bytes by number. Each member is a part of a transaction. */
-class ByteTable {
+/** A table of the store with blobs by number. Each method is part of a transaction. */
+class BlobTable {
  public:
-  struct Entry {
-    int32_t id;
-    std::string bytes;
-  };
+  /** `name` becomes part of the SQL and must not come from a user. */
+  explicit BlobTable(const char* name) : name_(name) {}
 
-  /** `name` is one of our own, not of a user's making. */
-  explicit ByteTable(const char* name) : name_(name) {}
-
-  /** Makes the table. False if it was there. */
+  /** Creates the table. False if it exists. */
   bool create(Transaction& transaction) const;
-
   int32_t count(Transaction& transaction) const;
-  std::optional<std::string> find(Transaction& transaction, int32_t id) const;
-  /** By number. */
-  std::vector<Entry> all(Transaction& transaction) const;
-  /** A number that none has had before. */
-  int32_t newId(Transaction& transaction) const;
-  /** In the place of what had the number, if anything did. */
-  void put(Transaction& transaction, int32_t id, std::string_view bytes) const;
-  /** False if there was none. */
+  /** False if there is no such entry. */
   bool erase(Transaction& transaction, int32_t id) const;
   void eraseAll(Transaction& transaction) const;
+
+ protected:
+  std::optional<std::string> find(Transaction& transaction, int32_t id) const;
+  /** In the order of the numbers. */
+  std::vector<std::pair<int32_t, std::string>> all(Transaction& transaction) const;
+  /** A number that no entry has had before. */
+  int32_t newId(Transaction& transaction) const;
+  /** Adds an entry, or replaces it. */
+  void put(Transaction& transaction, int32_t id, std::string_view bytes) const;
 
  private:
   std::string sql(const char* before, const char* after) const { return before + name_ + after; }
@@ -42,52 +39,46 @@ class ByteTable {
   const std::string name_;
 };
 
-/** Records that carry their own number, as `id`. */
+/** Records by number. Those with a member `id` carry their number. */
 template <typename Record>
-class RecordTable {
+class RecordTable : public BlobTable {
  public:
-  explicit RecordTable(const char* name) : table_(name) {}
-
-  bool create(Transaction& transaction) const { return table_.create(transaction); }
-
-  int32_t count(Transaction& transaction) const { return table_.count(transaction); }
+  using BlobTable::BlobTable;
 
   std::optional<Record> find(Transaction& transaction, int32_t id) const {
-    const std::optional<std::string> bytes = table_.find(transaction, id);
+    const std::optional<std::string> bytes = BlobTable::find(transaction, id);
     return bytes ? unpack<Record>(*bytes) : std::nullopt;
   }
 
   std::vector<Record> all(Transaction& transaction) const {
     std::vector<Record> records;
-    for (const ByteTable::Entry& entry : table_.all(transaction)) {
-      if (const std::optional<Record> record = unpack<Record>(entry.bytes)) records.push_back(*record);
+    for (const auto& [id, bytes] : BlobTable::all(transaction)) {
+      if (const std::optional<Record> record = unpack<Record>(bytes)) records.push_back(*record);
     }
     return records;
   }
 
-  /** Gives the record a number, which is the result. */
+  /** Adds a record under a new number, which it returns. */
   int32_t add(Transaction& transaction, Record record) const {
-    record.id = table_.newId(transaction);
+    record.id = newId(transaction);
     put(transaction, record);
     return record.id;
   }
 
-  void put(Transaction& transaction, const Record& record) const {
-    table_.put(transaction, record.id, bytesOf(record));
+  void put(Transaction& transaction, int32_t id, const Record& record) const {
+    BlobTable::put(transaction, id, bytesOf(record));
   }
 
-  /** False if there was none. */
-  bool erase(Transaction& transaction, int32_t id) const { return table_.erase(transaction, id); }
-  void eraseAll(Transaction& transaction) const { table_.eraseAll(transaction); }
+  void put(Transaction& transaction, const Record& record) const { put(transaction, record.id, record); }
 
-  /** False, and nothing happens, if there is none to take the place of. */
+  /** False if there is no record to replace. */
   bool replace(Transaction& transaction, const Record& record) const {
     if (!find(transaction, record.id)) return false;
     put(transaction, record);
     return true;
   }
 
-  /** Erases those for which `condition` holds. How many that were. */
+  /** Erases the records for which `condition` holds. Returns their number. */
   template <typename Condition>
   int32_t eraseIf(Transaction& transaction, Condition condition) const {
     int32_t count = 0;
@@ -96,9 +87,6 @@ class RecordTable {
     }
     return count;
   }
-
- private:
-  const ByteTable table_;
 };
 
 }  // namespace sim

@@ -4,7 +4,6 @@
 
 #include <algorithm>
 #include <cstdint>
-#include <cstring>
 #include <memory>
 #include <string>
 #include <thread>
@@ -12,8 +11,8 @@
 #include <vector>
 
 #include "ServiceTesting.h"
+#include "common/Records.h"
 #include "config/ConfigRecords.h"
-#include "config/DsskeyText.h"
 
 namespace {
 
@@ -27,7 +26,7 @@ class ConfigServiceTest : public testing::Test {
  protected:
   void SetUp() override { start(); }
 
-  /** As the device does when it is started. */
+  /** Starts the service on the same store, as a restart of the device does. */
   void start() {
     std::string error;
     if (store_ == nullptr) store_ = sim::Store::open("", &error);
@@ -36,7 +35,7 @@ class ConfigServiceTest : public testing::Test {
     service = new sim::ConfigService(settings);
   }
 
-  /** The result of a method; also fails the test if there is none. */
+  /** The result of a method; a refusal fails the test. */
   template <typename Result, typename... Params, typename... Args>
   auto ask(Status (IConfigService::*method)(Params...), const Args&... args) {
     Result result{};
@@ -49,14 +48,14 @@ class ConfigServiceTest : public testing::Test {
     return ask<int32_t>(method, args...);
   }
 
-  /** So that each method can be named by the interface alone. */
+  /** By the interface that declares the methods that the tests name. */
   android::sp<IConfigService> service;
 
  private:
   std::shared_ptr<sim::Store> store_;
 };
 
-TEST_F(ConfigServiceTest, KeepsWhatIsSetAndReadInDifferentWays) {
+TEST_F(ConfigServiceTest, SettersAndGettersOfOneValue) {
   EXPECT_TRUE(service->setSpaceDndTime("22:30", "600").isOk());
   EXPECT_EQ(number(&IConfigService::getSpaceDndStartTime), 1350);
   EXPECT_EQ(number(&IConfigService::getSpaceDndEndTime), 600);
@@ -76,7 +75,7 @@ TEST_F(ConfigServiceTest, KeepsWhatIsSetAndReadInDifferentWays) {
             settings.blob());
 }
 
-TEST_F(ConfigServiceTest, LosesNothingWhenSeveralThreadsSetAndSave) {
+TEST_F(ConfigServiceTest, ConcurrentChangesAreSaved) {
   constexpr int kThreads = 4;
   constexpr int kGroups = 50;
   const std::string text = "x";
@@ -94,7 +93,7 @@ TEST_F(ConfigServiceTest, LosesNothingWhenSeveralThreadsSetAndSave) {
   EXPECT_EQ(number(&IConfigService::configGroupTotalNumberGet, text, text), kThreads * kGroups);
 }
 
-TEST_F(ConfigServiceTest, KeepsTheValuesOfOtherArgumentsApart) {
+TEST_F(ConfigServiceTest, KeysDoNotCollide) {
   const auto set = [&](const std::string& section, const std::string& key, const std::string& subKey) {
     return number(&IConfigService::setConfig, section, key, subKey, section + "|" + key + "|" + subKey);
   };
@@ -111,7 +110,7 @@ TEST_F(ConfigServiceTest, KeepsTheValuesOfOtherArgumentsApart) {
   EXPECT_EQ(set("a", "", "c"), -1);
 }
 
-TEST_F(ConfigServiceTest, BoundsAnAnswerByTheClientsRoom) {
+TEST_F(ConfigServiceTest, ValuesAreCutAndSwitchesRead) {
   const std::string key = "key";
   const std::string value = "12345é7890";
   number(&IConfigService::setConfig, key, key, key, value);
@@ -134,7 +133,7 @@ TEST_F(ConfigServiceTest, BoundsAnAnswerByTheClientsRoom) {
   }
 }
 
-TEST_F(ConfigServiceTest, CountsGroupsAndMovesTheLaterOnesDown) {
+TEST_F(ConfigServiceTest, DeletedGroupsRenumberLaterOnes) {
   const std::string section = "phonebook";
   const std::string key = "ldap";
   const auto total = [&] { return number(&IConfigService::configGroupTotalNumberGet, section, key); };
@@ -159,7 +158,7 @@ TEST_F(ConfigServiceTest, CountsGroupsAndMovesTheLaterOnesDown) {
   EXPECT_EQ(total(), 10);
 }
 
-TEST_F(ConfigServiceTest, KeepsScenes) {
+TEST_F(ConfigServiceTest, Scenes) {
   const std::string a = "a", b = "b", c = "c", d = "d", tooLong(110, 'x');
   EXPECT_EQ(number(&IConfigService::sceneConfigAdd, 3, a, b, c, d, 9), 0);
   EXPECT_EQ(number(&IConfigService::sceneConfigAdd, 3, a, b, c, d, 9), -1) << "there is one";
@@ -181,7 +180,7 @@ TEST_F(ConfigServiceTest, KeepsScenes) {
   EXPECT_FALSE(service->sceneConfigGet(3, &none).isOk());
 }
 
-TEST_F(ConfigServiceTest, NumbersDialPeersWithoutGaps) {
+TEST_F(ConfigServiceTest, DialPeersHaveNoGaps) {
   const auto set = [&](int32_t index, char c) {
     return number(&IConfigService::dialpeerSetConfig, index, record(208, c));
   };
@@ -199,49 +198,18 @@ TEST_F(ConfigServiceTest, NumbersDialPeersWithoutGaps) {
   EXPECT_EQ(get(11), record(208, '\0').blob());
 }
 
-TEST_F(ConfigServiceTest, PutsDssKeysInWordsThatGiveTheSameKeyAgain) {
-  struct {
-    sim::DsskeyRecord key;
-    const char* words;
-  } const rows[] = {
-      {{1, 0, 0, 0, "", "200"}, "200"},
-      {{2, 1, 5, 3, "Front Door", "240"}, "240;line=1;icon=5;theme=3;title=Front Door"},
-      {{-1, INT32_MIN, 0, 0, "a;b\\", "x=\\;y"}, "x=\\\\\\;y;line=-2147483648;title=a\\;b\\\\"},
-      {{0, 0, 0, 0, "line=1", ""}, ";title=line=1"},
-  };
-  for (const auto& [key, words] : rows) {
-    SCOPED_TRACE(words);
-    vesk_dsskey_value value;
-    const CommonParcelable packed(&key, sizeof(key));
-    ASSERT_TRUE(
-        ask<CommonParcelable>(&IConfigService::formattingDsskeyValue, packed).copyTo(&value, sizeof(value)));
-    EXPECT_EQ(value.type, key.type);
-    EXPECT_STREQ(value.text, words);
-    EXPECT_EQ(
-        ask<CommonParcelable>(&IConfigService::parsingDsskeyValue, CommonParcelable(&value, sizeof(value)))
-            .blob(),
-        packed.blob());
-  }
+TEST_F(ConfigServiceTest, DssKeyValuesAreFormattedAndParsed) {
+  const sim::DsskeyRecord key{.type = 2, .line = 0, .icon = 0, .theme = 0, .title = {}, .value = "240"};
+  const auto formatted = ask<CommonParcelable>(&IConfigService::formattingDsskeyValue, sim::pack(key));
+  const auto value = sim::unpack<vesk_dsskey_value>(formatted);
+  ASSERT_TRUE(value);
+  EXPECT_EQ(value->type, 2);
+  EXPECT_STREQ(value->text, "240");
+  EXPECT_EQ(ask<CommonParcelable>(&IConfigService::parsingDsskeyValue, formatted).blob(),
+            sim::pack(key).blob());
 }
 
-TEST_F(ConfigServiceTest, RefusesWhatIsNoDssKeyInWords) {
-  for (const char* words : {"1;", "1;line", "1;line=x", "1;line=99999999999", "1;color=2", "1;line=1;2"}) {
-    vesk_dsskey_value value{};
-    std::strcpy(value.text, words);
-    CommonParcelable key;
-    EXPECT_FALSE(service->parsingDsskeyValue({&value, sizeof(value)}, &key).isOk()) << words;
-  }
-  sim::DsskeyRecord keys[3]{};
-  std::memset(keys[0].value, ';', 300);                    // Too long with its backslashes.
-  std::memcpy(keys[1].title, "a\0b", 3);                   // What is behind the zero would be lost.
-  std::memset(keys[2].value, 'x', sizeof(keys[2].value));  // No zero at the end.
-  for (const sim::DsskeyRecord& key : keys) {
-    CommonParcelable words;
-    EXPECT_FALSE(service->formattingDsskeyValue({&key, sizeof(key)}, &words).isOk());
-  }
-}
-
-TEST_F(ConfigServiceTest, ShowsDssKeys) {
+TEST_F(ConfigServiceTest, DssKeysAreShownAndReset) {
   sim::DsskeyRecord key{.type = 1, .line = 0, .icon = 7, .theme = 2, .title = "Title", .value = "Value"};
   service->setDsskeyConfig(1, 2, 3, {&key, sizeof(key)});
   vesk_dss_display shown;
@@ -256,16 +224,21 @@ TEST_F(ConfigServiceTest, ShowsDssKeys) {
   sim::IconChangedRecord last;
   ASSERT_TRUE(icons.back().copyTo(&last, sizeof(last)));
   EXPECT_EQ(std::tie(last.a, last.b, last.c, last.icon), std::make_tuple(1, 2, 3, 7));
+  EXPECT_EQ(number(&IConfigService::saveConfig), 0);
   EXPECT_EQ(number(&IConfigService::FactoryReset, 0), 0);
-  EXPECT_EQ(ask<std::vector<CommonParcelable>>(&IConfigService::getDsskeyIconChangedArr).size(),
-            icons.size() - 1);
+  for (const char* when : {"at once", "after a restart"}) {
+    EXPECT_EQ(ask<std::vector<CommonParcelable>>(&IConfigService::getDsskeyIconChangedArr).size(),
+              icons.size() - 1)
+        << when;
+    start();
+  }
 
   EXPECT_EQ(number(&IConfigService::getEmptyDssUrlIndex, 1), 0);
   for (const int32_t index : {0, 1, 3}) service->setMdcDsskeyConfig(1, index, record(980));
   EXPECT_EQ(number(&IConfigService::getEmptyDssUrlIndex, 1), 2);
 }
 
-TEST_F(ConfigServiceTest, ListsRecordsOfTheirSizes) {
+TEST_F(ConfigServiceTest, ListsHaveRecordsOfTheirSize) {
   struct {
     Status (IConfigService::*method)(std::vector<CommonParcelable>*);
     size_t size;
@@ -285,7 +258,7 @@ TEST_F(ConfigServiceTest, ListsRecordsOfTheirSizes) {
   EXPECT_EQ(ask<std::vector<CommonParcelable>>(&IConfigService::getAlarmLogs).size(), 2U);
 }
 
-TEST_F(ConfigServiceTest, TranslatesBetweenZonesRingsAndTheirPlaces) {
+TEST_F(ConfigServiceTest, TimeZonesAndRingtonesHaveIndices) {
   const auto zones = ask<std::vector<android::String16>>(&IConfigService::getTimeZone);
   for (int32_t i = 0; i < static_cast<int32_t>(zones.size()); ++i) {
     const int32_t cfg = number(&IConfigService::transTimezoneindex2cfg, i);
@@ -304,7 +277,7 @@ TEST_F(ConfigServiceTest, TranslatesBetweenZonesRingsAndTheirPlaces) {
   EXPECT_EQ(number(&IConfigService::ringtoneGetRingIndex, std::string("Gong")), -1);
 }
 
-TEST_F(ConfigServiceTest, EncodesInBase64WhatFits) {
+TEST_F(ConfigServiceTest, Base64IsRefusedIfItDoesNotFit) {
   struct {
     const char* source;
     int32_t length;
@@ -329,7 +302,7 @@ TEST_F(ConfigServiceTest, EncodesInBase64WhatFits) {
   }
 }
 
-TEST_F(ConfigServiceTest, KnowsTheDevicesInItsNetwork) {
+TEST_F(ConfigServiceTest, NeighbourDevices) {
   const auto nameOf = [&](const std::string& ip) {
     sim::DeviceNameRecord record{};
     ask<CommonParcelable>(&IConfigService::getDeviceNameByIp, ip).copyTo(&record, sizeof(record));
@@ -348,7 +321,7 @@ TEST_F(ConfigServiceTest, KnowsTheDevicesInItsNetwork) {
             "https://qcms.example/door/open/a%20b/%C3%BC/1%2F2/");
 }
 
-TEST_F(ConfigServiceTest, HasTheLinesOfThePhone) {
+TEST_F(ConfigServiceTest, LinesAndTimes) {
   EXPECT_EQ(number(&IConfigService::getLineNum), 3);
   EXPECT_EQ(number(&IConfigService::getActiveLineNum), 2);
   CommonParcelable info;

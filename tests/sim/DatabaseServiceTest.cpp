@@ -16,15 +16,15 @@ using com::qv::CommonParcelable;
 using com::qv::IDatabaseService;
 using sim::pack;
 using sim::textOf;
+using sim::with;
 using vesk::test::ask;
 using vesk::test::fetch;
-using vesk::test::with;
 
 class DatabaseServiceTest : public testing::Test {
  protected:
   void SetUp() override { start(); }
 
-  /** As the device does when it is started. */
+  /** Starts the service on the same store, as a restart of the device does. */
   void start() {
     std::string error;
     const android::sp<sim::DatabaseService> started = new sim::DatabaseService(store_);
@@ -46,7 +46,7 @@ class DatabaseServiceTest : public testing::Test {
     const auto found = record<sim::ContactRecord>(&IDatabaseService::phonebookContactRetrieve, how, place);
     return std::string(textOf(found.name)) + " " + std::string(textOf(found.numbers[0]));
   }
-  /** What the last request or search has found. */
+  /** The contacts of the last request or search. */
   std::string listed(int32_t count) {
     std::string text;
     for (int32_t index = 0; index < count; ++index) text += contact(1, index) + ";";
@@ -64,12 +64,12 @@ class DatabaseServiceTest : public testing::Test {
 
   const std::shared_ptr<sim::Store> store_ = vesk::test::openStore();
   android::sp<sim::DatabaseService> device_;
-  /** So that each method can be named by the interface alone. */
+  /** The same service; the interface declares the methods that the tests name. */
   android::sp<IDatabaseService> service_;
 };
 
-TEST(DatabaseService, TellsThatItsStoreFails) {
-  // Nobody has made the tables.
+TEST(DatabaseService, FailuresOfTheStoreAreReported) {
+  // Its tables have not been created.
   const android::sp<IDatabaseService> service = new sim::DatabaseService(vesk::test::openStore());
   vesk::test::LogCapture log;
   EXPECT_EQ(ask(*service, &IDatabaseService::addMemo, pack(sim::MemoRecord{})), -1);
@@ -79,7 +79,7 @@ TEST(DatabaseService, TellsThatItsStoreFails) {
   EXPECT_EQ(service->deleteSmsAll(0).exceptionCode(), android::binder::Status::EX_ILLEGAL_STATE);
 }
 
-TEST_F(DatabaseServiceTest, CountsMessagesByBox) {
+TEST_F(DatabaseServiceTest, MessagesAreCountedByBox) {
   const auto counts = [this] {
     std::string text;
     for (int32_t box = 0; box <= 4; ++box) {
@@ -116,10 +116,10 @@ TEST_F(DatabaseServiceTest, CountsMessagesByBox) {
   EXPECT_FALSE(service_->deleteSmsAll(-1).isOk());
   EXPECT_TRUE(service_->deleteSmsAll(0).isOk());
   start();
-  EXPECT_EQ(counts(), " 0 0 0 0 0") << "and what was there at first does not come back";
+  EXPECT_EQ(counts(), " 0 0 0 0 0") << "a restart does not restore the preset messages";
 }
 
-TEST_F(DatabaseServiceTest, FindsContactsByNumberGroupAndSearch) {
+TEST_F(DatabaseServiceTest, ContactsAreFoundByNumberGroupAndSearch) {
   EXPECT_EQ(contact(0, 1), "Alice Meyer 200");
   EXPECT_EQ(contact(0, 0), " ");
   EXPECT_EQ(listed(number(&IDatabaseService::phonebookRequest, 0, 0)),
@@ -146,7 +146,7 @@ TEST_F(DatabaseServiceTest, FindsContactsByNumberGroupAndSearch) {
   }
 }
 
-TEST_F(DatabaseServiceTest, ChangesContactsAndTheirGroups) {
+TEST_F(DatabaseServiceTest, ContactsAndGroupsAreChanged) {
   const auto created = with(&sim::ContactRecord::name, "Dana");
   EXPECT_EQ(number(&IDatabaseService::phonebookContactCreate, 9, pack(created)), -1) << "no such group";
   EXPECT_EQ(number(&IDatabaseService::phonebookContactCreate, 0, pack(sim::ContactRecord{})), -1)
@@ -192,7 +192,7 @@ TEST_F(DatabaseServiceTest, ChangesContactsAndTheirGroups) {
       << "numbers are not used again";
 }
 
-TEST_F(DatabaseServiceTest, TakesAllRequestsToThePhonebookInOneRecord) {
+TEST_F(DatabaseServiceTest, OneRecordCarriesAllPhonebookRequests) {
   sim::PhonebookRequestRecord request{};
   const auto perform = [&](sim::PhonebookRequestRecord::Action action) {
     request.action = action;
@@ -212,7 +212,7 @@ TEST_F(DatabaseServiceTest, TakesAllRequestsToThePhonebookInOneRecord) {
   EXPECT_EQ(perform(sim::PhonebookRequestRecord::Action{5}), -1);
 }
 
-TEST_F(DatabaseServiceTest, HasPicturesOfSomeContacts) {
+TEST_F(DatabaseServiceTest, ContactsHavePictures) {
   const auto alice = record<sim::PictureRecord>(&IDatabaseService::phonebookImageDataGet, 1);
   const auto door = record<sim::PictureRecord>(&IDatabaseService::phonebookImageDataGet, 4);
   EXPECT_EQ(textOf(alice.name), "alice.png");
@@ -222,7 +222,7 @@ TEST_F(DatabaseServiceTest, HasPicturesOfSomeContacts) {
   EXPECT_FALSE(service_->phonebookImageDataGet(2, &none).isOk());
 }
 
-TEST_F(DatabaseServiceTest, KeepsBothLists) {
+TEST_F(DatabaseServiceTest, BlacklistAndWhitelist) {
   const auto black = with(&sim::BlacklistRecord::number, "0190");
   const auto white = with(&sim::WhitelistRecord::number, "112");
   EXPECT_EQ(number(&IDatabaseService::phonebookContactAddBlacklist, pack(black)), 2);
@@ -253,7 +253,7 @@ TEST_F(DatabaseServiceTest, KeepsBothLists) {
   EXPECT_EQ(counts(3), 0);
 }
 
-TEST_F(DatabaseServiceTest, LogsTheCallsOfThePhone) {
+TEST_F(DatabaseServiceTest, CallsAreLogged) {
   sim::CallLog log([this](const sim::CallLogRecord& call) { device_->logCall(call); });
   sim::Phone phone([&](sim::Time time, const sim::Event& event) { log.notice(time, event); });
   sim::Time now{0};
@@ -312,7 +312,7 @@ TEST_F(DatabaseServiceTest, LogsTheCallsOfThePhone) {
   EXPECT_EQ(number(&IDatabaseService::phonebookCommonRequest, 4), 200);
 }
 
-TEST_F(DatabaseServiceTest, RemindsOfMemosOnce) {
+TEST_F(DatabaseServiceTest, DueMemosAreMarkedOnce) {
   const auto memo = [](const char* text, uint32_t due) {
     auto made = with(&sim::MemoRecord::text, text);
     made.due = due;
@@ -336,36 +336,28 @@ TEST_F(DatabaseServiceTest, RemindsOfMemosOnce) {
   EXPECT_EQ(number(&IDatabaseService::delMemo, 1), -1);
 }
 
-TEST_F(DatabaseServiceTest, ReadsThePhonebooksThatAreElsewhere) {
+TEST_F(DatabaseServiceTest, RemotePhonebooksAreReadAndSearched) {
   const auto name = [this](auto method, int32_t place) {
     return std::string(textOf(record<sim::ContactRecord>(method, place).name));
   };
-  EXPECT_EQ(number(&IDatabaseService::requestBtPhonebookData), 2);
-  EXPECT_EQ(name(&IDatabaseService::getBtPhonebookContactById, 1), "Mum");
+  EXPECT_EQ(number(&IDatabaseService::requestBtPhonebookData), 4);
+  EXPECT_EQ(name(&IDatabaseService::getBtPhonebookContactById, 1), "Reception");
   EXPECT_EQ(name(&IDatabaseService::getBtPhonebookContactById, 0), "");
-  EXPECT_EQ(name(&IDatabaseService::getBtPhonebookContactById, 3), "");
-
-  EXPECT_EQ(number(&IDatabaseService::requestXmlPhonebookData, 0, 9), -1) << "not open";
-  EXPECT_EQ(name(&IDatabaseService::getXmlPhonebookContactByIndex, 0), "");
+  EXPECT_EQ(name(&IDatabaseService::getBtPhonebookContactById, 5), "");
   EXPECT_EQ(number(&IDatabaseService::openXmlPhonebook, 2), -1);
-  EXPECT_EQ(number(&IDatabaseService::openXmlPhonebook, 1), 3);
-  EXPECT_EQ(number(&IDatabaseService::requestXmlPhonebookData, 1, 9), 2);
-  EXPECT_EQ(name(&IDatabaseService::getXmlPhonebookContactByIndex, 1), "Canteen");
+  EXPECT_EQ(number(&IDatabaseService::openLdapPhonebook, 1), 4);
+  EXPECT_EQ(number(&IDatabaseService::requestXmlPhonebookData, 1, 9), 3);
+  EXPECT_EQ(number(&IDatabaseService::requestXmlPhonebookData, 5, 1), -1);
   EXPECT_EQ(number(&IDatabaseService::phonebookContactSearch, 1, std::string("work")), 1);
   EXPECT_EQ(name(&IDatabaseService::getXmlPhonebookSearchContactByIndex, 0), "Workshop");
   EXPECT_EQ(name(&IDatabaseService::getXmlPhonebookSearchContactByIndex, 1), "");
-
-  EXPECT_EQ(number(&IDatabaseService::ldapContactSearchRequest, std::string("novak")), -1) << "not open";
-  EXPECT_EQ(number(&IDatabaseService::openLdapPhonebook, 1), 4);
-  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 2), "Fatima Haddad");
-  EXPECT_EQ(number(&IDatabaseService::ldapContactSearchRequest, std::string("novak")), 2);
-  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 1), "Eric Novak");
-  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 2), "");
+  EXPECT_EQ(number(&IDatabaseService::ldapContactSearchRequest, std::string("401")), 1);
+  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 0), "Dana Novak");
   EXPECT_EQ(number(&IDatabaseService::requestLdapPhonebookData, 2, 1), 1);
-  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 2), "Fatima Haddad");
+  EXPECT_EQ(name(&IDatabaseService::getLdapPhonebookContactByIndex, 2), "Workshop");
 }
 
-TEST_F(DatabaseServiceTest, GrantsAndRefusesDoorAccess) {
+TEST_F(DatabaseServiceTest, DoorAccessIsChecked) {
   auto past = with(&sim::DoorAccessRecord::credential, "past");
   past.enabled = 1;
   past.validUntil = 1;

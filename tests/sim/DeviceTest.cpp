@@ -22,7 +22,7 @@
 #include "RunProgram.h"
 #include "TemporaryDirectory.h"
 
-/* vesk-device as a process, seen through the C API. */
+/* A vesk-device process through the C API. */
 
 namespace {
 
@@ -39,7 +39,7 @@ CHILD_ROLE(exampleService) {
   return become({VESK_EXAMPLE_SERVICE});
 }
 
-/** What the callbacks were told, as lines of text. */
+/** The calls of the callbacks, as lines of text. */
 class Diary {
  public:
   void write(const char* format, ...) __attribute__((format(printf, 2, 3))) {
@@ -53,7 +53,7 @@ class Diary {
     changed_.notify_all();
   }
 
-  /** Everything up to the line, which is waited for. */
+  /** The lines up to `last`, which it waits for. */
   std::string readTo(const std::string& last) {
     std::unique_lock lock(mutex_);
     std::vector<std::string>::iterator found;
@@ -76,7 +76,7 @@ class Diary {
   std::vector<std::string> lines_;
 };
 
-/** Never destroyed: callbacks may run until the process is gone. */
+/** Never destroyed: callbacks may run until the process ends. */
 Diary& diary = *new Diary;
 
 void writeCall(const char* event, void* record) {
@@ -140,7 +140,9 @@ class Device : public testing::Test {
   ChildProcess device_{"device"};
 };
 
-TEST_F(Device, OffersToReachAnEngagedNumber) {
+TEST_F(Device, RedialAndCompletionRecords) {
+  // A second connection replaces the listener of the first: each event arrives once.
+  ASSERT_TRUE(connectWithDiary());
   EXPECT_EQ(binder_make_call(0, "221"), 1);
   EXPECT_EQ(diary.readTo("completion 1 '221' 0"),
             "start 1/1 'Hotline' 221 1\n"
@@ -154,8 +156,10 @@ TEST_F(Device, OffersToReachAnEngagedNumber) {
             "current 0\n"
             "completion 1 '221' 0\n");
   binder_call_auto_redial();
+  binder_auto_redial_make_call();
+  EXPECT_EQ(diary.readTo("redial 1/5 5 '221'"), "redial 0/5 5 '221'\nredial 1/5 5 '221'\n");
   binder_auto_redial_cancel();
-  EXPECT_EQ(diary.readTo("redial 0/5 5 ''"), "redial 0/5 5 '221'\nredial 0/5 5 ''\n");
+  diary.readTo("redial 1/5 5 ''");
 
   binder_make_call(1, "220");
   diary.readTo("completion 1 '220' 0");
@@ -165,44 +169,30 @@ TEST_F(Device, OffersToReachAnEngagedNumber) {
   diary.readTo("info 1/1 'Carla Rossi' 220 4");
 }
 
-TEST_F(Device, JoinsCallsInAConference) {
+TEST_F(Device, ConferenceEventsHaveTheMembers) {
   binder_make_call(1, "200");
   diary.readTo("info 1/1 'Alice Meyer' 200 4");
-  binder_make_call(1, "202");
-  diary.readTo("info 1/2 'Zoë Lindqvist' 202 4");
-
+  command("incoming 202 2");
+  diary.readTo("new 2/2 'Zoë Lindqvist' 202 3 incoming");
+  binder_headset_answer_call();
+  diary.readTo("info 2/2 'Zoë Lindqvist' 202 4 incoming");
   const int members[] = {2, 1};
   binder_add_conference_members(members, 2);
   binder_mute_all_conference_member(1, true);
   binder_remove_conference_member(2);
   EXPECT_EQ(diary.readTo("state 1/1 'Alice Meyer' 200 4 muted"),
             "conference 1: 2 1\n"
-            "state 1/2 'Zoë Lindqvist' 202 6\n"
+            "state 2/2 'Zoë Lindqvist' 202 6 incoming\n"
             "state 1/1 'Alice Meyer' 200 6\n"
-            "info 1/2 'Zoë Lindqvist' 202 6 muted\n"
+            "info 2/2 'Zoë Lindqvist' 202 6 incoming muted\n"
             "info 1/1 'Alice Meyer' 200 6 muted\n"
             "manager\n"
-            "state 1/2 'Zoë Lindqvist' 202 5 muted\n"
+            "state 2/2 'Zoë Lindqvist' 202 5 incoming muted\n"
             "conference stop 1\n"
             "state 1/1 'Alice Meyer' 200 4 muted\n");
 }
 
-TEST_F(Device, RingsWhenItIsCalled) {
-  command("incoming 202 2");
-  diary.readTo("current 1");
-  EXPECT_EQ(binder_get_first_valid_line(), 1);
-  EXPECT_FALSE(binder_get_call_have_ivr());
-  binder_headset_answer_call();
-  binder_dial_selection_request(5);
-  EXPECT_EQ(diary.readTo("selection 5"),
-            "key 226 1\n"
-            "key 226 0\n"
-            "state 2/1 'Zoë Lindqvist' 202 4 incoming\n"
-            "info 2/1 'Zoë Lindqvist' 202 4 incoming\n"
-            "selection 5\n");
-}
-
-TEST_F(Device, TakesSnapshotsOfTheDoor) {
+TEST_F(Device, Snapshots) {
   binder_make_av_call(1, "240", 1);
   diary.readTo("streams 1");
   binder_set_video_display_area(1, "0123456789abcdef", "0123456789abcdef");
@@ -232,36 +222,29 @@ TEST_F(Device, TakesSnapshotsOfTheDoor) {
   EXPECT_EQ(binder_get_snapshot_nums(1), 0);
 }
 
-TEST_F(Device, HasOneListenerForEachProcess) {
-  ASSERT_TRUE(connectWithDiary());
-  binder_dial_selection_request(1);
-  binder_dial_selection_request(2);
-  EXPECT_EQ(diary.readTo("selection 2"), "selection 1\nselection 2\n");
-}
-
-TEST_F(Device, FailsAndDiesAsItIsTold) {
+TEST_F(Device, InjectedFailuresAndDeath) {
   ASSERT_TRUE(connect_config_service(nullptr));
-  // An event tells that the commands before it were carried out.
-  const auto told = [&](const std::string& line) {
+  // The event of a key confirms that the commands before it have run.
+  const auto confirmed = [&](const std::string& line) {
     command(line);
     command("key 1 up");
     diary.readTo("key 1 0");
   };
-  told("fail call getFirstValidLine times 2 DEAD_OBJECT");
+  confirmed("fail call getFirstValidLine times 2 DEAD_OBJECT");
   EXPECT_EQ(binder_get_snapshot_nums(1), 0) << "another method";
   EXPECT_NE(binder_get_first_valid_line(), 1);
   EXPECT_NE(binder_get_first_valid_line(), 1);
   EXPECT_EQ(binder_get_first_valid_line(), 1);
 
-  told("fail call always EX_SECURITY");
+  confirmed("fail call always EX_SECURITY");
   for (int i = 0; i < 3; ++i) EXPECT_NE(binder_get_first_valid_line(), 1);
-  told("heal config");
-  EXPECT_NE(binder_get_first_valid_line(), 1) << "another service is healed";
-  told("heal");
+  confirmed("heal config");
+  EXPECT_NE(binder_get_first_valid_line(), 1) << "the faults of another service were cleared";
+  confirmed("heal");
   EXPECT_EQ(binder_get_first_valid_line(), 1);
 
   for (const char* bytes : {"-1", "3"}) {
-    told("short config screeninfoGetConfig " + std::string(bytes));
+    confirmed("short config screeninfoGetConfig " + std::string(bytes));
     std::string record(VESK_SCREENINFO_CONFIG_SIZE + 8, '-');
     const std::string before = record;
     binder_screeninfo_get_config(record.data());
@@ -270,7 +253,7 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
     EXPECT_NE(record, before);
   }
 
-  // The two that are short are dropped; what else there is to tell of the call comes.
+  // The client drops the two events with short records, and delivers the others.
   command("short call newOngoingCallEvent times 2");
   for (const char* number : {"200", "201", "202"}) command("incoming " + std::string(number));
   EXPECT_EQ(diary.readTo("new 1/3 'Zoë Lindqvist' 202 3 incoming"),
@@ -278,12 +261,12 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
   for (const char* chan : {"1", "2", "3"}) command("hangup " + std::string(chan));
   diary.readTo("current 0");
 
-  told("delay call getFirstValidLine 300ms");
+  confirmed("delay call getFirstValidLine 300ms");
   const auto start = std::chrono::steady_clock::now();
   EXPECT_EQ(binder_get_first_valid_line(), 1);
   EXPECT_GE(std::chrono::steady_clock::now() - start, std::chrono::milliseconds(300));
 
-  // The end of one death's pause does not bring back a service that has died once more.
+  // The pause of the first death ends while the service is dead again: it stays dead.
   command("die call for 50ms");
   command("die call for 60s");
   diary.readTo("died");
@@ -303,7 +286,7 @@ TEST_F(Device, FailsAndDiesAsItIsTold) {
   diary.readTo("gone 1");
 }
 
-TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {
+TEST(Example, ServiceServesThreeMethods) {
   ChildProcess service("exampleService");
   ASSERT_TRUE(connectWithDiary());
   EXPECT_EQ(binder_get_first_valid_line(), 1);
@@ -314,7 +297,7 @@ TEST(Example, ServiceServesThreeMethodsAndRefusesTheRest) {
   diary.readTo("died");
 }
 
-/** What the device says to a command line, and its exit code. */
+/** The output of the device for a command line, and its exit code. */
 std::pair<std::string, int> run(const std::string& arguments) {
   FILE* program = popen(("'" VESK_DEVICE "' " + arguments + " 2>&1 </dev/null").c_str(), "r");
   std::string output;
@@ -323,7 +306,7 @@ std::pair<std::string, int> run(const std::string& arguments) {
   return {output, WIFEXITED(status) ? WEXITSTATUS(status) : -1};
 }
 
-TEST(CommandLine, AnswersAndRefuses) {
+TEST(CommandLine, OptionsAndErrors) {
   struct {
     const char* arguments;
     int exitCode;
@@ -360,9 +343,9 @@ std::pair<std::string, int> runScript(const std::string& lines) {
   return run("--speed 100 --script '" + path + "'");
 }
 
-TEST(Script, IsCarriedOutInOrder) {
+TEST(Script, RunsInOrder) {
   const auto [output, exitCode] = runScript(
-      "# Each command that says something, or that 'status' shows.\n"
+      "# Each command with output, or an effect that 'status' shows.\n"
       "engaged\ntest passed\nudisk out\nmulticast page\n"
       "voicemail 1 3 4\nvoicemail 9 1\nrelay 1 on\nrelay 9 on\nsms 200 Hello there\nincoming 200\n"
       "fail database EX_SECURITY\ndelay relay getRelayDoState times 3 5s\n"
@@ -378,14 +361,14 @@ TEST(Script, IsCarriedOutInOrder) {
   EXPECT_EQ(output,
             "ready\n"
             "There is no call that waits for its far end\n"
-            "The device refuses that now\n"
+            "The touch screen is not being tested\n"
             "There is no such line, or number of messages\n"
             "There is no such output, or it is disabled\n" +
                 shown + "delay com.qv.RelayService getRelayDoState times 3\n" + shown);
   EXPECT_EQ(exitCode, 0);
 }
 
-TEST(Script, IsRefusedAsAWhole) {
+TEST(Script, ErrorsAreListed) {
   struct {
     const char* line;
     const char* says;
@@ -396,11 +379,11 @@ TEST(Script, IsRefusedAsAWhole) {
       {"relay 1 up", "usage: relay OUTPUT on|off|toggle|pulse"},
       {"udisk away", "usage: udisk in|out"},
       {"test sleep", "usage: test start [TEST]|stop|passed|failed"},
-      {"fail call 3", "neither a method of call nor anything else that goes here: 3"},
+      {"fail call 3", "neither a method of call nor another valid argument: 3"},
       {"fail nobody", "no service: nobody"},
       {"delay call", "usage: delay SERVICE [METHOD] [times N|always] TIME"},
-      {"short call makeCall", "makeCall answers with no record"},
-      {"short call dialCallStopEvent", "dialCallStopEvent brings no record"},
+      {"short call makeCall", "makeCall returns no record"},
+      {"short call dialCallStopEvent", "dialCallStopEvent has no record"},
       {"short misc times 0", "usage: short SERVICE [METHOD|EVENT] [times N|always] [BYTES]"},
       {"die call 5s", "usage: die SERVICE [for TIME]"},
       {"heal nobody", "no service: nobody"},
@@ -411,8 +394,8 @@ TEST(Script, IsRefusedAsAWhole) {
   const auto [output, exitCode] = runScript(script);
   EXPECT_EQ(exitCode, 2);
   for (size_t at = 0; at < std::size(rows); ++at) {
-    const std::string told = "script:" + std::to_string(at + 1) + ": " + rows[at].says + "\n";
-    EXPECT_NE(output.find(told), std::string::npos) << rows[at].line << "\n" << output;
+    const std::string error = "script:" + std::to_string(at + 1) + ": " + rows[at].says + "\n";
+    EXPECT_NE(output.find(error), std::string::npos) << rows[at].line << "\n" << output;
   }
 }
 

@@ -13,12 +13,12 @@ using sim::Event;
 using sim::EventDispatcher;
 using sim::EventType;
 
-/** Notes the selections that it is told of, and can be made to hang in the next one. */
+/** Records the selections that it receives, and can be made to hang in the next one. */
 class Listener : public com::qv::DefaultCallEventListener {
  public:
   Status dialSelectionEvent(int32_t value) override {
     std::unique_lock lock(mutex_);
-    told_.push_back(value);
+    received_.push_back(value);
     changed_.notify_all();
     changed_.wait(lock, [this] { return !hangs_; });
     return Status::ok();
@@ -30,23 +30,23 @@ class Listener : public com::qv::DefaultCallEventListener {
     changed_.notify_all();
   }
 
-  /** What it was told of, once that is so much. */
-  std::vector<int32_t> told(size_t count) {
+  /** The received selections; waits until there are `count`. */
+  std::vector<int32_t> received(size_t count) {
     std::unique_lock lock(mutex_);
-    changed_.wait_for(lock, std::chrono::seconds(30), [&] { return told_.size() >= count; });
-    return told_;
+    changed_.wait_for(lock, std::chrono::seconds(30), [&] { return received_.size() >= count; });
+    return received_;
   }
 
  private:
   std::mutex mutex_;
   std::condition_variable changed_;
   bool hangs_ = false;
-  std::vector<int32_t> told_;
+  std::vector<int32_t> received_;
 };
 
 Event selection(int32_t value) { return {EventType::dialSelectionEvent, value}; }
 
-TEST(EventDispatcher, DropsAListenerThatIsTooFarBehindAndNoOther) {
+TEST(EventDispatcher, ListenerWithAFullQueueIsDropped) {
   EventDispatcher dispatcher(3);
   const android::sp<Listener> hanging = new Listener;
   const android::sp<Listener> other = new Listener;
@@ -55,50 +55,50 @@ TEST(EventDispatcher, DropsAListenerThatIsTooFarBehindAndNoOther) {
   dispatcher.subscribe(2, other);
   for (int32_t value = 1; value <= 6; ++value) {
     dispatcher.publish(selection(value));
-    other->told(static_cast<size_t>(value));
-    // From then on it hangs, and the others queue up.
-    if (value == 1) hanging->told(1);
+    other->received(static_cast<size_t>(value));
+    // It hangs from now on, and the later events are queued.
+    if (value == 1) hanging->received(1);
   }
-  EXPECT_EQ(other->told(6), (std::vector{1, 2, 3, 4, 5, 6}));
+  EXPECT_EQ(other->received(6), (std::vector{1, 2, 3, 4, 5, 6}));
   hanging->setHangs(false);
 
-  // It may come back.
+  // It can subscribe again.
   dispatcher.subscribe(1, hanging);
   dispatcher.publish(selection(7));
-  EXPECT_EQ(hanging->told(2), (std::vector{1, 7}));
+  EXPECT_EQ(hanging->received(2), (std::vector{1, 7}));
   dispatcher.stop(std::chrono::seconds(30));
 }
 
-TEST(EventDispatcher, HandsTheQueueToTheListenerThatTakesAnothersPlace) {
+TEST(EventDispatcher, NewListenerTakesTheQueueOver) {
   EventDispatcher dispatcher;
   const android::sp<Listener> first = new Listener;
   const android::sp<Listener> second = new Listener;
   first->setHangs(true);
   dispatcher.subscribe(1, first);
   dispatcher.publish(selection(1));
-  first->told(1);
+  first->received(1);
   dispatcher.publish(selection(2));
   dispatcher.subscribe(1, second);
   dispatcher.publish(selection(3));
   first->setHangs(false);
-  EXPECT_EQ(second->told(2), (std::vector{2, 3}));
-  EXPECT_EQ(first->told(1), (std::vector{1}));
+  EXPECT_EQ(second->received(2), (std::vector{2, 3}));
+  EXPECT_EQ(first->received(1), (std::vector{1}));
   dispatcher.stop(std::chrono::seconds(30));
 }
 
-TEST(EventDispatcher, StopsInTimeThoughAListenerHangs) {
+TEST(EventDispatcher, StopReturnsThoughAListenerHangs) {
   const android::sp<Listener> hanging = new Listener;
   hanging->setHangs(true);
   {
     EventDispatcher dispatcher;
     dispatcher.subscribe(1, hanging);
     dispatcher.publish(selection(1));
-    hanging->told(1);
+    hanging->received(1);
     dispatcher.stop(std::chrono::milliseconds(10));
     dispatcher.publish(selection(2));
   }
   hanging->setHangs(false);
-  EXPECT_EQ(hanging->told(1), (std::vector{1}));
+  EXPECT_EQ(hanging->received(1), (std::vector{1}));
 }
 
 }  // namespace

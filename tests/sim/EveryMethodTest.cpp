@@ -72,7 +72,7 @@ std::vector<sp<android::BBinder>> makeServices() {
           keys};
 }
 
-TEST(EveryMethod, AnswersAndTakesNoEmptyRecord) {
+TEST(EveryMethod, IsServedAndRefusesEmptyRecords) {
   const std::vector<sp<android::BBinder>> services = makeServices();
   size_t calls = 0;
   for (size_t i = 0; i < services.size(); ++i) {
@@ -86,7 +86,7 @@ TEST(EveryMethod, AnswersAndTakesNoEmptyRecord) {
                   exception == Status::EX_ILLEGAL_STATE || exception == Status::EX_NULL_POINTER)
           << answer.status.toString8().c_str();
       EXPECT_EQ(exception == Status::EX_NONE, answer.status.exceptionMessage().length() == 0)
-          << "it says why";
+          << "a refusal has a message";
 
       for (const Value& out : answer.outs) {
         if (const auto* record = std::get_if<veskctl::Record>(&out)) {
@@ -102,7 +102,7 @@ TEST(EveryMethod, AnswersAndTakesNoEmptyRecord) {
   EXPECT_EQ(calls, 458u);
 }
 
-/** By the name of the setter, but for those that are spelt in another way. */
+/** Found by the name of the setter. */
 const Method* getterOf(const Interface& config, std::string name) {
   static const std::map<std::string, std::string> kOdd = {
       {"setStaticIpconfig", "getStaticIpConfig"},
@@ -140,7 +140,7 @@ class Settings : public testing::Test {
  protected:
   Settings() { start(); }
 
-  /** As the device does when it is started. */
+  /** Starts the service on the same store, as a restart of the device does. */
   void start() {
     const auto settings = std::make_shared<sim::Settings>(store_);
     std::string error;
@@ -148,14 +148,14 @@ class Settings : public testing::Test {
     service_ = new sim::ConfigService(settings);
   }
 
-  /** A value that can be set and got, of a line, a key or whatever else its numbers stand for. */
+  /** A value with a setter and a getter. */
   struct Setting {
     const Method& setter;
     const Method& getter;
     /** The value among the setter's arguments. */
     size_t place;
 
-    /** Whether the getter is asked with what the setter is told besides the value. */
+    /** True if the getter takes the setter's arguments but for the value. */
     bool hasKey() const { return setter.ins().size() > 1 && setter.ins().size() == getter.ins().size() + 1; }
   };
 
@@ -164,7 +164,7 @@ class Settings : public testing::Test {
     for (const Method& setter : config_.methods) {
       const Method* getter = getterOf(config_, setter.name);
       const auto ins = setter.ins();
-      // Those with keys of their own are tested by themselves.
+      // ConfigServiceTest has the others.
       const auto records = std::ranges::count(ins, veskctl::Type::kRecord, &veskctl::Parameter::type);
       if (getter == nullptr || getter->outs().size() != 1 || (ins.size() > 2 && records == 0) || records > 1)
         continue;
@@ -193,7 +193,7 @@ class Settings : public testing::Test {
   const std::shared_ptr<sim::Store> store_ = vesk::test::openStore();
 };
 
-TEST_F(Settings, AreWhatWasSetAndAfterARestartWhatWasSaved) {
+TEST_F(Settings, AreReadBackAndSaved) {
   std::vector<Value> expected;
   for (const Setting& setting : settings()) {
     SCOPED_TRACE(setting.setter.name);
@@ -203,7 +203,7 @@ TEST_F(Settings, AreWhatWasSetAndAfterARestartWhatWasSaved) {
     EXPECT_TRUE(set(setting, 0, expected.back()).isOk());
     EXPECT_EQ(get(setting, 0), expected.back());
     if (setting.hasKey()) {
-      EXPECT_EQ(get(setting, 1), of1) << "of something else";
+      EXPECT_EQ(get(setting, 1), of1) << "another key";
     }
     if (auto* record = std::get_if<veskctl::Record>(&before)) {
       EXPECT_EQ(set(setting, 0, veskctl::Record{record->bytes + "x"}).exceptionCode(),

@@ -38,13 +38,13 @@ class ExternalKeyServiceTest : public testing::Test {
   android::sp<IExternalKeyService> service_;
 };
 
-TEST_F(ExternalKeyServiceTest, AddsKeysAndResetsThem) {
+TEST_F(ExternalKeyServiceTest, KeysAreAddedAndReset) {
   EXPECT_EQ(textOf(keysOf(1).key[0].value), "200");
   EXPECT_EQ(keysOf(0).keys, 0) << "there is no such module";
   EXPECT_EQ(keysOf(3).keys, 0);
 
   sim::AddKeyRecord key{.module = 1, .key = 0, .type = 2, .line = 1, .label = "Door", .value = "240"};
-  EXPECT_EQ(add(key), 4) << "the first that does nothing";
+  EXPECT_EQ(add(key), 4) << "the first unused key";
   key.key = 16;
   EXPECT_EQ(add(key), 16);
   start();
@@ -77,7 +77,7 @@ TEST_F(ExternalKeyServiceTest, AddsKeysAndResetsThem) {
   EXPECT_EQ(textOf(keysOf(1).key[0].value), "200");
 }
 
-TEST_F(ExternalKeyServiceTest, SetsAndGetsTheStateOfAKey) {
+TEST_F(ExternalKeyServiceTest, StatesAreSetReadAndReset) {
   constexpr int32_t kGet = VESK_SINGLE_STATE_GET;
   constexpr int32_t kSet = 2;
   EXPECT_EQ(state(kGet, 1, 3).key, 3);

@@ -8,39 +8,38 @@
 namespace {
 
 using sim::MiscDevice;
-using sim::PlayState;
 
 class MiscDeviceTest : public testing::Test {
  protected:
   void wait(int32_t ms) { device_.advanceTo(now_ += sim::Time(ms)); }
-  std::string told() { return std::exchange(told_, ""); }
+  std::string events() { return std::exchange(events_, ""); }
 
   MiscDevice device_{{
-      .ate = [this](const sim::AteEvent& event) { told_ += toString(event) + "\n"; },
-      .misc = [this](const sim::MiscEvent& event) { told_ += toString(event) + "\n"; },
+      .ate = [this](const sim::AteEvent& event) { events_ += toString(event) + "\n"; },
+      .misc = [this](const sim::MiscEvent& event) { events_ += toString(event) + "\n"; },
   }};
 
  private:
   sim::Time now_{0};
-  std::string told_;
+  std::string events_;
 };
 
-TEST_F(MiscDeviceTest, RunsAllTestsOneAfterTheOther) {
-  EXPECT_FALSE(device_.startTest(4));
-  EXPECT_FALSE(device_.startTest(-1));
-  EXPECT_FALSE(device_.stopTest());
-  ASSERT_TRUE(device_.startTest(MiscDevice::kAll));
-  EXPECT_FALSE(device_.startTest(MiscDevice::kDisplay)) << "one runs";
-  EXPECT_FALSE(device_.touchScreenResult(true)) << "not its turn";
+TEST_F(MiscDeviceTest, AllTestsRunInTurn) {
+  EXPECT_TRUE(device_.localAteStart(4));
+  EXPECT_TRUE(device_.localAteStart(-1));
+  EXPECT_TRUE(device_.localAteStop(0));
+  ASSERT_FALSE(device_.localAteStart(MiscDevice::kAll));
+  EXPECT_TRUE(device_.localAteStart(MiscDevice::kDisplay)) << "a test is running";
+  EXPECT_TRUE(device_.ateTouchScreenResult(MiscDevice::kPassed, 0)) << "another test is running";
   wait(1500);
-  EXPECT_EQ(told(),
+  EXPECT_EQ(events(),
             "onlineAteStartedEvent\n"
             "updateContextEvent 'Display'\n"
             "lcdSwitchEvent\nlcdSwitchEvent\nlcdSwitchEvent\n"
             "updateContextEvent 'Touch screen'\n"
             "touchScreenStartEvent\n");
-  EXPECT_TRUE(device_.touchScreenResult(true));
-  EXPECT_EQ(told(),
+  EXPECT_FALSE(device_.ateTouchScreenResult(MiscDevice::kPassed, 0));
+  EXPECT_EQ(events(),
             "touchScreenStopEvent\n"
             "updateContextEvent 'Touch screen passed'\n"
             "updateContextEvent 'Restart'\n"
@@ -50,11 +49,11 @@ TEST_F(MiscDeviceTest, RunsAllTestsOneAfterTheOther) {
   EXPECT_EQ(device_.testInfo().passed, 3);
   EXPECT_FALSE(device_.testInfo().running);
   wait(20'000);
-  EXPECT_EQ(told(), "");
+  EXPECT_EQ(events(), "");
 }
 
-TEST_F(MiscDeviceTest, FailsAScreenThatNobodyTouches) {
-  ASSERT_TRUE(device_.startTest(MiscDevice::kTouchScreen));
+TEST_F(MiscDeviceTest, UntouchedScreenFails) {
+  ASSERT_FALSE(device_.localAteStart(MiscDevice::kTouchScreen));
   wait(9999);
   EXPECT_TRUE(device_.testInfo().running);
   wait(1);
@@ -63,66 +62,66 @@ TEST_F(MiscDeviceTest, FailsAScreenThatNobodyTouches) {
   EXPECT_FALSE(device_.testInfo().running);
 }
 
-TEST_F(MiscDeviceTest, StopsATestInItsMiddle) {
-  device_.startTest(MiscDevice::kTouchScreen);
-  told();
-  EXPECT_TRUE(device_.stopTest());
-  EXPECT_EQ(told(), "touchScreenStopEvent\nonlineAteStopedEvent\n");
-  device_.startTest(MiscDevice::kAll);
+TEST_F(MiscDeviceTest, RunningTestIsStopped) {
+  device_.localAteStart(MiscDevice::kTouchScreen);
+  events();
+  EXPECT_FALSE(device_.localAteStop(0));
+  EXPECT_EQ(events(), "touchScreenStopEvent\nonlineAteStopedEvent\n");
+  device_.localAteStart(MiscDevice::kAll);
   wait(600);
-  told();
-  EXPECT_TRUE(device_.stopTest());
+  events();
+  EXPECT_FALSE(device_.localAteStop(0));
   wait(20'000);
-  EXPECT_EQ(told(), "onlineAteStopedEvent\n");
+  EXPECT_EQ(events(), "onlineAteStopedEvent\n");
 }
 
-TEST_F(MiscDeviceTest, PlaysARecordingToItsEnd) {
-  EXPECT_FALSE(device_.play("nothing.wav"));
-  EXPECT_FALSE(device_.pause());
-  EXPECT_FALSE(device_.resume());
-  ASSERT_TRUE(device_.play("call-200.wav"));
+TEST_F(MiscDeviceTest, RecordingIsPlayedPausedAndStopped) {
+  EXPECT_EQ(device_.playRecFileStart("nothing.wav"), -1);
+  EXPECT_TRUE(device_.playRecFilePause());
+  EXPECT_TRUE(device_.playRecFileResume());
+  ASSERT_EQ(device_.playRecFileStart("call-200.wav"), 0);
   wait(1500);
-  EXPECT_FALSE(device_.resume());
-  EXPECT_TRUE(device_.pause());
+  EXPECT_TRUE(device_.playRecFileResume());
+  EXPECT_FALSE(device_.playRecFilePause());
   wait(10'000);
-  EXPECT_EQ(device_.playState(), PlayState::kPaused);
-  EXPECT_TRUE(device_.resume());
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kPaused);
+  EXPECT_FALSE(device_.playRecFileResume());
   wait(499);
-  EXPECT_EQ(device_.playState(), PlayState::kPlaying);
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kPlaying);
   wait(1);
-  EXPECT_EQ(device_.playState(), PlayState::kStopped);
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kStopped);
 
-  device_.play("call-200.wav");
+  device_.playRecFileStart("call-200.wav");
   wait(1000);
-  device_.play("call-201.wav");
+  device_.playRecFileStart("call-201.wav");
   wait(2000);
-  EXPECT_EQ(device_.playState(), PlayState::kPlaying) << "it has its own length";
-  device_.stopPlaying();
-  EXPECT_EQ(device_.playState(), PlayState::kStopped);
-  device_.play("doorbell.wav");
-  device_.putUdisk(false);
-  EXPECT_EQ(device_.playState(), PlayState::kStopped);
-  EXPECT_FALSE(device_.play("doorbell.wav"));
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kPlaying) << "it has its own length";
+  device_.playRecFileStop();
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kStopped);
+  device_.playRecFileStart("doorbell.wav");
+  device_.setUdisk(false);
+  EXPECT_EQ(device_.getPlayRecFileState(), sim::kStopped);
+  EXPECT_EQ(device_.playRecFileStart("doorbell.wav"), -1);
 }
 
-TEST_F(MiscDeviceTest, ShowsBrightnessLevelsWhileTheyAreTried) {
-  EXPECT_FALSE(device_.presetLevel(7));
-  device_.startPresetting();
-  EXPECT_FALSE(device_.presetLevel(0));
-  EXPECT_FALSE(device_.presetLevel(11));
-  EXPECT_TRUE(device_.presetLevel(7));
+TEST_F(MiscDeviceTest, PresettingShowsLevels) {
+  EXPECT_TRUE(device_.balcklightPresetLevel(7));
+  device_.backlightStartPresetting();
+  EXPECT_TRUE(device_.balcklightPresetLevel(0));
+  EXPECT_TRUE(device_.balcklightPresetLevel(11));
+  EXPECT_FALSE(device_.balcklightPresetLevel(7));
   EXPECT_EQ(device_.backlightLevel(), 7);
-  device_.stopPresetting();
+  device_.backlightStopPresetting();
   EXPECT_EQ(device_.backlightLevel(), 5);
 }
 
-TEST_F(MiscDeviceTest, AsksForOneScreenshotAtATime) {
-  device_.askForScreenshot();
-  EXPECT_EQ(told(), "webscreenshot\n");
-  device_.screenshotReady();
-  EXPECT_EQ(told(), "");
-  device_.screenshotReady();
-  EXPECT_EQ(told(), "webscreenshot\n") << "nobody has asked for that one";
+TEST_F(MiscDeviceTest, ScreenshotRequestsAreAnswered) {
+  device_.requestScreenshot();
+  EXPECT_EQ(events(), "webscreenshot\n");
+  device_.notifyLcdScreenShotReady();
+  EXPECT_EQ(events(), "");
+  device_.notifyLcdScreenShotReady();
+  EXPECT_EQ(events(), "webscreenshot\n") << "no request was open";
 }
 
 }  // namespace

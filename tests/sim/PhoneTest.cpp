@@ -12,7 +12,7 @@ using namespace std::chrono_literals;
 using sim::Phone;
 using sim::Time;
 
-/** A phone whose events are written down, each with its time in seconds. */
+/** A phone, and its events as text, each with its time in seconds. */
 class Desk {
  public:
   Phone& operator*() { return phone_; }
@@ -20,14 +20,14 @@ class Desk {
 
   void wait(Time time) { phone_.advanceTo(phone_.now() + time); }
 
-  /** Makes a call to somebody who answers. */
+  /** Makes a call to a number that answers. */
   int32_t talkTo(const std::string& number) {
     const int32_t chan = phone_.makeCall(1, number);
     while (phone_.calls().back().state != sim::CallState::kTalking) wait(100ms);
     return chan;
   }
 
-  /** What happened since the last time, one line for each event. */
+  /** The events since the last call, one in each line. */
   std::string takeEvents() { return std::exchange(events_, "\n"); }
 
  private:
@@ -41,15 +41,15 @@ class Desk {
 
 struct Scenario {
   const char* name;
-  /** What happened before, which is not looked at. */
+  /** Runs first; its events are ignored. */
   void (*before)(Desk& desk);
   void (*play)(Desk& desk);
-  /** Which of the events have something to do with it; an expression. */
+  /** A regular expression that selects the relevant events. */
   const char* about;
   const char* expected;
 };
 
-/** Found by the test framework, which shows it. */
+/** For the output of the test framework. */
 void PrintTo(const Scenario& scenario, std::ostream* out) { *out << scenario.name; }
 
 void nothing(Desk&) {}
@@ -59,7 +59,7 @@ constexpr const char* kRedialling = "makeCallRet|autoRedial|callCompletion|callS
 
 class PhoneScenario : public testing::TestWithParam<Scenario> {};
 
-TEST_P(PhoneScenario, HasTheseEvents) {
+TEST_P(PhoneScenario, Events) {
   Desk desk;
   GetParam().before(desk);
   desk.takeEvents();
@@ -93,7 +93,7 @@ const Scenario kCalls[] = {
 10.0 dialCallStopEvent 1
 10.0 currentCallChangedEvent 0
 )"},
-    {"CallsEndInTheirWays", nothing,
+    {"CallsEnd", nothing,
      [](Desk& desk) {
        desk->makeCall(0, "999");
        desk.wait(1s);
@@ -131,7 +131,7 @@ const Scenario kCalls[] = {
 2.0 currentCallChangedEvent 2
 2.0 callInfoChangedEvent line 2, chan 2, 201 (Ben Okafor), talking
 )"},
-    {"SecondCallHoldsTheFirstAndLeavesToIt", [](Desk& desk) { desk.talkTo("200"); },
+    {"SecondCallHoldsTheFirst", [](Desk& desk) { desk.talkTo("200"); },
      [](Desk& desk) {
        desk->makeCall(1, "202");
        desk.wait(5s);
@@ -164,7 +164,7 @@ const Scenario kCalls[] = {
 3.0 callInfoChangedEvent line 1, chan 1, 200 (Alice Meyer), held, muted
 3.0 callInfoChangedEvent line 1, chan 1, 200 (Alice Meyer), held
 )"},
-    {"NumberIsDialledPieceByPiece", nothing,
+    {"NumberIsDialledInSteps", nothing,
      [](Desk& desk) {
        desk->createNewCall(1);
        desk->dialNumberUpdateRequest("2");
@@ -390,7 +390,7 @@ INSTANTIATE_TEST_SUITE_P(Calls, PhoneScenario, testing::ValuesIn(kCalls), nameOf
 INSTANTIATE_TEST_SUITE_P(Conferences, PhoneScenario, testing::ValuesIn(kConferences), nameOf);
 INSTANTIATE_TEST_SUITE_P(Redials, PhoneScenario, testing::ValuesIn(kRedials), nameOf);
 
-TEST(Phone, RefusesWhatMakesNoSenseAndStaysAsItIs) {
+TEST(Phone, RefusalsChangeNothing) {
   const std::string tooLong(sim::kMaxNumberLength + 1, '1');
   struct {
     const char* what;
@@ -408,7 +408,7 @@ TEST(Phone, RefusesWhatMakesNoSenseAndStaysAsItIs) {
       {"a current call that is not there", [](Phone& p) { return p.setCurrentCall(2).has_value(); }},
       {"an answer to nobody", [](Phone& p) { return p.headsetAnswerCall().has_value(); }},
       {"a conference with nobody else", [](Phone& p) { return p.conferenceAddMembers({1}).has_value(); }},
-      {"a conference with strangers",
+      {"a conference with an unused channel",
        [](Phone& p) {
          return p.conferenceAddMembers({1, 9}).has_value();
        }},
@@ -432,7 +432,7 @@ TEST(Phone, RefusesWhatMakesNoSenseAndStaysAsItIs) {
   }
 }
 
-TEST(Phone, HasEightChannels) {
+TEST(Phone, EightChannels) {
   Desk desk;
   for (int32_t chan = 1; chan <= Phone::kChannels; ++chan) EXPECT_EQ(desk->makeCall(1, "200"), chan);
   EXPECT_EQ(desk->makeCall(1, "200"), sim::kRefused);
@@ -441,7 +441,7 @@ TEST(Phone, HasEightChannels) {
   EXPECT_EQ(desk->makeCall(1, "200"), 5);
 }
 
-TEST(Phone, RedialsTheLastNumber) {
+TEST(Phone, Redial) {
   Desk desk;
   EXPECT_TRUE(desk->redialCall());
   desk->makeCall(2, "999");
@@ -451,7 +451,7 @@ TEST(Phone, RedialsTheLastNumber) {
   EXPECT_EQ(toString(desk->calls()[0]), "line 2, chan 1, 999, dialling");
 }
 
-TEST(Phone, SoundsTheToneOfEachMoment) {
+TEST(Phone, Tones) {
   Desk desk;
   const auto tone = [&] { return static_cast<sim::Tone>(desk->tone()); };
   desk->createNewCall(1);
@@ -475,7 +475,7 @@ TEST(Phone, SoundsTheToneOfEachMoment) {
   EXPECT_EQ(tone(), sim::Tone::kRing);
 }
 
-TEST(Phone, SaysWhetherAMachineIsTalking) {
+TEST(Phone, IvrIsReported) {
   Desk desk;
   EXPECT_FALSE(desk->getCallHaveIvr());
   desk->playMwi(1, "");
@@ -486,7 +486,7 @@ TEST(Phone, SaysWhetherAMachineIsTalking) {
   EXPECT_FALSE(desk->getCallHaveIvr());
 }
 
-TEST(Phone, LightsTheDoorForThreeSecondsFromTheLastTime) {
+TEST(Phone, DoorLedStaysOnForThreeSeconds) {
   Desk desk;
   desk->ctrlLedDooropen();
   desk.wait(2s);
@@ -497,7 +497,7 @@ TEST(Phone, LightsTheDoorForThreeSecondsFromTheLastTime) {
   EXPECT_FALSE(desk->doorLedOn());
 }
 
-TEST(TimerQueue, RunsWhatIsDueInOrder) {
+TEST(TimerQueue, DueTimersRunInOrder) {
   sim::TimerQueue timers;
   std::string ran;
   timers.after(2s, [&] { ran += "c"; });

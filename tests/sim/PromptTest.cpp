@@ -25,7 +25,7 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/** The device, and the terminal that it has its prompt on. */
+/** The device, and the terminal with its prompt. */
 class Terminal : public testing::Test {
  protected:
   void SetUp() override {
@@ -61,14 +61,15 @@ class Terminal : public testing::Test {
     ASSERT_EQ(write(user_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
 
-  /** A line, its last event, and the prompt again: until then the terminal takes Ctrl-D for itself. */
+  /** Types a line; waits for its last event and the next prompt, before which the terminal handles Ctrl-D
+   * itself. */
   void enter(const std::string& keys, const std::string& event) {
     type(keys + "\r");
     readTo(event);
     readTo("vesk> ");
   }
 
-  /** Everything up to the text, which is waited for. */
+  /** The output up to the text, which it waits for. */
   std::string readTo(const std::string& last) {
     const Clock::time_point end = Clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
     size_t found;
@@ -89,7 +90,7 @@ class Terminal : public testing::Test {
 
   void endBySignal(int signal) { kill(pid_, signal); }
 
-  /** The device ends by itself, and the terminal is as it was. */
+  /** The device ends, and restores the terminal. */
   void expectCleanEnd() {
     int status = -1;
     const pid_t pid = std::exchange(pid_, -1);
@@ -109,30 +110,30 @@ class Terminal : public testing::Test {
   std::string shown_;
 };
 
-TEST_F(Terminal, RecallsAndCompletesLines) {
+TEST_F(Terminal, LinesAreRecalledAndCompleted) {
   enter("key 7", "keycodeEvent 7 released");
   enter("key 8", "keycodeEvent 8 released");
   enter("\033[A\033[A", "keycodeEvent 7 released");
   enter("ke\t9", "keycodeEvent 9 released");
-  // Neither a character of several bytes nor a lone Escape holds anything up.
+  // The device must not block after a multi-byte character or a lone Escape.
   type("sms 200 Grüße");
   readTo("ße");
   type("\033");
-  // The signal is not to come before the Escape is read.
+  // Lets the device read the Escape before the signal.
   std::this_thread::sleep_for(std::chrono::milliseconds(100));
   endBySignal(SIGTERM);
   expectCleanEnd();
 
-  // The history outlives the device.
+  // A later device has the history.
   start();
   enter("\033[A\033[A", "keycodeEvent 7 released");
   type("\x04");
   expectCleanEnd();
 }
 
-TEST_F(Terminal, ShowsWhatIsTypedAgainBehindTheOutput) {
+TEST_F(Terminal, InputIsRedrawnAfterOutput) {
   enter("ring 1", "wkRingHdl");
-  // The call is given up while the next line is being typed.
+  // The call ends while the next line is being typed.
   enter("incoming 200", "newOngoingCallEvent");
   type("key 5");
   std::string shown = readTo("deleteOngoingCallEvent");
@@ -143,7 +144,7 @@ TEST_F(Terminal, ShowsWhatIsTypedAgainBehindTheOutput) {
   expectCleanEnd();
 }
 
-TEST_F(Terminal, EndsAtAnInterruptWhileALineIsTyped) {
+TEST_F(Terminal, InterruptEndsTheDevice) {
   enter("key 1", "keycodeEvent 1 released");
   type("hang\x03");
   expectCleanEnd();

@@ -40,12 +40,12 @@ class RelaysTest : public testing::Test {
   sim::RelayOutputsRecord shown_{};
 };
 
-TEST_F(RelaysTest, SwitchesNowAndLater) {
+TEST_F(RelaysTest, ActsNowAndLater) {
   EXPECT_TRUE(act(kDoor, RelayAct::kOn));
   EXPECT_EQ(relays_.isOn(kDoor), true);
   wait(2999);
   EXPECT_EQ(relays_.isOn(kDoor), true);
-  EXPECT_TRUE(act(kDoor, RelayAct::kOn)) << "begins its time anew";
+  EXPECT_TRUE(act(kDoor, RelayAct::kOn)) << "restarts the pulse";
   wait(2999);
   EXPECT_EQ(relays_.isOn(kDoor), true);
   wait(1);
@@ -68,7 +68,7 @@ TEST_F(RelaysTest, SwitchesNowAndLater) {
   EXPECT_EQ(relays_.isOn(kLight), false);
 }
 
-TEST_F(RelaysTest, RefusesWhatThereIsNot) {
+TEST_F(RelaysTest, InvalidActsAreRefused) {
   EXPECT_FALSE(act(kDisabled, RelayAct::kOn));
   EXPECT_FALSE(act(0, RelayAct::kOn));
   EXPECT_FALSE(act(9, RelayAct::kOn));
@@ -85,7 +85,7 @@ TEST_F(RelaysTest, RefusesWhatThereIsNot) {
   EXPECT_TRUE(relays_.schedule({{kDevice, kDoor, RelayAct::kOff}, 1000, 0}));
 }
 
-TEST_F(RelaysTest, ChangesOutputsOnCommit) {
+TEST_F(RelaysTest, OutputsChangeOnCommit) {
   EXPECT_FALSE(relays_.setTime(us_, {kDevice, kDoor, 0, 100})) << "outside of the bracket";
   EXPECT_FALSE(relays_.commit(us_));
 
@@ -97,9 +97,8 @@ TEST_F(RelaysTest, ChangesOutputsOnCommit) {
   EXPECT_FALSE(relays_.setTime(us_, {kDevice, kDoor, 0, Relays::kMaxMs + 1}));
   EXPECT_FALSE(relays_.setType(us_, {kDevice, kDoor, RelayType{2}, {}}));
   EXPECT_FALSE(relays_.setEnabled(us_, {kDevice, 9, 1}));
-  sim::RelayOutputRecord whole{.device = kDevice,
-                               .reserved = 0,
-                               .output = vesk::test::with(&sim::RelayOutput::name, "Gate", output(4))};
+  sim::RelayOutputRecord whole{
+      .device = kDevice, .reserved = 0, .output = sim::with(&sim::RelayOutput::name, "Gate", output(4))};
   whole.output.state = 1;
   EXPECT_TRUE(relays_.setOutput(us_, whole));
   EXPECT_EQ(output(kDoor).onMs, 3000) << "not before the commit";
@@ -114,7 +113,7 @@ TEST_F(RelaysTest, ChangesOutputsOnCommit) {
     EXPECT_EQ(sim::textOf(shown.outputs[kLight - 1].typeName), "lamp");
     EXPECT_EQ(shown.outputs[kDisabled - 1].enabled, 1);
     EXPECT_EQ(sim::textOf(shown.outputs[3].name), "Gate");
-    EXPECT_EQ(shown.outputs[3].state, 0) << "it takes an action to switch";
+    EXPECT_EQ(shown.outputs[3].state, 0) << "only actions switch";
   };
   expectChanged(relays_.outputs());
 
@@ -131,18 +130,31 @@ TEST_F(RelaysTest, ChangesOutputsOnCommit) {
   EXPECT_EQ(relays_.isOn(kDoor), false);
 }
 
-TEST_F(RelaysTest, KeepsAnOutputThatIsDisabledOff) {
+TEST_F(RelaysTest, DisabledOutputStaysOff) {
+  const auto commit = [&](auto change) {
+    ASSERT_TRUE(relays_.begin(us_));
+    EXPECT_TRUE(change());
+    ASSERT_TRUE(relays_.commit(us_));
+  };
+  const auto enable = [&](int32_t enabled) { return relays_.setEnabled(us_, {kDevice, kLight, enabled}); };
   act(kLight, RelayAct::kOn);
   relays_.schedule({{kDevice, kLight, RelayAct::kOn}, 100, 0});
-  ASSERT_TRUE(relays_.begin(us_));
-  EXPECT_TRUE(relays_.setEnabled(us_, {kDevice, kLight, 0}));
-  ASSERT_TRUE(relays_.commit(us_));
+  commit([&] { return enable(0); });
   EXPECT_EQ(relays_.isOn(kLight), false);
   wait(100);
   EXPECT_EQ(relays_.isOn(kLight), false);
+
+  // An action that waits for the output's delay does not outlive the disabling.
+  commit([&] { return enable(1); });
+  commit([&] { return relays_.setTime(us_, {kDevice, kLight, 1000, 3000}); });
+  act(kLight, RelayAct::kOn);
+  commit([&] { return enable(0); });
+  commit([&] { return enable(1); });
+  wait(1000);
+  EXPECT_EQ(relays_.isOn(kLight), false);
 }
 
-TEST_F(RelaysTest, IsChangedByOneProcessAtATime) {
+TEST_F(RelaysTest, OneProcessAtATimeHasTheBracket) {
   const pid_t child = fork();
   if (child == 0) {
     pause();
@@ -160,13 +172,13 @@ TEST_F(RelaysTest, IsChangedByOneProcessAtATime) {
   EXPECT_TRUE(relays_.isEditable(us_));
   ASSERT_TRUE(relays_.begin(us_));
   ASSERT_TRUE(relays_.commit(us_));
-  EXPECT_EQ(output(kDoor).onMs, 3000) << "of a process that died before its commit nothing is left";
+  EXPECT_EQ(output(kDoor).onMs, 3000) << "a process died before its commit";
 
   ASSERT_TRUE(relays_.begin(us_));
   EXPECT_TRUE(relays_.setTime(us_, {kDevice, kDoor, 0, 100}));
   ASSERT_TRUE(relays_.begin(us_));
   ASSERT_TRUE(relays_.commit(us_));
-  EXPECT_EQ(output(kDoor).onMs, 3000) << "to begin again is to forget";
+  EXPECT_EQ(output(kDoor).onMs, 3000) << "a second begin discards the changes";
 }
 
 }  // namespace

@@ -19,7 +19,7 @@
 
 static std::atomic<bool> diskIsFull = false;
 
-/** What SQLite writes with. */
+/** Replaces the function with which SQLite writes. */
 extern "C" __attribute__((visibility("default"))) ssize_t pwrite64(int fd, const void* bytes, size_t size,
                                                                    off64_t offset) {
   if (diskIsFull) {
@@ -69,7 +69,7 @@ std::string namesIn(Store& store) {
   return names;
 }
 
-TEST(Store, KeepsWhatWasWritten) {
+TEST(Store, WrittenRowsPersist) {
   const TemporaryDirectory directory;
   const std::string bytes("a\0'b", 4);
   {
@@ -84,7 +84,7 @@ TEST(Store, KeepsWhatWasWritten) {
   EXPECT_EQ(namesIn(*openStore(directory.path() + "/new")), "7=" + bytes + ";8=;");
 }
 
-TEST(Store, LeavesNothingOfAFailedTransaction) {
+TEST(Store, FailedTransactionsAreRolledBack) {
   const auto store = openStore("");
   store->transact([](Transaction& transaction) { putName(transaction, 1, "kept"); });
   std::string error;
@@ -103,7 +103,7 @@ TEST(Store, LeavesNothingOfAFailedTransaction) {
   EXPECT_EQ(namesIn(*store), "1=kept;");
 }
 
-TEST(Store, LeavesAloneWhatItCannotUse) {
+TEST(Store, UnusableFilesStayUnchanged) {
   struct {
     const char* what;
     void (*spoil)(std::string& content);
@@ -137,14 +137,14 @@ TEST(Store, LeavesAloneWhatItCannotUse) {
   }
 }
 
-TEST(Store, SaysWhereItCannotBe) {
+TEST(Store, MissingDirectoryIsReported) {
   const TemporaryDirectory directory;
   std::string error;
   EXPECT_EQ(Store::open(directory.path() + "/a/b", &error), nullptr);
   EXPECT_EQ(error, directory.path() + "/a/b: No such file or directory");
 }
 
-TEST(Store, SaysThatTheDiskIsFullAndGoesOnLater) {
+TEST(Store, FullDiskIsReportedAndSurvived) {
   const TemporaryDirectory directory;
   const auto store = openStore(directory.path());
   const auto put = [&](int64_t id, std::string* error) {
@@ -165,7 +165,7 @@ TEST(Store, SaysThatTheDiskIsFullAndGoesOnLater) {
 
 constexpr int kKeys = 40;
 
-/** Saves one state after the other, each of which has the same number everywhere, until it is killed. */
+/** Saves states until it is killed; all values of a state have the same number. */
 CHILD_ROLE(saver) {
   Settings settings(openStore(args[0]));
   std::string error;
@@ -174,7 +174,7 @@ CHILD_ROLE(saver) {
   for (;;) {
     const std::string next = settings.use([](Values& values) {
       const std::string number = std::to_string(values.empty() ? 1 : std::stoi(values.begin()->second) + 1);
-      // Longer than a page together, and of changing length.
+      // More than a page, of varying length.
       for (int key = 0; key < kKeys; ++key) {
         values["key" + std::to_string(key)] =
             number + std::string(static_cast<size_t>(100 + std::stoi(number) % 100), ' ');
@@ -186,7 +186,7 @@ CHILD_ROLE(saver) {
   }
 }
 
-TEST(Store, IsOpenedByOneDeviceAtATime) {
+TEST(Store, OneDeviceAtATimeHasTheFile) {
   const TemporaryDirectory directory;
   ChildProcess other("saver", {directory.path()});
   std::string error;
@@ -196,7 +196,7 @@ TEST(Store, IsOpenedByOneDeviceAtATime) {
   EXPECT_NE(openStore(directory.path()), nullptr);
 }
 
-TEST(Store, HasAWholeStateAfterEachKill) {
+TEST(Store, StateIsConsistentAfterKills) {
   const TemporaryDirectory directory;
   std::mt19937 random(4711);
   for (int round = 0; round < 25; ++round) {

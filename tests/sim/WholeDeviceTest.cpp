@@ -20,8 +20,8 @@
 #include "misc/MiscRecords.h"
 #include "relay/RelayRecords.h"
 
-/* All services of a vesk-device process, seen through the C API, also after the process was killed and
- * started again with the same state. */
+/* All services of a vesk-device process through the C API, also after a kill and a restart with the same
+ * state. */
 
 namespace {
 
@@ -30,7 +30,7 @@ using vesk::test::ChildProcess;
 using vesk::test::waitUntil;
 
 CHILD_ROLE(device) {
-  // A file that may not grow is an error like any other.
+  // Makes a write beyond the size limit fail instead of ending the process.
   std::signal(SIGXFSZ, SIG_IGN);
   parent.ready();
   return vesk::test::become({VESK_DEVICE, "--speed", "50", "--state", args[0].c_str()});
@@ -40,7 +40,7 @@ Channel* toTest = nullptr;
 
 constexpr auto kIgnore = [] {};
 
-/** Tells the test of each event of the misc service; with an argument it never returns from a ring. */
+/** Reports each event of the misc service to the test; with an argument it hangs in the first ring. */
 CHILD_ROLE(miscListener) {
   toTest = &parent.channel();
   const vesk_misc_callbacks callbacks{
@@ -78,7 +78,7 @@ class WholeDevice : public testing::Test {
     start();
   }
 
-  /** How large the device's files may become. */
+  /** Limits the size of the device's files. */
   void limitFiles(rlim_t size) const {
     const rlimit limit{size, RLIM_INFINITY};
     ASSERT_EQ(::prlimit(device_->pid(), RLIMIT_FSIZE, &limit, nullptr), 0);
@@ -112,7 +112,7 @@ std::string config(const char* key) {
   return value;
 }
 
-TEST_F(WholeDevice, KeepsWhatWasSavedAndCommitted) {
+TEST_F(WholeDevice, SavedStatePersists) {
   EXPECT_EQ(binder_set_config("section", "key", "", "saved"), 0);
   EXPECT_EQ(binder_save_config(), 0);
   EXPECT_EQ(binder_set_config("section", "key", "", "not saved"), 0);
@@ -149,7 +149,7 @@ TEST_F(WholeDevice, KeepsWhatWasSavedAndCommitted) {
   sim::RelayOutputsRecord outputs{};
   EXPECT_EQ(binder_get_relay_do_channels(1, &outputs), 0);
   EXPECT_EQ(outputs.outputs[0].onMs, 400'000);
-  EXPECT_EQ(binder_commit_relay_do_save(1), -1) << "nothing was begun";
+  EXPECT_EQ(binder_commit_relay_do_save(1), -1) << "the bracket ended with the process";
   const sim::RelayActRecord on{.device = 1, .output = 2, .act = sim::RelayAct::kOn};
   EXPECT_EQ(binder_relay_set_act(reinterpret_cast<const char*>(&on)), 0);
   EXPECT_EQ(binder_get_relay_do_state(1, 2), 1);
@@ -160,14 +160,14 @@ TEST_F(WholeDevice, KeepsWhatWasSavedAndCommitted) {
   EXPECT_EQ(state.state, 9);
 }
 
-TEST(State, OfAnotherProgramEndsTheDevice) {
+TEST(State, OfAnotherProgramIsRefused) {
   const vesk::test::TemporaryDirectory directory;
   std::ofstream(directory.path() + "/device.db") << "not ours";
   ChildProcess device("device", {directory.path()});
   EXPECT_EQ(device.wait(), 1);
 }
 
-TEST_F(WholeDevice, GoesOnWhileNothingCanBeStored) {
+TEST_F(WholeDevice, RunsWhileTheDiskIsFull) {
   const auto save = [](const char* value) {
     EXPECT_EQ(binder_set_config("section", "key", "", value), 0);
     return binder_save_config();
@@ -180,7 +180,7 @@ TEST_F(WholeDevice, GoesOnWhileNothingCanBeStored) {
   limitFiles(0);
   EXPECT_EQ(save("meanwhile"), -1);
   EXPECT_EQ(binder_phonebook_contact_create(2, &contact), -1);
-  EXPECT_EQ(config("key"), "meanwhile") << "what isn't stored is still there";
+  EXPECT_EQ(config("key"), "meanwhile") << "the value in memory";
   EXPECT_EQ(binder_make_call(1, "200"), 1);
   limitFiles(RLIM_INFINITY);
   EXPECT_EQ(binder_phonebook_contact_create(2, &contact), contacts + 1);
@@ -189,7 +189,7 @@ TEST_F(WholeDevice, GoesOnWhileNothingCanBeStored) {
   EXPECT_EQ(binder_phonebook_contact_create(2, &contact), contacts + 2);
 }
 
-TEST_F(WholeDevice, TellsEachListenerOfTheMiscEvents) {
+TEST_F(WholeDevice, EachListenerReceivesMiscEvents) {
   ChildProcess first("miscListener");
   ChildProcess second("miscListener");
   ChildProcess hanging("miscListener", {"hang"});
@@ -205,7 +205,7 @@ TEST_F(WholeDevice, TellsEachListenerOfTheMiscEvents) {
   binder_notify_lcd_screen_shot_ready();
   binder_notify_lcd_screen_shot_ready();
   command("ring 8");
-  // The commands and the call come from two sides.
+  // Commands and calls are not ordered.
   for (ChildProcess* listener : {&first, &second}) {
     std::multiset<std::string> events;
     for (int i = 0; i < 3; ++i) events.insert(listener->channel().receive());

@@ -4,12 +4,9 @@
 #include <com/qv/CommonParcelable.h>
 #include <gtest/gtest.h>
 
-#include <algorithm>
-#include <iterator>
 #include <memory>
 #include <optional>
 #include <string>
-#include <string_view>
 
 #include "common/Records.h"
 #include "store/Store.h"
@@ -24,14 +21,6 @@ inline std::shared_ptr<sim::Store> openStore() {
   std::shared_ptr<sim::Store> store = sim::Store::open("", &error);
   EXPECT_NE(store, nullptr) << error;
   return store;
-}
-
-/** A record with a text in one of its fields. */
-template <typename Record, size_t Size>
-Record with(char (Record::*field)[Size], std::string_view text, Record record = {}) {
-  std::fill(std::begin(record.*field), std::end(record.*field), '\0');
-  sim::copyText(record.*field, text);
-  return record;
 }
 
 /** The result of a method, which has to be the last of its parameters. */

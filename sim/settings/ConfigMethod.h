@@ -6,7 +6,7 @@
 namespace sim {
 
 /** The methods of the config service, by code. */
-enum class Method : int32_t {
+enum class ConfigMethod : int32_t {
   none = 0,
 #define METHOD(code, name, ...) name = code,
 #include <com/qv/ConfigService.def>
@@ -21,6 +21,6 @@ inline constexpr std::string_view kMethodNames[] = {
 #undef METHOD
 };
 
-constexpr std::string_view nameOf(Method method) { return kMethodNames[static_cast<size_t>(method)]; }
+constexpr std::string_view nameOf(ConfigMethod method) { return kMethodNames[static_cast<size_t>(method)]; }
 
 }  // namespace sim

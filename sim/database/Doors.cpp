@@ -1,8 +1,12 @@
 #include <algorithm>
 
-#include "database/DatabaseServiceTemplates.h"
+#include "database/DatabaseService.h"
+
+/* Door access. */
 
 namespace sim {
+
+using android::binder::Status;
 
 namespace {
 
@@ -14,7 +18,7 @@ DoorRefusal check(const DoorAccessRecord& access, int32_t door, uint32_t now) {
   return early || late ? DoorRefusal::kOtherTime : DoorRefusal::kNone;
 }
 
-/** Two records with the same credential would make a check ambiguous. */
+/** False without a credential, or with that of another record, which would make a check ambiguous. */
 bool isUsable(const DoorAccessRecord& access, const std::vector<DoorAccessRecord>& others) {
   const std::string_view credential = textOf(access.credential);
   return !credential.empty() && std::ranges::none_of(others, [&](const DoorAccessRecord& other) {
@@ -24,22 +28,20 @@ bool isUsable(const DoorAccessRecord& access, const std::vector<DoorAccessRecord
 
 }  // namespace
 
-DatabaseService::Status DatabaseService::doorAccessInit(int32_t* result) {
+Status DatabaseService::doorAccessInit(int32_t* result) {
   *result = 0;
   return Status::ok();
 }
 
-DatabaseService::Status DatabaseService::doorAccessDataRequest(int32_t* result) {
+Status DatabaseService::doorAccessDataRequest(int32_t* result) {
   return answer(result, [&](Transaction& transaction) { return tables_.doors.count(transaction); });
 }
 
-DatabaseService::Status DatabaseService::getDoorAccessById(int32_t id, CommonParcelable* access,
-                                                           int32_t* result) {
-  return show<DoorAccessRecord>([&](Transaction& transaction) { return tables_.doors.find(transaction, id); },
-                                access, result);
+Status DatabaseService::getDoorAccessById(int32_t id, CommonParcelable* access, int32_t* result) {
+  return show([&](Transaction& transaction) { return tables_.doors.find(transaction, id); }, access, result);
 }
 
-DatabaseService::Status DatabaseService::setDoorAccessInfo(const CommonParcelable& record, int32_t* result) {
+Status DatabaseService::setDoorAccessInfo(const CommonParcelable& record, int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
     const std::optional<DoorAccessRecord> access = unpack<DoorAccessRecord>(record);
     const bool usable = access && isUsable(*access, tables_.doors.all(transaction));
@@ -47,26 +49,24 @@ DatabaseService::Status DatabaseService::setDoorAccessInfo(const CommonParcelabl
   });
 }
 
-DatabaseService::Status DatabaseService::addDoorAccess(const CommonParcelable& record, int32_t* result) {
+Status DatabaseService::addDoorAccess(const CommonParcelable& record, int32_t* result) {
   return answer(result, [&](Transaction& transaction) {
     std::optional<DoorAccessRecord> access = unpack<DoorAccessRecord>(record);
     if (!access) return kRefused;
     access->id = 0;
-    return isUsable(*access, tables_.doors.all(transaction)) ? tables_.doors.add(transaction, *access)
-                                                             : kRefused;
+    const bool usable = isUsable(*access, tables_.doors.all(transaction));
+    return usable ? tables_.doors.add(transaction, *access) : kRefused;
   });
 }
 
-DatabaseService::Status DatabaseService::delDoorAccessById(int32_t id, int32_t* result) {
+Status DatabaseService::delDoorAccessById(int32_t id, int32_t* result) {
   return erase(tables_.doors, id, result);
 }
 
-DatabaseService::Status DatabaseService::delAllDoorAccess(int32_t* result) {
-  return eraseAll(tables_.doors, result);
-}
+Status DatabaseService::delAllDoorAccess(int32_t* result) { return eraseAll(tables_.doors, result); }
 
-DatabaseService::Status DatabaseService::checkDoorAccessInfo(const std::string& credential, int32_t door,
-                                                             CommonParcelable* record) {
+Status DatabaseService::checkDoorAccessInfo(const std::string& credential, int32_t door,
+                                            CommonParcelable* record) {
   return carryOut([&](Transaction& transaction) {
     const std::vector<DoorAccessRecord> all = tables_.doors.all(transaction);
     const auto found = std::ranges::find_if(
