@@ -101,7 +101,6 @@ class DatabaseService : public com::qv::BnDatabaseService {
   int32_t updateContact(Transaction& transaction, int32_t group, const ContactRecord& contact);
   int32_t deleteContact(Transaction& transaction, int32_t id);
   int32_t searchContacts(Transaction& transaction, std::string_view text);
-  int32_t searchRemote(std::string_view text);
 
   const std::shared_ptr<Store> store_;
   const DatabaseTables tables_;
@@ -110,8 +109,9 @@ class DatabaseService : public com::qv::BnDatabaseService {
   std::mutex mutex_;
   /** The contacts that the last request or search has found, in order. */
   std::vector<int32_t> listed_;
-  /** The same for the last search of a remote phonebook. */
-  std::vector<ContactRecord> foundRemote_;
+  /** The same for the remote phonebooks. */
+  std::vector<ContactRecord> foundXml_;
+  std::vector<ContactRecord> foundLdap_;
 };
 
 }  // namespace sim

@@ -51,6 +51,38 @@ PictureRecord draw(const ContactRecord& contact) {
   return picture;
 }
 
+/** There is one XML and one LDAP phonebook, with this number. */
+constexpr int32_t kRemote = 1;
+
+const std::vector<ContactRecord>& remoteContacts() {
+  static const std::vector<ContactRecord> contacts = [] {
+    std::vector<ContactRecord> made;
+    const std::pair<const char*, const char*> entries[] = {
+        {"Reception", "100"}, {"Canteen", "101"}, {"Workshop", "102"}, {"Dana Novak", "401"}};
+    for (const auto& [name, number] : entries) {
+      ContactRecord contact = with(&ContactRecord::name, name);
+      contact.id = static_cast<int32_t>(made.size()) + 1;
+      copyText(contact.numbers[0], number);
+      made.push_back(contact);
+    }
+    return made;
+  }();
+  return contacts;
+}
+
+int32_t remoteCount() { return static_cast<int32_t>(remoteContacts().size()); }
+
+int32_t countFrom(int32_t first, int32_t atMost) {
+  return first < 0 || first > remoteCount() || atMost < 0 ? kRefused
+                                                          : std::min(remoteCount() - first, atMost);
+}
+
+int32_t searchRemote(std::string_view text, std::vector<ContactRecord>* found) {
+  *found = remoteContacts();
+  std::erase_if(*found, [&](const ContactRecord& contact) { return !matches(contact, text); });
+  return static_cast<int32_t>(found->size());
+}
+
 }  // namespace
 
 /* Contacts */
@@ -146,7 +178,7 @@ Status DatabaseService::phonebookContactSearch(int32_t phonebook, const std::str
   constexpr int32_t kLocal = 0;
   constexpr int32_t kXml = 1;
   return answer(result, [&](Transaction& transaction) {
-    if (phonebook == kXml) return searchRemote(text);
+    if (phonebook == kXml) return searchRemote(text, &foundXml_);
     return phonebook == kLocal ? searchContacts(transaction, text) : kRefused;
   });
 }
@@ -243,42 +275,6 @@ Status DatabaseService::phonebookDeleteGroup(int32_t group, int32_t* result) {
 
 /* The remote phonebooks (Bluetooth, XML, LDAP), which have the same contacts. */
 
-namespace {
-
-/** There is one XML and one LDAP phonebook, with this number. */
-constexpr int32_t kRemote = 1;
-
-const std::vector<ContactRecord>& remoteContacts() {
-  static const std::vector<ContactRecord> contacts = [] {
-    std::vector<ContactRecord> made;
-    const std::pair<const char*, const char*> entries[] = {
-        {"Reception", "100"}, {"Canteen", "101"}, {"Workshop", "102"}, {"Dana Novak", "401"}};
-    for (const auto& [name, number] : entries) {
-      ContactRecord contact = with(&ContactRecord::name, name);
-      contact.id = static_cast<int32_t>(made.size()) + 1;
-      copyText(contact.numbers[0], number);
-      made.push_back(contact);
-    }
-    return made;
-  }();
-  return contacts;
-}
-
-int32_t remoteCount() { return static_cast<int32_t>(remoteContacts().size()); }
-
-int32_t countFrom(int32_t first, int32_t atMost) {
-  return first < 0 || first > remoteCount() || atMost < 0 ? kRefused
-                                                          : std::min(remoteCount() - first, atMost);
-}
-
-}  // namespace
-
-int32_t DatabaseService::searchRemote(std::string_view text) {
-  foundRemote_ = remoteContacts();
-  std::erase_if(foundRemote_, [&](const ContactRecord& contact) { return !matches(contact, text); });
-  return static_cast<int32_t>(foundRemote_.size());
-}
-
 Status DatabaseService::requestBtPhonebookData(int32_t* result) {
   *result = remoteCount();
   return Status::ok();
@@ -301,21 +297,22 @@ Status DatabaseService::getXmlPhonebookContactByIndex(int32_t index, CommonParce
 }
 Status DatabaseService::getXmlPhonebookSearchContactByIndex(int32_t index, CommonParcelable* contact,
                                                             int32_t* result) {
-  return show([&](Transaction&) { return entryAt(foundRemote_, index); }, contact, result);
+  return show([&](Transaction&) { return entryAt(foundXml_, index); }, contact, result);
 }
 
 Status DatabaseService::openLdapPhonebook(int32_t phonebook, int32_t* result) {
   return openXmlPhonebook(phonebook, result);
 }
 Status DatabaseService::requestLdapPhonebookData(int32_t first, int32_t atMost, int32_t* result) {
-  return answer(result, [&](Transaction&) { return searchRemote(""), countFrom(first, atMost); });
+  return answer(result,
+                [&](Transaction&) { return searchRemote("", &foundLdap_), countFrom(first, atMost); });
 }
 Status DatabaseService::getLdapPhonebookContactByIndex(int32_t index, CommonParcelable* contact,
                                                        int32_t* result) {
-  return getXmlPhonebookSearchContactByIndex(index, contact, result);
+  return show([&](Transaction&) { return entryAt(foundLdap_, index); }, contact, result);
 }
 Status DatabaseService::ldapContactSearchRequest(const std::string& text, int32_t* result) {
-  return answer(result, [&](Transaction&) { return searchRemote(text); });
+  return answer(result, [&](Transaction&) { return searchRemote(text, &foundLdap_); });
 }
 
 }  // namespace sim
