@@ -33,7 +33,7 @@ typedef struct vesk_call_info {
   int32_t line;   /**< the line of the call */
   int32_t chan;   /**< the channel of the call */
   char name[256]; /**< the name of the other party, ends with a zero */
-  /** The number of the other party, ends with a zero. The device may put further fields behind it. */
+  /** The number of the other party, ends with a zero. Further fields of the device may follow. */
   char number[96];
 } vesk_call_info;
 static_assert(sizeof(vesk_call_info) == VESK_CALL_INFO_SIZE, "call information record");

@@ -6,12 +6,11 @@
 #ifndef VESK_COMMON_H
 #define VESK_COMMON_H
 
-/** The version of these headers, from which the build takes the library's: its number for incompatible
- * changes. */
+/** The version of the headers and the library: major, for incompatible changes. */
 #define VESK_VERSION_MAJOR 0
-/** Its number for additions. */
+/** Minor, for additions. */
 #define VESK_VERSION_MINOR 2
-/** Its number for corrections. */
+/** Patch, for corrections. */
 #define VESK_VERSION_PATCH 0
 
 /** Marks the functions that libvesk_client.so exports. */

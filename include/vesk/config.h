@@ -5,26 +5,30 @@
  *
  * Each topic has a header of its own; this one includes them all:
  *
- *   <vesk/config/keys.h>           keys and values, saving, groups and scenes <vesk/config/dnd.h>
- *   do not disturb <vesk/config/dss.h>            DSS keys, expansion modules, soft keys
- *   <vesk/config/dial_peers.h>     dial peers <vesk/config/time.h>           time and date, time
- *   zones <vesk/config/screen.h>         screen, screen saver, backgrounds, language, idle screen
- *   <vesk/config/sound.h>          ringtones, muting, volumes, tones <vesk/config/network.h>
- *   status, addresses, VLAN, quality of service, VPN <vesk/config/accounts.h>       accounts and
- *   lines <vesk/config/provisioning.h>   TR-069, automatic provisioning, SPNP, factory reset
+ *   <vesk/config/keys.h>           keys and values, saving, groups and scenes
+ *   <vesk/config/dnd.h>            do not disturb
+ *   <vesk/config/dss.h>            DSS keys, expansion modules, soft keys
+ *   <vesk/config/dial_peers.h>     dial peers
+ *   <vesk/config/time.h>           time and date, time zones
+ *   <vesk/config/screen.h>         screen, screen saver, backgrounds, language, idle screen
+ *   <vesk/config/sound.h>          ringtones, muting, volumes, tones
+ *   <vesk/config/network.h>        status, addresses, VLAN, quality of service, VPN
+ *   <vesk/config/accounts.h>       accounts and lines
+ *   <vesk/config/provisioning.h>   TR-069, automatic provisioning, SPNP, factory reset
  *   <vesk/config/wireless.h>       Wi-Fi, Bluetooth, access points, wireless keys
- *   <vesk/config/passwords.h>      passwords and the keyboard lock <vesk/config/call_features.h>
- *   answering, waiting, dialling, hot line, voice mail, headset, redial, agent
- *   <vesk/config/firmware.h>       checking for firmware, upgrading <vesk/config/device.h>
- *   status, model and battery of the device, hotel <vesk/config/discovery.h>      other devices:
- *   discovery, names, credentials <vesk/config/doors.h>          doors, monitor, security, alarm,
- *   inputs and outputs, elevators <vesk/config/nat_share.h>      NAT share <vesk/config/lists.h>
- *   lists of records
+ *   <vesk/config/passwords.h>      passwords and the keyboard lock
+ *   <vesk/config/call_features.h>  answering, waiting, dialling, voice mail, headset, agent
+ *   <vesk/config/firmware.h>       firmware check and upgrade
+ *   <vesk/config/device.h>         status, model and battery of the device, hotel
+ *   <vesk/config/discovery.h>      other devices: discovery, names, credentials
+ *   <vesk/config/doors.h>          doors, monitor, security, alarm, inputs and outputs, elevators
+ *   <vesk/config/nat_share.h>      NAT share
+ *   <vesk/config/lists.h>          lists of records
  *
  * Two things are different here:
  *
- *  - Texts. A function with the parameters of a buffer and its size cuts the text to fit and ends
- *    it with a zero byte. "All or nothing" means that a text which does not fit gives -1 and leaves
+ *  - Texts. A function that fetches a text into a buffer cuts it to fit and ends it with a zero
+ *    byte. "All or nothing" means that a text which does not fit gives -1 and leaves
  *    the buffer untouched. If the call fails although there is a connection, the function does not
  *    fail: the text is "", unless the function's comment says otherwise. Without a connection, or
  *    with a size of 0 or less, nothing is written. "Always returns 0" includes the call without a
