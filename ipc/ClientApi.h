@@ -256,7 +256,9 @@ class ClientApi : public ClientSlot {
     (service.*method)(static_cast<Parameters>(arguments)...);
   }
 
-  static android::sp<Client> newClient() { return new Client(android::String16(Client::kServiceName)); }
+  static android::sp<Client> newClient() {
+    return android::sp<Client>(new Client(android::String16(Client::kServiceName)));
+  }
 };
 
 }  // namespace com::qv

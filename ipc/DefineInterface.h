@@ -38,9 +38,9 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
   if (binder == nullptr) return nullptr;
   if (const android::sp<android::IInterface> local = binder->queryLocalInterface(descriptor);
       local != nullptr) {
-    return static_cast<COM_QV_I*>(local.get());
+    return android::sp<COM_QV_I>(static_cast<COM_QV_I*>(local.get()));
   }
-  return new COM_QV_BP(binder);
+  return android::sp<COM_QV_I>(new COM_QV_BP(binder));
 }
 
 // The constructors and destructors inline those of the base classes, which would otherwise bring virtual
