@@ -34,32 +34,8 @@ android::binder::Status serve(const Parameters&... parameters) {
 }  // namespace
 }  // namespace vesk::fuzz
 
-#define COM_QV_INTERFACE AteEventListener
-#include "Subject.h"
-
-#define COM_QV_INTERFACE CallEventListener
-#include "Subject.h"
-
-#define COM_QV_INTERFACE CallService
-#include "Subject.h"
-
-#define COM_QV_INTERFACE ConfigService
-#include "Subject.h"
-
-#define COM_QV_INTERFACE DatabaseService
-#include "Subject.h"
-
-#define COM_QV_INTERFACE ExternalKeyService
-#include "Subject.h"
-
-#define COM_QV_INTERFACE MiscEventListener
-#include "Subject.h"
-
-#define COM_QV_INTERFACE MiscService
-#include "Subject.h"
-
-#define COM_QV_INTERFACE RelayService
-#include "Subject.h"
+#define ROWS_HEADER "fuzz/Subject.h"
+#include "tools/interfaces/ForEachInterface.h"
 
 namespace vesk::fuzz {
 

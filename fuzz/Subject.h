@@ -1,4 +1,4 @@
-/* Defines the function COM_QV_INTERFACE(), which returns the Interface for the rows in COM_QV_METHODS.
+/* Defines the function COM_QV_INTERFACE(), which returns the Interface for the rows of that interface.
  * Included once for each interface, by Interfaces.cpp. */
 
 #define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)

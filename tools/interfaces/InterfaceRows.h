@@ -1,7 +1,6 @@
 /*
- * Defines kMethods from the rows of one interface, in a namespace of the interface's name. Included once per
- * interface by InterfaceTable.cpp, with the macros of <com/qv/detail/DeclareInterface.h>, which are undefined
- * again at the end.
+ * Defines kMethods from the rows of COM_QV_INTERFACE, in a namespace of the interface's name. Included once
+ * for each interface, by InterfaceTable.cpp.
  */
 
 namespace COM_QV_INTERFACE {

@@ -57,25 +57,8 @@ constexpr std::array<Parameter, sizeof...(Parameters)> listOf(const Parameters&.
 
 #define PARAMETER(type, name) parameter<type>(#type, #name)
 
-#define COM_QV_INTERFACE CallService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE ConfigService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE DatabaseService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE MiscService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE RelayService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE ExternalKeyService
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE CallEventListener
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE MiscEventListener
-#include "InterfaceRows.h"
-#define COM_QV_INTERFACE AteEventListener
-#include "InterfaceRows.h"
-
+#define ROWS_HEADER "InterfaceRows.h"
+#include "ForEachInterface.h"
 #undef PARAMETER
 
 #define INTERFACE(name, className) \
