@@ -134,7 +134,7 @@ void binder_set_video_stream_area(int a, int b) {
 }
 void binder_video_snapshot(int value) { service.send(&ICallService::videoSnapshot, value); }
 int binder_get_snapshot_nums(int value) { return service.value(&ICallService::getSnapshotNums, value); }
-void binder_snapshot_data_request(int value) { service.value(&ICallService::requestSnapShotData, value); }
+void binder_snapshot_data_request(int value) { service.send(&ICallService::requestSnapShotData, value); }
 void binder_get_snapshot_info_by_index(int a, int index, void* info) {
   service.fetch<VESK_SNAPSHOT_INFO_SIZE>(info, &ICallService::getSnapshotInfoByIndex, a, index);
 }

@@ -28,9 +28,9 @@ Status notify(Callback<Parameters...> callback, Arguments... arguments) {
   return Status::ok();
 }
 
-/** An event that logs its name. */
+/** Logs the event's name and calls the callback. */
 template <class... Parameters, class... Arguments>
-Status namedEvent(const char* name, Callback<Parameters...> callback, Arguments... arguments) {
+Status logAndNotify(const char* name, Callback<Parameters...> callback, Arguments... arguments) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s", name);
   return notify(callback, arguments...);
 }
@@ -41,11 +41,11 @@ struct SizeError {
   const char* text;
 };
 
-/** An event with a record, which goes to `log`, if not null, and then to the callback. */
+/** Checks the record's size, logs the record if `log` is given, and calls the callback. */
 template <class Record, class... Rest>
 Status recordEvent(const char* name, const CommonParcelable& parcel, void (*log)(const char*, const Record&),
                    SizeError error, Callback<void*, Rest...> callback, Rest... rest) {
-  // The zero behind the record stops a reader of an unterminated text.
+  // The additional zero terminates the last text of the record if the service did not.
   struct {
     Record record;
     char end;
@@ -58,7 +58,7 @@ Status recordEvent(const char* name, const CommonParcelable& parcel, void (*log)
   return notify(callback, &received.record, rest...);
 }
 
-/* The precisions keep an unterminated text within the record. */
+/* %.*s, since the service may leave a text unterminated. */
 
 void logCall(const char* event, const vesk_call_info& info) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s(line:%d, chan:%d, name:%.*s, number:%.*s)", event,
@@ -77,7 +77,7 @@ void logCallCompletion(const char* event, const vesk_call_completion_info& info)
                       int{sizeof(info.dialNumber)}, info.dialNumber);
 }
 
-constexpr void (*kNoLog)(const char*, const vesk_call_info&) = nullptr;
+constexpr void (*kNoCallInfoLog)(const char*, const vesk_call_info&) = nullptr;
 
 }  // namespace
 
@@ -85,12 +85,12 @@ constexpr void (*kNoLog)(const char*, const vesk_call_info&) = nullptr;
 
 Status CallEventListener::dialCallStartEvent(const CommonParcelable& callInfo) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s", __func__);
-  return recordEvent(__func__, callInfo, kNoLog, {ANDROID_LOG_ERROR, "peddial started param error!!!"},
-                     &CallCallbacks::dialCallStart);
+  return recordEvent(__func__, callInfo, kNoCallInfoLog,
+                     {ANDROID_LOG_ERROR, "peddial started param error!!!"}, &CallCallbacks::dialCallStart);
 }
 
 Status CallEventListener::dialCallStopEvent(int32_t value) {
-  return namedEvent(__func__, &CallCallbacks::dialCallStop, value);
+  return logAndNotify(__func__, &CallCallbacks::dialCallStop, value);
 }
 
 Status CallEventListener::dialSelectionEvent(int32_t value) {
@@ -103,7 +103,7 @@ Status CallEventListener::newOngoingCallEvent(const CommonParcelable& callInfo) 
 }
 
 Status CallEventListener::callStateChangedEvent(const CommonParcelable& callInfo) {
-  return recordEvent(__func__, callInfo, kNoLog, {}, &CallCallbacks::callStateChanged);
+  return recordEvent(__func__, callInfo, kNoCallInfoLog, {}, &CallCallbacks::callStateChanged);
 }
 
 Status CallEventListener::callInfoChangedEvent(const CommonParcelable& callInfo) {
@@ -127,27 +127,27 @@ Status CallEventListener::updateCallVideoStreamEvent(int32_t num) {
 }
 
 Status CallEventListener::conferenceStartEvent(int32_t value, const std::vector<int32_t>& members) {
-  return namedEvent(__func__, &CallCallbacks::conferenceStart, value, members.data(),
-                    static_cast<int>(members.size()));
+  return logAndNotify(__func__, &CallCallbacks::conferenceStart, value, members.data(),
+                      static_cast<int>(members.size()));
 }
 
 Status CallEventListener::conferenceStopEvent(int32_t value) {
-  return namedEvent(__func__, &CallCallbacks::conferenceStop, value);
+  return logAndNotify(__func__, &CallCallbacks::conferenceStop, value);
 }
 
 Status CallEventListener::conferenceMembersChangedEvent(int32_t value, const std::vector<int32_t>& members) {
-  return namedEvent(__func__, &CallCallbacks::conferenceMembersChanged, value, members.data(),
-                    static_cast<int>(members.size()));
+  return logAndNotify(__func__, &CallCallbacks::conferenceMembersChanged, value, members.data(),
+                      static_cast<int>(members.size()));
 }
 
 Status CallEventListener::conferenceManagerEvent() {
-  return namedEvent(__func__, &CallCallbacks::conferenceManager);
+  return logAndNotify(__func__, &CallCallbacks::conferenceManager);
 }
 
 Status CallEventListener::makeCallRetEvent(const std::string& text) {
   char buffer[kMakeCallRetSize] = {};
   std::snprintf(buffer, sizeof(buffer), "%s", text.c_str());
-  return namedEvent(__func__, &CallCallbacks::makeCallRet, static_cast<const char*>(buffer));
+  return logAndNotify(__func__, &CallCallbacks::makeCallRet, static_cast<const char*>(buffer));
 }
 
 Status CallEventListener::keycodeEvent(int32_t code, int32_t status) {

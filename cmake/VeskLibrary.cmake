@@ -34,13 +34,13 @@ target_link_options(vesk_client PRIVATE -Wl,-z,nodelete)
 # Most relocations fill virtual tables. Bound at link time, they need no symbol look-up.
 target_link_options(vesk_client PRIVATE -Wl,-Bsymbolic-functions)
 include(CheckLinkerFlag)
-# Code and constants share their first and last pages instead of being padded apart.
+# No page padding between code and constants.
 check_linker_flag(CXX -Wl,-z,noseparate-code VESK_HAS_NOSEPARATE_CODE)
 if(VESK_HAS_NOSEPARATE_CODE)
   target_link_options(vesk_client PRIVATE -Wl,-z,noseparate-code)
 endif()
-# A packed relocation takes about a bit instead of 24 bytes. The loader has to know the form, as glibc does from 2.36 on; a
-# device's loader may not, so the option is off there.
+# RELR: about one bit instead of 24 bytes for a relocation. It needs support in the loader, which glibc has from 2.36 on; off for a
+# device, whose loader may have none.
 check_linker_flag(CXX -Wl,-z,pack-relative-relocs VESK_HAS_PACKED_RELOCATIONS)
 set(pack_relocations OFF)
 if(VESK_PLATFORM STREQUAL "host")

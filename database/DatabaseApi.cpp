@@ -19,7 +19,7 @@ bool hasSize(const CommonParcelable& record, int64_t size, const char* function)
 }
 
 /** The rule for a record as an out-argument: accepted at exactly `size` bytes, otherwise logged. */
-struct Logged {
+struct ExactSizeOrLog {
   void* bytes;
   int64_t size;
   const char* function;
@@ -31,8 +31,8 @@ struct Logged {
 /** Sends a record after the method's other arguments. The check afterwards is of the copy that was sent: it
  * is empty if a String8 could not allocate its memory. */
 template <size_t kSize, class... Parameters, class... Arguments>
-int store(const char* function, const void* bytes, Status (IDatabaseService::*method)(Parameters...),
-          Arguments... arguments) {
+int sendRecord(const char* function, const void* bytes, Status (IDatabaseService::*method)(Parameters...),
+               Arguments... arguments) {
   const android::sp<IDatabaseService> proxy = service.proxy();
   if (proxy == nullptr) return -1;
   const CommonParcelable record(bytes, kSize);
@@ -81,7 +81,7 @@ int binder_phonebook_common_request(int value) {
   return service.value(&IDatabaseService::phonebookCommonRequest, value);
 }
 int binder_phonebook_db_request(const void* request) {
-  return store<VESK_PHONEBOOK_REQUEST_SIZE>(__func__, request, &IDatabaseService::phonebookDbRequest);
+  return sendRecord<VESK_PHONEBOOK_REQUEST_SIZE>(__func__, request, &IDatabaseService::phonebookDbRequest);
 }
 
 /* Groups of the phonebook */
@@ -89,11 +89,11 @@ int binder_phonebook_db_request(const void* request) {
 int binder_phonebook_get_contact_groupid(int contact, int count, void* groups) {
   // In 64 bits, so that no count overflows and a negative one matches no record.
   const int64_t size = int64_t{VESK_PHONEBOOK_GROUP_ID_SIZE} * count;
-  return service.fetch(Logged{groups, size, __func__}, &IDatabaseService::phonebookGetContactGroupId, contact,
-                       count);
+  return service.fetch(ExactSizeOrLog{groups, size, __func__}, &IDatabaseService::phonebookGetContactGroupId,
+                       contact, count);
 }
 int binder_get_phonebook_groupinfo(int a, int b, void* group) {
-  return service.fetch(Logged{group, VESK_PHONEBOOK_GROUP_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{group, VESK_PHONEBOOK_GROUP_SIZE, __func__},
                        &IDatabaseService::getPhonebookGroupInfo, a, b);
 }
 int binder_phonebook_rm_contact_from_group(int a, int b) {
@@ -103,10 +103,10 @@ int binder_phonebook_add_contact_to_group(int a, int b) {
   return service.value(&IDatabaseService::phonebookAddContactToGroup, a, b);
 }
 int binder_phonebook_add_new_group(const void* group) {
-  return store<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookAddNewGroup);
+  return sendRecord<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookAddNewGroup);
 }
 int binder_phonebook_update_group(const void* group) {
-  return store<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookUpdateGroup);
+  return sendRecord<VESK_PHONEBOOK_GROUP_SIZE>(__func__, group, &IDatabaseService::phonebookUpdateGroup);
 }
 int binder_phonebook_delete_group(int group) {
   return service.value(&IDatabaseService::phonebookDeleteGroup, group);
@@ -115,23 +115,23 @@ int binder_phonebook_delete_group(int group) {
 /* Contacts of the phonebook */
 
 int binder_phonebook_contact_retrieve(int a, int b, void* contact) {
-  return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{contact, VESK_CONTACT_SIZE, __func__},
                        &IDatabaseService::phonebookContactRetrieve, a, b);
 }
 int binder_phonebook_contact_delete(int a, int b) {
   return service.value(&IDatabaseService::phonebookContactDelete, a, b);
 }
 int binder_phonebook_contact_create(int value, const void* contact) {
-  return store<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactCreate, value);
+  return sendRecord<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactCreate, value);
 }
 int binder_phonebook_contact_update(int value, const void* contact) {
-  return store<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactUpdate, value);
+  return sendRecord<VESK_CONTACT_SIZE>(__func__, contact, &IDatabaseService::phonebookContactUpdate, value);
 }
 int binder_phonebook_contact_search(int value, const char* text) {
   return service.value(&IDatabaseService::phonebookContactSearch, value, text);
 }
 int binder_phonebook_image_request(int value, void* picture) {
-  return service.fetch(Logged{picture, VESK_CONTACT_PICTURE_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{picture, VESK_CONTACT_PICTURE_SIZE, __func__},
                        &IDatabaseService::phonebookImageDataGet, value);
 }
 
@@ -141,24 +141,28 @@ void binder_black_white_list_request(int value) {
   service.send(&IDatabaseService::requestBlackWhiteListData, value);
 }
 int binder_phonebook_contact_add_blacklist(const void* entry) {
-  return store<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactAddBlacklist);
+  return sendRecord<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry,
+                                               &IDatabaseService::phonebookContactAddBlacklist);
 }
 int binder_phonebook_contact_add_whitelist(const void* entry) {
-  return store<VESK_WHITELIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactAddWhitelist);
+  return sendRecord<VESK_WHITELIST_ENTRY_SIZE>(__func__, entry,
+                                               &IDatabaseService::phonebookContactAddWhitelist);
 }
 int binder_phonebook_contact_get_whitelist(int value, void* entry) {
-  return service.fetch(Logged{entry, VESK_WHITELIST_ENTRY_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{entry, VESK_WHITELIST_ENTRY_SIZE, __func__},
                        &IDatabaseService::phonebookContactGetWhitelist, value);
 }
 int binder_phonebook_contact_get_blacklist(int value, void* entry) {
-  return service.fetch(Logged{entry, VESK_BLACKLIST_ENTRY_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{entry, VESK_BLACKLIST_ENTRY_SIZE, __func__},
                        &IDatabaseService::phonebookContactGetBlacklist, value);
 }
 int binder_phonebook_contact_set_blacklist(const void* entry) {
-  return store<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactSetBlacklist);
+  return sendRecord<VESK_BLACKLIST_ENTRY_SIZE>(__func__, entry,
+                                               &IDatabaseService::phonebookContactSetBlacklist);
 }
 int binder_phonebook_contact_set_whitelist(const void* entry) {
-  return store<VESK_WHITELIST_ENTRY_SIZE>(__func__, entry, &IDatabaseService::phonebookContactSetWhitelist);
+  return sendRecord<VESK_WHITELIST_ENTRY_SIZE>(__func__, entry,
+                                               &IDatabaseService::phonebookContactSetWhitelist);
 }
 int binder_phonebook_contact_delete_blacklist(int value) {
   return service.value(&IDatabaseService::phonebookContactDeleteBlacklist, value);
@@ -176,7 +180,8 @@ int binder_phonebook_contact_delete_all_whitelist(void) {
 /* Call log */
 
 int binder_get_clog_info_by_id(int id, void* entry) {
-  return service.fetch(Logged{entry, VESK_CALL_LOG_ENTRY_SIZE, __func__}, &IDatabaseService::getClogById, id);
+  return service.fetch(ExactSizeOrLog{entry, VESK_CALL_LOG_ENTRY_SIZE, __func__},
+                       &IDatabaseService::getClogById, id);
 }
 int binder_clog_delete(int a, int b) { return service.value(&IDatabaseService::clogDelete, a, b); }
 
@@ -192,7 +197,8 @@ int binder_add_memo(const void* memo) {
 }
 void binder_memo_info_request(void) { service.send(&IDatabaseService::requestMemoData); }
 int binder_get_memo_info_by_index(int index, void* memo) {
-  return service.fetch(Logged{memo, VESK_MEMO_SIZE, __func__}, &IDatabaseService::getMemoByIndex, index);
+  return service.fetch(ExactSizeOrLog{memo, VESK_MEMO_SIZE, __func__}, &IDatabaseService::getMemoByIndex,
+                       index);
 }
 void binder_check_memo_per_minute(void) { service.send(&IDatabaseService::checkMemoPerMinute); }
 
@@ -202,7 +208,7 @@ int binder_request_bt_phonebook_data(void) {
   return service.value(&IDatabaseService::requestBtPhonebookData);
 }
 int binder_get_bt_phonebook_contact_by_id(int id, void* contact) {
-  return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{contact, VESK_CONTACT_SIZE, __func__},
                        &IDatabaseService::getBtPhonebookContactById, id);
 }
 
@@ -213,11 +219,11 @@ int binder_request_xml_phonebook_data(int a, int b) {
   return service.value(&IDatabaseService::requestXmlPhonebookData, a, b);
 }
 int binder_get_xml_phonebook_contact_by_index(int index, void* contact) {
-  return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{contact, VESK_CONTACT_SIZE, __func__},
                        &IDatabaseService::getXmlPhonebookContactByIndex, index);
 }
 int binder_get_xml_phonebook_search_contact_by_index(int index, void* contact) {
-  return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{contact, VESK_CONTACT_SIZE, __func__},
                        &IDatabaseService::getXmlPhonebookSearchContactByIndex, index);
 }
 
@@ -230,7 +236,7 @@ int binder_request_ldap_phonebook_data(int a, int b) {
   return service.value(&IDatabaseService::requestLdapPhonebookData, a, b);
 }
 int binder_get_ldap_phonebook_contact_by_index(int index, void* contact) {
-  return service.fetch(Logged{contact, VESK_CONTACT_SIZE, __func__},
+  return service.fetch(ExactSizeOrLog{contact, VESK_CONTACT_SIZE, __func__},
                        &IDatabaseService::getLdapPhonebookContactByIndex, index);
 }
 int binder_ldap_contact_search_request(const char* text) {
@@ -242,8 +248,8 @@ int binder_ldap_contact_search_request(const char* text) {
 int binder_door_access_init(void) { return service.value(&IDatabaseService::doorAccessInit); }
 int binder_door_access_data_request(void) { return service.value(&IDatabaseService::doorAccessDataRequest); }
 int binder_get_door_access_by_id(int id, void* access) {
-  return service.fetch(Logged{access, VESK_DOOR_ACCESS_SIZE, __func__}, &IDatabaseService::getDoorAccessById,
-                       id);
+  return service.fetch(ExactSizeOrLog{access, VESK_DOOR_ACCESS_SIZE, __func__},
+                       &IDatabaseService::getDoorAccessById, id);
 }
 int binder_set_door_access_info(const void* access) {
   return service.value(&IDatabaseService::setDoorAccessInfo, Record{access, VESK_DOOR_ACCESS_SIZE});

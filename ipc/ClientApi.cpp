@@ -1,13 +1,13 @@
 #include "ipc/ClientApi.h"
 
-#include <system_error>
+#include <exception>
 #include <thread>
 
 namespace com::qv {
 
 namespace {
 
-/** The head of a list that grows only while the library is loaded. */
+/** The head of a list that only the static initialisers of the library write, on one thread. */
 constinit ClientSlot* firstSlot = nullptr;
 
 }  // namespace
@@ -17,7 +17,7 @@ struct ReleaseAtExit {
   ~ReleaseAtExit() {
     for (ClientSlot* slot = firstSlot; slot != nullptr; slot = slot->next_) {
       // A forked child releases only a client that it has connected itself: the others are its parent's.
-      if (slot->connectedBy_ == ::getpid()) slot->disconnect();
+      if (slot->connectedPid_ == ::getpid()) slot->disconnect();
     }
   }
 };
@@ -32,12 +32,15 @@ ClientSlot::ClientSlot() : next_(std::exchange(firstSlot, this)) {}
 
 void ClientSlot::disconnect() {
   Connection dropped;
-  const std::lock_guard lock(mutex_);
-  std::swap(current_, dropped);
+  {
+    const std::lock_guard lock(mutex_);
+    std::swap(current_, dropped);
+  }
+  unlinkFromDeath(dropped);
 }
 
-void ClientSlot::retire(const Connection& connection) {
-  // The service may outlive many connects, and would keep a link for each.
+void ClientSlot::unlinkFromDeath(const Connection& connection) {
+  // The binder lives as long as its service, and would collect a link for each connect.
   if (connection.client != nullptr && connection.client->deathHook != nullptr) {
     connection.client->binder->unlinkToDeath(connection.client);
   }
@@ -45,27 +48,26 @@ void ClientSlot::retire(const Connection& connection) {
 
 void ClientSlot::linkToDeath(const android::sp<ClientBase>& client) {
   if (client->binder->linkToDeath(client, nullptr, 0) != android::DEAD_OBJECT) return;
-  // The service died before the link, so there is no obituary: it is made here, on a thread of its own as the
-  // binder's are, since the application may hold locks around its connect.
+  // The service died before the link, and the binder sends no obituary. The death is reported on a new
+  // thread, since the application may hold locks around its connect.
   try {
     std::thread([client] { client->binderDied(client->binder); }).detach();
-  } catch (const std::system_error&) {
-    client->binderDied(client->binder);  // Without a thread, here is better than not at all.
+  } catch (const std::exception&) {
+    client->binderDied(client->binder);  // Without a thread, rather here than not at all.
   }
 }
 
 void ClientSlot::died(const ClientBase* client) {
+  Connection dropped;  // Declared before the lock, so that the client is released without it.
   std::unique_lock lock(mutex_);
   if (current_.client.get() != client) return;
   const DiedCallback onServiceDied = current_.onServiceDied;
   lock.unlock();
   if (onServiceDied != nullptr) onServiceDied();
 
-  Connection dropped;  // Outlives the lock, so that the client is released outside of it.
   lock.lock();
   // The callback may have connected again.
   if (current_.client.get() == client) std::swap(current_, dropped);
-  lock.unlock();
 }
 
 }  // namespace com::qv

@@ -15,12 +15,12 @@
 
 namespace com::qv {
 
-/** The result of a C function without a client. */
+/** The result if no client is connected. */
 struct IfNotConnected {
   int value;
 };
 
-/** The value of an out-argument before the call, and therefore after a failed one. */
+/** The value of the out-argument before the call. A failed call between processes leaves it. */
 struct IfFailed {
   int value;
 };
@@ -42,7 +42,7 @@ struct IntArray {
 };
 
 /** The usual rule for a record as an out-argument: accepted at exactly `size` bytes. */
-struct Exactly {
+struct ExactSize {
   void* bytes;
   size_t size;
   bool store(const CommonParcelable& record) const { return record.copyTo(bytes, size); }
@@ -69,23 +69,24 @@ class ClientSlot {
   /** Never called: see ClientApi::instance(). */
   ~ClientSlot() = default;
 
-  /** Replaces the client, and the callbacks by `storeCallbacks`, in one step. */
+  /** Replaces the client and runs `storeCallbacks`, both under the lock. */
   template <class StoreCallbacks>
   void publish(Connection connection, StoreCallbacks storeCallbacks) {
-    connectedBy_ = ::getpid();
+    connectedPid_ = ::getpid();
     {
       const std::lock_guard lock(mutex_);
       storeCallbacks();
       std::swap(current_, connection);
     }
-    // Outside of the lock, since the end of a client could call back into here.
-    retire(connection);
+    // `connection` is the earlier one now. It is released without the lock, since its destructor may call
+    // back into here.
+    unlinkFromDeath(connection);
   }
 
   /** Links the published client to the death of its service. */
   void linkToDeath(const android::sp<ClientBase>& client);
 
-  /** The death hook's work. A client that has been replaced reports no death and removes nothing. */
+  /** Handles the death of a client's service. A client that was replaced before reports nothing. */
   void died(const ClientBase* client);
 
   mutable std::mutex mutex_;
@@ -94,17 +95,17 @@ class ClientSlot {
  private:
   friend struct ReleaseAtExit;
 
-  static void retire(const Connection& connection);
+  static void unlinkFromDeath(const Connection& connection);
 
-  std::atomic<pid_t> connectedBy_{0};
+  std::atomic<pid_t> connectedPid_{0};
   ClientSlot* const next_;
 };
 
 /**
- * The C functions of one service: the current client, and the steps that all functions share. A C function is
- * a call of one of the members below with the proxy's method and the function's own facts. Each member holds
- * the proxy for the length of the call and judges success by the out-values only. Every member may be called
- * from any thread.
+ * The current client of a service, and the steps that all of its C functions share. Each C function calls one
+ * member with a method of the proxy, its arguments and its failure values. The member keeps a reference to
+ * the proxy during the call and ignores the Status: the out-values decide the result. All members may be
+ * called from any thread. They are not inlined, so that they are compiled once for each parameter list.
  */
 template <class Client>
 class ClientApi : public ClientSlot {
@@ -120,14 +121,14 @@ class ClientApi : public ClientSlot {
     return api;
   }
 
-  /** A failed attempt keeps the earlier client, here and below. */
+  /** A failed attempt keeps the earlier client. */
   bool connectWithoutDeathNotification() {
     const android::sp<Client> client = newClient();
     if (client->connected) publish({client, nullptr}, [] {});
     return client->connected;
   }
 
-  /** `storeCallbacks` runs on success only, under a lock. */
+  /** A failed attempt keeps the earlier client and does not run `storeCallbacks`. */
   template <class StoreCallbacks = void (*)()>
   bool connect(
       DiedCallback onServiceDied, StoreCallbacks storeCallbacks = [] {}) {
@@ -148,13 +149,13 @@ class ClientApi : public ClientSlot {
   /** A method whose reply is ignored. 0 once the call was made, even if it failed; -1 without a client. */
   template <class... Parameters, class... Arguments>
   [[gnu::noinline]] int send(Method<Parameters...> method, Arguments... arguments) const {
-    const android::sp<Interface> service = proxy();
-    if (service == nullptr) return -1;
+    const android::sp<Interface> proxy = this->proxy();
+    if (proxy == nullptr) return -1;
     if constexpr (sizeof...(Arguments) == sizeof...(Parameters)) {
-      call(*service, method, arguments...);
+      invoke(*proxy, method, arguments...);
     } else {
       OutValue<Parameters...> ignored = failed<OutValue<Parameters...>>();
-      call(*service, method, arguments..., &ignored);
+      invoke(*proxy, method, arguments..., &ignored);
     }
     return 0;
   }
@@ -170,10 +171,10 @@ class ClientApi : public ClientSlot {
   template <class... Parameters, class... Arguments>
   [[gnu::noinline]] int value(IfNotConnected ifNotConnected, IfFailed ifFailed, Method<Parameters...> method,
                               Arguments... arguments) const {
-    const android::sp<Interface> service = proxy();
-    if (service == nullptr) return ifNotConnected.value;
+    const android::sp<Interface> proxy = this->proxy();
+    if (proxy == nullptr) return ifNotConnected.value;
     auto result = static_cast<OutValue<Parameters...>>(ifFailed.value);
-    call(*service, method, arguments..., &result);
+    invoke(*proxy, method, arguments..., &result);
     return result;
   }
 
@@ -181,22 +182,22 @@ class ClientApi : public ClientSlot {
    * and `record` untouched. */
   template <size_t kSize, class... Parameters, class... Arguments>
   int fetch(void* record, Method<Parameters...> method, Arguments... arguments) const {
-    return fetch(Exactly{record, kSize}, method, arguments...);
+    return fetch(ExactSize{record, kSize}, method, arguments...);
   }
 
   /** A method with one record as out-argument, which `rule.store(record)` accepts or refuses. -1 if it was
    * refused; otherwise the method's int32_t out-argument, -1 before the call, or 0 if it has none. */
   template <class Rule, class... Parameters, class... Arguments>
   [[gnu::noinline]] int fetch(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
-    const android::sp<Interface> service = proxy();
-    if (service == nullptr) return -1;
+    const android::sp<Interface> proxy = this->proxy();
+    if (proxy == nullptr) return -1;
     CommonParcelable record;
     int32_t result = 0;
     if constexpr (std::is_same_v<OutValue<Parameters...>, int32_t>) {
       result = -1;
-      call(*service, method, arguments..., &record, &result);
+      invoke(*proxy, method, arguments..., &record, &result);
     } else {
-      call(*service, method, arguments..., &record);
+      invoke(*proxy, method, arguments..., &record);
     }
     return rule.store(record) ? result : -1;
   }
@@ -205,24 +206,24 @@ class ClientApi : public ClientSlot {
   template <class Rule, class... Parameters, class... Arguments>
   [[gnu::noinline]] int text(IfNotConnected ifNotConnected, Rule rule, Method<Parameters...> method,
                              Arguments... arguments) const {
-    const android::sp<Interface> service = proxy();
-    if (service == nullptr) return ifNotConnected.value;
+    const android::sp<Interface> proxy = this->proxy();
+    if (proxy == nullptr) return ifNotConnected.value;
     std::string result;
-    call(*service, method, arguments..., &result);
+    invoke(*proxy, method, arguments..., &result);
     return rule.store(result);
   }
 
   /**
-   * A method with a list of records as out-argument. Each element of exactly `kSize` bytes goes to
-   * `store(index, bytes)`; the index counts these elements, others are skipped. `store` returns false to end
-   * the walk without counting the element. The result is the number of stored elements; -1 without a client.
+   * A method with a list of records as out-argument. Calls `store(index, bytes)` for each element of exactly
+   * `kSize` bytes; `index` counts these only. `store` returns false to stop. The result is the number of
+   * stored elements; -1 without a client.
    */
   template <size_t kSize, class Store>
   int list(Store store, Method<std::vector<CommonParcelable>*> method) const {
-    const android::sp<Interface> service = proxy();
-    if (service == nullptr) return -1;
+    const android::sp<Interface> proxy = this->proxy();
+    if (proxy == nullptr) return -1;
     std::vector<CommonParcelable> elements;
-    call(*service, method, &elements);
+    invoke(*proxy, method, &elements);
     int stored = 0;
     for (const CommonParcelable& element : elements) {
       if (element.blob().length() != kSize) continue;
@@ -252,8 +253,8 @@ class ClientApi : public ClientSlot {
   /** Calls the method with the C function's arguments converted to its parameters. A null text raises the
    * standard library's logic error here. */
   template <class... Parameters, class... Arguments>
-  static void call(Interface& service, Method<Parameters...> method, const Arguments&... arguments) {
-    (service.*method)(static_cast<Parameters>(arguments)...);
+  static void invoke(Interface& proxy, Method<Parameters...> method, const Arguments&... arguments) {
+    (proxy.*method)(static_cast<Parameters>(arguments)...);
   }
 
   static android::sp<Client> newClient() {

@@ -1,6 +1,6 @@
 /*
- * Defines the classes of one interface from its rows. Included once per interface with COM_QV_INTERFACE
- * defined, as <com/qv/detail/DeclareInterface.h> is, which declares the classes.
+ * Defines the classes that <com/qv/detail/DeclareInterface.h> declares. Included once per interface with
+ * COM_QV_INTERFACE defined, for example as CallService.
  */
 
 #include <com/qv/detail/Methods.h>
@@ -43,24 +43,23 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
   return android::sp<COM_QV_I>(new COM_QV_BP(binder));
 }
 
-// The constructors and destructors inline those of the base classes, which would otherwise bring virtual
-// tables of their own into the library.
+// Flattened, since base constructors of their own would need construction vtables in the library.
 [[gnu::flatten]] COM_QV_BP::COM_QV_BP(const android::sp<android::IBinder>& remote)
     : android::BpInterface<COM_QV_I>(remote) {}
 [[gnu::flatten]] COM_QV_BP::~COM_QV_BP() = default;
 
-/** Compiled for each parameter list, not for each method. The code stands last, so that the other arguments
- * stay in their registers. */
+/** One instance for each parameter list. `code` is last, so that the other arguments stay in their registers.
+ */
 template <class... Parameters>
-[[gnu::noinline]] android::binder::Status COM_QV_BP::call(Parameters... parameters, uint32_t code) {
-  using List = SignatureOf<Parameters...>;
-  void* const values[] = {List::template addressOf<Parameters>(parameters)..., nullptr};
-  return callMethod(remote(), getInterfaceDescriptor(), code, List::kSignature, values);
+[[gnu::noinline]] android::binder::Status COM_QV_BP::callRemote(Parameters... parameters, uint32_t code) {
+  using Types = SignatureOf<Parameters...>;
+  void* const values[] = {Types::template addressOf<Parameters>(parameters)..., nullptr};
+  return callMethod(remote(), getInterfaceDescriptor(), code, Types::kSignature, values);
 }
 
-#define METHOD(code, name, ...)                                                                      \
-  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                              \
-    return call<COM_QV_TYPES(__VA_ARGS__)>(COM_QV_NAMES(__VA_ARGS__) __VA_OPT__(, ) uint32_t{code}); \
+#define METHOD(code, name, ...)                                                                            \
+  android::binder::Status COM_QV_BP::name(COM_QV_PARAMS(__VA_ARGS__)) {                                    \
+    return callRemote<COM_QV_TYPES(__VA_ARGS__)>(COM_QV_NAMES(__VA_ARGS__) __VA_OPT__(, ) uint32_t{code}); \
   }
 #include COM_QV_METHODS
 #undef METHOD

