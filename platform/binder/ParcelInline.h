@@ -9,7 +9,7 @@
 
 #include <binder/Parcel.h>
 
-/* What the sources of Parcel share. */
+/* Shared by the sources of Parcel. */
 namespace android {
 
 namespace parcel {
@@ -19,7 +19,7 @@ static_assert(std::endian::native == std::endian::little, "the wire is little-en
 // Positions and offsets fit in an int32 and can be added without overflow.
 constexpr size_t kMaxSize = std::numeric_limits<int32_t>::max();
 
-// What is too much for the inline buffer is mostly a list, which goes on growing.
+// Contents beyond the inline buffer are mostly lists, which keep growing.
 constexpr size_t kFirstHeapCapacity = 4096;
 
 // For lengths up to kMaxSize.
@@ -38,7 +38,7 @@ uint8_t* store(uint8_t* to, const T& value) {
   return to + sizeof(value);
 }
 
-// memcpy that takes a null pointer for no bytes.
+// memcpy that accepts null pointers for a length of 0.
 inline void copyBytes(void* to, const void* from, size_t length) {
   if (length > 0) memcpy(to, from, length);
 }
@@ -58,7 +58,7 @@ status_t readWhole(const Parcel& parcel, Steps steps) {
   return status;
 }
 
-// Runs a write of several steps and takes back what was added if one fails.
+// Runs a write of several steps and reverts it if one fails.
 template <typename Steps>
 status_t writeWhole(Parcel* parcel, Steps steps) {
   const size_t start = parcel->dataPosition();
@@ -96,7 +96,7 @@ inline status_t readCount(const Parcel& parcel, size_t minElementSize, size_t* c
 using namespace parcel;
 
 inline uint8_t* Parcel::claim(size_t len) {
-  // Contents that were set as raw bytes may end off the four-byte grid.
+  // Contents that were set as raw bytes may end unaligned.
   const size_t start = padded(position_);
   if (start > kMaxSize || len > kMaxSize - start) return nullptr;
   const size_t end = start + padded(len);
@@ -105,7 +105,7 @@ inline uint8_t* Parcel::claim(size_t len) {
     if (!reserve(std::max(end, more))) return nullptr;
   }
   if (start != size_) clear(start, end);
-  // The padding is in the last word, whatever is written to the rest of it.
+  // Zeroes the padding, which is in the last word.
   if (len % 4 != 0) store(data_ + end - sizeof(uint32_t), uint32_t{0});
   position_ = end;
   size_ = std::max(size_, end);
@@ -142,7 +142,7 @@ inline status_t Parcel::readTextInplace(const Unit** text, size_t* length) const
   const size_t size = padded((count + 1) * sizeof(Unit));
   if (size > rest) return NOT_ENOUGH_DATA;
   const void* const there = found + sizeof(int32_t);
-  // Only a position that was set by hand lies off the grid.
+  // Only after setDataPosition.
   if (reinterpret_cast<uintptr_t>(there) % alignof(Unit) != 0) return BAD_TYPE;
   const Unit* const units = static_cast<const Unit*>(there);
   if (units[count] != 0) return BAD_TYPE;

@@ -5,12 +5,12 @@
 
 #include "ParcelInline.h"
 
-/* The texts of a parcel that are UTF-16. */
+/* The UTF-16 texts of a parcel. */
 namespace android {
 
 namespace {
 
-// The least that a String16 takes: its length and the terminating zero, padded.
+// The length and the terminating zero, padded.
 constexpr size_t kMinString16Size = 8;
 
 }  // namespace

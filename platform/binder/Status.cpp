@@ -32,8 +32,7 @@ const char* exceptionName(int32_t code) {
   }
 }
 
-// Skips a block that other writers may put there: its int32 size counts its own four bytes, or is 0 if there
-// is none.
+// Skips an optional block: its int32 size includes its own four bytes, or is 0 if there is none.
 status_t skipBlock(const Parcel& parcel) {
   const size_t start = parcel.dataPosition();
   const size_t available = parcel.dataAvail();
@@ -104,8 +103,8 @@ status_t Status::readFromParcel(const Parcel& parcel) {
     status_t status = parcel.readUtf8FromUtf16(&message);
     if (status == OK) status = found.message_.setTo(message.data(), message.size());
     if (status != OK) return status;
-    // Platforms before 8.0 write no remote stack trace. An exception is the last thing in a reply, so the
-    // size of the rest tells.
+    // Platforms before 8.0 write no remote stack trace. As nothing follows an exception in a reply, the rest
+    // is shorter then.
     const bool hasDetail = found.exception_ == EX_SERVICE_SPECIFIC || found.exception_ == EX_PARCELABLE;
     if (parcel.dataAvail() > (hasDetail ? sizeof(int32_t) : 0)) status = skipBlock(parcel);
     if (status != OK || !hasDetail) return status;

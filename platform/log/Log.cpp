@@ -10,14 +10,14 @@
 #include <atomic>
 #include <string_view>
 
-// Threads log while the process exits, so nothing here has a destructor.
+// No static destructors here: threads log while the process exits.
 
 namespace {
 
 constexpr size_t kPrintSize = 1024;
 constexpr std::string_view kPriorityLetters = "??VDIWEFS";
 
-// What one write() puts into a pipe undivided.
+// PIPE_BUF: a write() of that size to a pipe is atomic.
 constexpr size_t kWriteSize = 4096;
 constexpr int kTagLimit = 96;
 constexpr size_t kPrefixSize = 160;
@@ -25,7 +25,7 @@ constexpr size_t kPrefixSize = 160;
 std::atomic<__android_logger_function> currentLogger{__android_log_stderr_logger};
 std::atomic<int32_t> minimumPriority{ANDROID_LOG_DEFAULT};
 
-// A caller may look at errno after it logged.
+// Logging preserves the caller's errno.
 class ErrnoKeeper {
  public:
   ErrnoKeeper() = default;
@@ -37,8 +37,8 @@ class ErrnoKeeper {
   const int saved_ = errno;
 };
 
-// The lowest priority that the rules of ANDROID_LOG_TAGS let through for the tag. Of several rules the last
-// counts; what is not a rule is passed over.
+// The lowest priority of the tag that passes the rules of ANDROID_LOG_TAGS. The last matching rule counts;
+// malformed rules are ignored.
 int32_t thresholdFor(std::string_view tag, std::string_view rules) {
   constexpr std::string_view kSeparators = " \t,";
   int32_t others = ANDROID_LOG_VERBOSE;
@@ -75,7 +75,7 @@ bool wantedOnStderr(int32_t priority, const char* tag) {
   return rules == nullptr || priority >= thresholdFor(tag, rules);
 }
 
-// Gathers lines, each after the prefix, and writes as many at a time as one write() keeps together.
+// Collects prefixed lines and writes as many at a time as one atomic write() takes.
 class LineWriter {
  public:
   LineWriter(int32_t priority, const char* tag) {
@@ -94,7 +94,7 @@ class LineWriter {
   LineWriter& operator=(const LineWriter&) = delete;
   ~LineWriter() { flush(); }
 
-  // A line that is too long for one write goes on as another one.
+  // A line that is too long for one write is split.
   void put(std::string_view line) {
     do {
       if (prefixLength_ + line.size() + 1 > sizeof(buffer_) - used_) flush();

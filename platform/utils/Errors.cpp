@@ -32,8 +32,7 @@ std::string statusToString(status_t status) {
     default:
       break;
   }
-  // A number that errno does not know has no description either, and the lowest int32 has no positive
-  // counterpart.
+  // Null for a number that is no errno. The lowest int32 can't be negated.
   const char* const description = status < 0 && status > UNKNOWN_ERROR ? strerrordesc_np(-status) : nullptr;
   const std::string number = std::to_string(status);
   return description == nullptr ? "Unknown status " + number : description + (" (" + number + ")");

@@ -16,7 +16,7 @@ namespace {
 
 std::string_view orEmpty(const char* text) { return text != nullptr ? text : ""; }
 
-// Gives `string` what `make` returns, or leaves it as it was.
+// Assigns the result of `make`, or leaves the string unchanged.
 template <typename Make>
 status_t assign(String8* string, Make make) {
   try {

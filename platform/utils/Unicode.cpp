@@ -13,8 +13,7 @@ constexpr char32_t kFirstSupplementary = 0x10000;
 bool isHighSurrogate(char32_t c) { return c >= 0xD800 && c < 0xDC00; }
 bool isLowSurrogate(char32_t c) { return c >= 0xDC00 && c < 0xE000; }
 
-// The number of bytes before the first one that is not ASCII, in steps of eight with the rest left to the
-// caller.
+// The number of ASCII bytes at the beginning, rounded down to a multiple of eight.
 size_t asciiRun(const uint8_t* src, size_t length) {
   constexpr uint64_t kHighBits = 0x8080808080808080u;
   size_t run = 0;
@@ -25,8 +24,8 @@ size_t asciiRun(const uint8_t* src, size_t length) {
   return run;
 }
 
-// The number of bytes of the well-formed character that starts here, or 0 if it is malformed. The second
-// byte's range is what rules out longer forms than needed, surrogates and values above U+10FFFF.
+// The number of bytes of the well-formed character that starts here, or 0 if it is malformed. The range of
+// the second byte excludes overlong forms, surrogates and values above U+10FFFF.
 size_t characterLength(const uint8_t* src, size_t available) {
   const uint8_t lead = src[0];
   if (lead < 0x80) return 1;
@@ -41,7 +40,7 @@ size_t characterLength(const uint8_t* src, size_t available) {
   return length;
 }
 
-// Takes one character of text that is known to be well formed.
+// Decodes one character of well-formed text.
 char32_t takeUtf8(const uint8_t*& src) {
   const char32_t lead = *src++;
   if (lead < 0x80) return lead;
@@ -115,7 +114,7 @@ char16_t* utf8_to_utf16(const uint8_t* src, size_t srcLength, char16_t* dst, siz
 }
 
 ssize_t utf16_to_utf8_length(const char16_t* src, size_t srcLength) {
-  // Three bytes a unit is the most: a pair of units makes four.
+  // A unit has at most three bytes: a pair has four.
   if (srcLength > static_cast<size_t>(std::numeric_limits<ssize_t>::max()) / 3) return -1;
   size_t bytes = 0;
   for (const char16_t* const end = src + srcLength; src < end;) bytes += utf8Length(takeUtf16(src, end));
@@ -133,7 +132,7 @@ void utf16_to_utf8(const char16_t* src, size_t srcLength, char* dst, size_t dstL
       *dst++ = static_cast<char>(c);
       continue;
     }
-    // The lead byte starts with as many ones as the character has bytes.
+    // The lead byte begins with as many ones as the character has bytes.
     const unsigned lead = 0xF00u >> length;
     for (size_t left = length; left-- > 0;) {
       const char32_t bits = c >> (6 * left);

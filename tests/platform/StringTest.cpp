@@ -74,8 +74,8 @@ TEST(Unicode, UnitsAtEveryEdge) {
   }
 }
 
-// Mostly ASCII, so that the runs that are copied eight bytes at a time begin and end everywhere; with one
-// broken unit.
+// Mostly ASCII, so that runs of eight bytes, which are copied at once, begin at every offset; with one unit
+// replaced.
 TEST(Unicode, LongMixedTexts) {
   std::mt19937 random(1);
   const auto below = [&](size_t limit) { return static_cast<uint32_t>(random() % limit); };

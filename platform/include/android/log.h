@@ -39,18 +39,18 @@ typedef enum log_id {
  * Writes one message. All three return 1, or -EPERM for a priority below the minimum.
  *
  * @param prio an android_LogPriority
- * @param tag  who speaks; null for the program's name
- * @param text the message; lines may be parted by '\n', and a '\n' at the end adds no line
+ * @param tag  the sender; null for the program's name
+ * @param text the message; '\n' separates lines, and a final '\n' adds no line
  */
 int __android_log_write(int prio, const char* tag, const char* text);
 
-/** The same with a printf format. The text is cut after 1023 bytes. */
+/** The same with a printf format. The text is truncated to 1023 bytes. */
 int __android_log_print(int prio, const char* tag, const char* fmt, ...)
     __attribute__((format(printf, 3, 4)));
 int __android_log_vprint(int prio, const char* tag, const char* fmt, va_list ap)
     __attribute__((format(printf, 3, 0)));
 
-/** One message on its way to the logger. */
+/** A message for the logger. */
 struct __android_log_message {
   size_t struct_size; /**< sizeof(struct __android_log_message) */
   int32_t buffer_id;  /**< a log_id_t */
@@ -61,36 +61,35 @@ struct __android_log_message {
   const char* message;
 };
 
-/** Takes a message; all strings are valid only during the call. Runs on the thread that logs, and on several
- * at once. */
+/** Receives a message, on the thread that logs and on several threads at once. The strings are valid only
+ * during the call. */
 typedef void (*__android_logger_function)(const struct __android_log_message* log_message);
 
-/** Hands the message to the logger, whatever the minimum priority; a null tag or message is filled in first.
- */
+/** Passes the message to the logger regardless of the minimum priority, after replacing a null tag or
+ * message. */
 void __android_log_write_log_message(struct __android_log_message* log_message);
 
-/** Sets the logger of this process. Null is the default one, __android_log_stderr_logger. */
+/** Sets the logger of this process. Null stands for the default, __android_log_stderr_logger. */
 void __android_log_set_logger(__android_logger_function logger);
 
 /**
- * Writes the message to stderr, each line with date, time, process, thread, priority and tag before it, all
- * in one write.
+ * Writes the message to stderr, each line after date, time, process, thread, priority and tag, in a single
+ * write.
  *
- * The environment variable ANDROID_LOG_TAGS limits what is written: a list of `tag:priority`, parted by
+ * The environment variable ANDROID_LOG_TAGS filters the messages: a list of `tag:priority`, separated by
  * blanks or commas, for example "CallClient:I *:S". `*` stands for all other tags; the priority is one of V D
- * I W E F S (silent), and is V if left out. Without a `*` the other tags are written whole. It is read once,
- * at the first message.
+ * I W E F S (silent), V if left out. Without a `*` all messages of other tags are written. The variable is
+ * read once, at the first message.
  */
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
-/** Whether a message would get to the logger. Without a minimum set, `default_prio` is the minimum. */
+/** Whether a message would reach the logger. `default_prio` is the minimum if none is set. */
 int __android_log_is_loggable(int prio, const char* tag, int default_prio);
 
 /**
- * Sets the lowest priority that gets to the logger. ANDROID_LOG_DEFAULT, the value at the start, lets all
- * pass.
+ * Sets the lowest priority that reaches the logger. ANDROID_LOG_DEFAULT, the initial value, is no limit.
  *
- * @return the minimum before
+ * @return the previous minimum
  */
 int32_t __android_log_set_minimum_priority(int32_t priority);
 int32_t __android_log_get_minimum_priority(void);

@@ -12,7 +12,7 @@ namespace transport {
 class Exports;
 }
 
-/** The base of every object that answers transactions. */
+/** The base of the objects that serve transactions. */
 class BBinder : public IBinder {
  public:
   BBinder();
@@ -21,13 +21,12 @@ class BBinder : public IBinder {
   bool isBinderAlive() const override;
   status_t pingBinder() override;
 
-  /** What a DUMP_TRANSACTION runs. The host platform carries no file descriptors: `fd` is -1 and `args` is
-   * empty.
+  /** Serves a DUMP_TRANSACTION. The host platform sends no file descriptors: `fd` is -1 and `args` is empty.
    */
   virtual status_t dump(int fd, const Vector<String16>& args);
 
-  /** Answers a ping and the question for the process itself, and runs onTransact for the rest, on the calling
-   * thread. */
+  /** Serves a ping and the debug-pid transaction, and runs onTransact for the others, on the calling thread.
+   */
   status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) final;
 
   status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
@@ -40,12 +39,12 @@ class BBinder : public IBinder {
  protected:
   ~BBinder() override;
 
-  /** Answers the interface and dump transactions; UNKNOWN_TRANSACTION for every other code. */
+  /** Serves the other transactions of the platform; UNKNOWN_TRANSACTION for every other code. */
   virtual status_t onTransact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0);
 
  private:
   friend class transport::Exports;
-  /** The number by which other processes know this object; 0 until it first leaves the process. */
+  /** The number of this object in other processes; 0 until it is first sent to one. */
   std::atomic<uint64_t> exportedAs_{0};
 };
 

@@ -4,17 +4,15 @@
 
 namespace android::host {
 
-/*
- * What only the host platform can do; the platform has nothing of the kind. For simulations and tests.
- */
+/* Functions of the host platform alone, for simulations and tests. The device's platform has none of them. */
 
 /**
- * Has an object of this process die as if it had been alone in a process of its own: every other process that
- * holds it gets its obituary, their calls to it fail with DEAD_OBJECT, and the name under which it is
- * registered counts as absent. Calls that are under way still run to their end. The object itself lives on,
- * and is a new one to the others when it is registered, or sent, again. Does nothing to a proxy.
+ * Makes an object of this process die as if its process had died: the other processes that hold it get a
+ * death notification, their calls to it fail with DEAD_OBJECT, and its registered name counts as absent.
+ * Calls in progress complete. The object itself stays alive, and is a new object to the others once it is
+ * registered or sent again. Does nothing to a proxy.
  *
- * @param object an object of this process; others in it are not told
+ * @param object an object of this process; its holders within the process get no notification
  */
 void killObject(const sp<IBinder>& object);
 

@@ -44,11 +44,10 @@ class IBinder : public virtual RefBase {
   IBinder(const IBinder&) = delete;
   IBinder& operator=(const IBinder&) = delete;
 
-  /** The interface object behind this binder if it lives in this process and goes by `descriptor`, else null.
-   */
+  /** The interface object of this binder if it lives in this process and has that descriptor, else null. */
   virtual sp<IInterface> queryLocalInterface(const String16& descriptor);
 
-  /** The descriptor of the object's interface. A proxy asks its object once; empty if that fails. */
+  /** The descriptor of the object's interface. A proxy queries its object once; empty if that fails. */
   virtual const String16& getInterfaceDescriptor() const = 0;
 
   /** False once the object's process is known to have died. Always true for a local object. */
@@ -65,22 +64,22 @@ class IBinder : public virtual RefBase {
    */
   virtual status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) = 0;
 
-  /** Is told of the death of an object's process. */
+  /** Receives death notifications. */
   class DeathRecipient : public virtual RefBase {
    public:
     virtual void binderDied(const wp<IBinder>& who) = 0;
   };
 
   /**
-   * Has `recipient` told, once and on a binder thread, when the object's process dies. The recipient is kept
-   * weakly: one that is gone by then is left out. DEAD_OBJECT if it has died already, INVALID_OPERATION for
-   * an object of this process.
+   * Notifies `recipient` once, on a binder thread, when the object's process dies. Only a weak reference to
+   * the recipient is kept. DEAD_OBJECT if the process has died already, INVALID_OPERATION for an object of
+   * this process.
    */
   virtual status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
                                uint32_t flags = 0) = 0;
 
   /**
-   * Undoes one linkToDeath with the same recipient, or with the same cookie if the recipient is null.
+   * Reverts one linkToDeath with the same recipient, or with the same cookie if the recipient is null.
    * `outRecipient`, if not null, receives the recipient. NAME_NOT_FOUND if there is no such link, DEAD_OBJECT
    * once the object has died.
    */

@@ -6,21 +6,20 @@
 
 namespace android {
 
-/** What the calling thread knows of the transaction it serves. */
+/** The caller of the transaction that the current thread serves. */
 class IPCThreadState {
  public:
   static IPCThreadState* self();
 
-  /** The process and the user that the transaction in progress came from; this process and its user outside
-   * of one. */
+  /** The process and the user of the caller; this process and its user outside of a transaction. */
   pid_t getCallingPid() const;
   uid_t getCallingUid() const;
 
-  /** Forgets the caller, so that this process counts as it; the value restores it. */
+  /** Makes this process count as the caller. The result is the argument of restoreCallingIdentity. */
   int64_t clearCallingIdentity();
   void restoreCallingIdentity(int64_t token);
 
-  /** Lets binder threads run and waits for ever. `isMain` is there for the platform's sake. */
+  /** Starts the binder threads and never returns. `isMain` has no effect. */
   void joinThreadPool(bool isMain = true);
 };
 

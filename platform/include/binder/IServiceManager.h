@@ -5,12 +5,12 @@
 
 namespace android {
 
-/** The directory of services: objects under fixed names. */
+/** The directory of services, by name. */
 class IServiceManager : public virtual RefBase {
  public:
   /**
-   * The service of that name. Waits for an absent one, or one whose process has died, for BINDER_LOOKUP_MS
-   * milliseconds (5000 if that environment variable is unset), then gives null.
+   * The service of that name. If it is absent or its process has died, waits for BINDER_LOOKUP_MS
+   * milliseconds (5000 if that environment variable is unset), then returns null.
    */
   virtual sp<IBinder> getService(const String16& name) const = 0;
 
@@ -20,7 +20,7 @@ class IServiceManager : public virtual RefBase {
   /**
    * Registers `service` under `name`, in place of any earlier one. BAD_VALUE for a null service or a name
    * that is empty, longer than 127 bytes of UTF-8, begins with a dot or holds a '/' or a control character;
-   * PERMISSION_DENIED or another error if the meeting place can't be used.
+   * PERMISSION_DENIED or another error if the runtime directory can't be used.
    */
   virtual status_t addService(const String16& name, const sp<IBinder>& service) = 0;
 

@@ -23,11 +23,11 @@ class ParcelAccess;
 /**
  * The contents of one transaction. Everything is little-endian and padded to four bytes.
  *
- * A read that fails leaves its target and the position as they were: NOT_ENOUGH_DATA where the contents end
- * too soon, UNEXPECTED_NULL where a null string, vector or parcelable stands, BAD_TYPE where something else
- * stands. A write that fails adds nothing: NO_MEMORY. The first kInlineCapacity bytes need no allocation. A
- * String8 that was read from more than these keeps them, however the parcel goes on; its copies don't. Not
- * for use by several threads at once.
+ * A failed read changes neither its target nor the position. Its status is NOT_ENOUGH_DATA if the contents
+ * end too soon, UNEXPECTED_NULL for a null string, vector or parcelable, BAD_TYPE for a value of another
+ * type. A failed write changes nothing; its status is NO_MEMORY if no other is given. The first
+ * kInlineCapacity bytes need no allocation. A String8 that is read may share the contents of a parcel of up
+ * to 64 KiB, which it keeps alive; its copies don't. Not for use by several threads at once.
  */
 class Parcel {
  public:
@@ -43,18 +43,18 @@ class Parcel {
   size_t dataCapacity() const { return capacity_; }
   size_t dataAvail() const { return size_ - position_; }
   size_t dataPosition() const { return position_; }
-  /** Moves to `pos`, or to the end if that is nearer. */
+  /** Moves to `pos`, at most to the end. */
   void setDataPosition(size_t pos) const;
   status_t setDataSize(size_t size);
   status_t setDataCapacity(size_t size);
-  /** Replaces the contents by raw bytes, without objects, and moves to the start. */
+  /** Replaces the contents with raw bytes, without objects, and moves to the start. */
   status_t setData(const uint8_t* buffer, size_t len);
   void freeData();
 
   /** The token that opens a request: the descriptor as a String16. */
   status_t writeInterfaceToken(const String16& interface);
-  /** Reads a token and compares it; false leaves the position behind the token, or where it was if there is
-   * none. */
+  /** Reads a token and compares it. The position is after the token then, even if it differs; unchanged if
+   * there is none. */
   bool enforceInterface(const String16& interface) const;
   /** As enforceInterface, with the descriptor of `binder`. */
   bool checkInterface(IBinder* binder) const;
@@ -74,7 +74,7 @@ class Parcel {
   status_t writeString16(const char16_t* str, size_t len);
   /** UTF-8 text as a String16. BAD_VALUE if it is malformed. */
   status_t writeUtf8AsUtf16(const std::string& str);
-  /** int32 count, then the elements. BAD_VALUE if the count doesn't fit. */
+  /** int32 count, then the elements. BAD_VALUE if the count exceeds an int32. */
   status_t writeInt32Vector(const std::vector<int32_t>& val);
   status_t writeString16Vector(const std::vector<String16>& val);
   /** int32 1, then the parcelable. */
@@ -83,7 +83,8 @@ class Parcel {
   status_t writeStrongBinder(const sp<IBinder>& val);
 
   status_t read(void* outData, size_t len) const;
-  /** The next `len` bytes (padded) where they stand, valid while the parcel is; null if there are fewer. */
+  /** The next `len` bytes in place, valid until the parcel changes; null if there are fewer. Padding is
+   * skipped. */
   const void* readInplace(size_t len) const;
   int32_t readInt32() const;
   status_t readInt32(int32_t* pArg) const;
@@ -100,7 +101,7 @@ class Parcel {
   status_t readString8(String8* pArg) const;
   String16 readString16() const;
   status_t readString16(String16* pArg) const;
-  /** The next String16 where it stands, zero-terminated, valid while the parcel is; null if there is none. */
+  /** The next String16 in place, zero-terminated, valid until the parcel changes; null if there is none. */
   const char16_t* readString16Inplace(size_t* outLen) const;
   /** A String16 as UTF-8; an unpaired surrogate becomes U+FFFD. */
   status_t readUtf8FromUtf16(std::string* str) const;
@@ -108,13 +109,13 @@ class Parcel {
   status_t readString16Vector(std::vector<String16>* val) const;
   status_t readParcelable(Parcelable* parcelable) const;
   sp<IBinder> readStrongBinder() const;
-  /** Null if null was written. BAD_TYPE where no object stands, whatever the bytes there look like. */
+  /** Null if null was written. BAD_TYPE if no object was written here, even if the bytes look like one. */
   status_t readStrongBinder(sp<IBinder>* val) const;
 
  private:
   friend class transport::ParcelAccess;
 
-  /** A binder in the contents: where its flat form begins, and the object. */
+  /** A binder in the contents: the offset of its flat form, and the object. */
   struct Object {
     uint32_t offset;
     sp<IBinder> binder;

@@ -6,7 +6,7 @@ namespace android {
 
 class Parcel;
 
-/** A value that writes itself into a parcel and reads itself back. */
+/** A value with a form of its own in a parcel. */
 class Parcelable {
  public:
   virtual ~Parcelable() = default;

@@ -10,7 +10,7 @@ class ProcessState : public virtual RefBase {
   static sp<ProcessState> self();
 
   /**
-   * Lets binder threads run. Until this or IPCThreadState::joinThreadPool has been called, incoming
+   * Starts the binder threads. Until this or IPCThreadState::joinThreadPool has been called, incoming
    * transactions wait. Further calls do nothing.
    */
   void startThreadPool();

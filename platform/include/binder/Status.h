@@ -23,9 +23,9 @@ class Status final {
     EX_UNSUPPORTED_OPERATION = -7,
     EX_SERVICE_SPECIFIC = -8,
     EX_PARCELABLE = -9,
-    /** Stands before a reply that carries more headers; read as ok. */
+    /** Precedes a reply with further headers; read as ok. */
     EX_HAS_REPLY_HEADER = -128,
-    /** The transaction itself failed. Never on the wire. */
+    /** The transaction itself failed. Never sent. */
     EX_TRANSACTION_FAILED = -129,
   };
 
@@ -40,9 +40,9 @@ class Status final {
 
   Status() = default;
 
-  /** Reads the header of a reply. On an error this becomes that transport error, which is also returned. */
+  /** Reads the header of a reply. An error is returned and becomes the status, as a transport error. */
   status_t readFromParcel(const Parcel& parcel);
-  /** Writes the header of a reply; a transport error is not written but returned. */
+  /** Writes the header of a reply. A transport error is returned instead. */
   status_t writeToParcel(Parcel* parcel) const;
 
   void setException(int32_t ex, const String8& message);

@@ -10,7 +10,7 @@ namespace android {
 
 using status_t = int32_t;
 
-// Codes with a counterpart in errno are its negative; the others are counted up from the lowest int32.
+// A code with a counterpart in errno is its negative; the others start at the lowest int32.
 enum {
   OK = 0,
   NO_ERROR = OK,
@@ -36,8 +36,7 @@ enum {
   UNEXPECTED_NULL = UNKNOWN_ERROR + 8,
 };
 
-// The code's name, for example "DEAD_OBJECT"; a code without one of the names above gives errno's text and
-// the number.
+// The code's name, for example "DEAD_OBJECT"; for other codes the text of errno and the number.
 std::string statusToString(status_t status);
 
 }  // namespace android

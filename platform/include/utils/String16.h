@@ -12,7 +12,7 @@ namespace android {
 
 class String8;
 
-// A string of UTF-16 units. It may hold zeros and surrogates without partner: comparison looks at all units.
+// A string of UTF-16 units, which may be zeros and unpaired surrogates. Comparisons include all units.
 class String16 {
  public:
   String16() = default;
@@ -32,7 +32,7 @@ class String16 {
   size_t size() const { return units_.size(); }
   bool empty() const { return units_.empty(); }
 
-  // These return OK, or NO_MEMORY and leave the string as it was.
+  // OK, or NO_MEMORY with the string unchanged.
   status_t setTo(const String16& other);
   status_t setTo(const char16_t* text);
   status_t setTo(const char16_t* units, size_t length);

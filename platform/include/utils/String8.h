@@ -14,8 +14,8 @@ namespace android {
 class SharedBytes;
 class String16;
 
-// A string of bytes, usually UTF-8. It may hold zero bytes: the length is kept apart, and comparison looks at
-// all bytes. Copies share their bytes until one of them changes; each may be used by a thread of its own.
+// A string of bytes, usually UTF-8, which may be zeros. Comparisons include all bytes. Copies share their
+// bytes until one of them changes; different threads may use different copies.
 class String8 {
  public:
   String8() = default;
@@ -23,10 +23,10 @@ class String8 {
   String8(String8&& other) noexcept { swap(other); }
   // A null pointer gives the empty string, here and below.
   explicit String8(const char* text);
-  // Exactly `length` bytes, whatever they are.
+  // Exactly `length` bytes, zeros included.
   explicit String8(const char* bytes, size_t length);
   explicit String8(std::string_view bytes) : String8(bytes.data(), bytes.size()) {}
-  // UTF-16 is converted to UTF-8; a surrogate without its partner becomes U+FFFD.
+  // UTF-16 is converted to UTF-8; an unpaired surrogate becomes U+FFFD.
   explicit String8(const String16& text);
   explicit String8(const char16_t* text);
   explicit String8(const char16_t* text, size_t length);
@@ -53,7 +53,7 @@ class String8 {
   bool empty() const { return size_ == 0; }
   bool isEmpty() const { return size_ == 0; }
 
-  // These return OK, or NO_MEMORY and leave the string as it was.
+  // OK, or NO_MEMORY with the string unchanged.
   status_t setTo(const String8& other);
   status_t setTo(const char* text);
   status_t setTo(const char* bytes, size_t length);
@@ -91,10 +91,10 @@ class String8 {
  private:
   friend class Parcel;
 
-  // Takes over one of the owner's holds. Anything but the owner's first bytes is a part, of which a copy is
-  // made rather than have it keep the whole for longer.
+  // Takes over a reference to the owner. A string that begins within the owner's bytes is a part of a parcel;
+  // its copies don't share them, so that they don't keep the parcel's contents alive.
   String8(const char* data, size_t size, SharedBytes* owner) : data_(data), size_(size), owner_(owner) {}
-  // Of so many bytes, to be filled.
+  // A string of that length, whose bytes the caller fills.
   static String8 blank(size_t length, char** bytes);
   static String8 fromUtf16(std::u16string_view text);
 
@@ -105,7 +105,7 @@ class String8 {
     std::swap(owner_, other.owner_);
   }
 
-  // A zero stands behind them. Without an owner they are a constant.
+  // Zero-terminated; a constant if there is no owner.
   const char* data_ = "";
   size_t size_ = 0;
   SharedBytes* owner_ = nullptr;

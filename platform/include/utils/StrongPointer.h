@@ -8,8 +8,8 @@
 
 namespace android {
 
-// Owning pointer to an object that counts its references itself (see RefBase). One pointer's own value is not
-// guarded: copying an sp while another thread assigns to the same sp is a race.
+// Owning pointer to an object with a reference count of its own (see RefBase). The pointer itself is not
+// thread-safe: copying an sp while another thread assigns to it is a race.
 template <typename T>
 class sp {
  public:
@@ -24,12 +24,12 @@ class sp {
   requires std::is_convertible_v<U*, T*> sp(sp<U>&& other) : object_(std::exchange(other.object_, nullptr)) {}
   ~sp() { release(); }
 
-  // Makes an object and takes the first reference to it.
+  // Creates an object and takes its first reference.
   template <typename... Args>
   static sp make(Args&&... args) {
     return sp(new T(std::forward<Args>(args)...));
   }
-  // A reference to an object that is already held by one.
+  // A further reference to an object that has one.
   static sp fromExisting(T* object) { return sp(object); }
 
   sp& operator=(const sp& other) {
@@ -59,14 +59,14 @@ class sp {
   template <typename U>
   friend class wp;
 
-  // Takes over a reference that the caller has counted already.
+  // Takes over a reference that is already counted.
   static sp adopt(T* object) {
     sp held;
     held.object_ = object;
     return held;
   }
 
-  // The address handed over as id names the reference; RefBase passes it on to its hooks.
+  // The pointer's address identifies the reference; RefBase passes it to its hooks.
   void acquire() {
     if (object_ != nullptr) object_->incStrong(this);
   }

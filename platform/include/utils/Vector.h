@@ -8,7 +8,7 @@
 
 namespace android {
 
-// The platform's growing array. An index out of range is undefined, as in std::vector.
+// The platform's dynamic array. An index out of range is undefined, as in std::vector.
 template <typename T>
 class Vector {
  public:
