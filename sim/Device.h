@@ -20,7 +20,7 @@ namespace sim {
 /** All services of the device, and their state. */
 class Device {
  public:
-  /** Null, with the reason in `error`, if the state can't be read or a service can't be registered. */
+  /** Null, with the reason in `error`, if reading the state or registering a service fails. */
   static std::unique_ptr<Device> start(const Options& options, std::string* error);
 
   RealTime<Phone>& phone() { return callService_->phone(); }
@@ -30,8 +30,8 @@ class Device {
 
   const std::vector<android::sp<FaultInjector>>& services() const { return services_; }
   FaultInjector& service(const vesk::interfaces::Interface& interface) const;
-  /** Has the service die for its callers, and ends its listeners' subscriptions. Returns the number of
-   * deaths. */
+  /** Has the service die for its callers, and ends its listeners' subscriptions. Returns the number
+   * of deaths. */
   uint64_t kill(FaultInjector& service);
 
   /** Stops all events; waits for the listeners' current calls until the timeout. */

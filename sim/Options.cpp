@@ -23,10 +23,12 @@ constexpr const char* kAbout =
 constexpr const char* kFooter =
     "Commands are read from the standard input while it is open; \"help\" lists them.\n\n"
     "Environment:\n"
-    "  BINDER_RUNTIME_DIR  where services and applications meet; devices with different directories don't\n"
-    "                      know of each other\n"
-    "  XDG_STATE_HOME      where vesk-device/history keeps what was typed at the prompt (~/.local/state)\n\n"
-    "Exit codes: 0 told to end, 1 can't serve or use its state, 2 command line or script not understood.";
+    "  BINDER_RUNTIME_DIR  the directory of the services' sockets; devices with different directories are\n"
+    "                      independent of each other\n"
+    "  XDG_STATE_HOME      the directory of vesk-device/history, the history of the prompt "
+    "(~/.local/state)\n\n"
+    "Exit codes: 0 ended by a command or signal, 1 can't serve or use its state, 2 invalid command line or "
+    "script.";
 
 std::optional<double> parseSpeed(std::string_view text) {
   const std::optional<double> speed = parseNumber<double>(text);
@@ -76,12 +78,11 @@ Options parseCommandLine(int argc, char** argv) {
         return parseSpeed(text) ? "" : "'" + text + "' is not a number from 0.01 to 1000";
       });
   const auto notEmpty = [](const std::string& text) { return std::string(text.empty() ? "is empty" : ""); };
-  app.add_option(
-         "--state", options.stateDirectory,
-         "Keep what is saved in DIRECTORY, which is made if need be; without it nothing outlives the device")
+  app.add_option("--state", options.stateDirectory,
+                 "Keep the state in DIRECTORY, which is created if missing; without it, in memory")
       ->type_name("DIRECTORY")
       ->check(notEmpty);
-  app.add_option("--script", options.script, "Carry out the commands in FILE once applications can connect")
+  app.add_option("--script", options.script, "Run the commands in FILE once applications can connect")
       ->type_name("FILE")
       ->check(notEmpty);
   app.add_flag("-v,--verbose", options.verbose, "Print each event");

@@ -8,7 +8,7 @@
 
 namespace sim {
 
-/** A call that comes in by itself. */
+/** A scheduled incoming call. */
 struct IncomingCall {
   Time after;
   std::string number;
@@ -21,19 +21,18 @@ struct IncomingCall {
 struct Options {
   double speed = 1;
   bool verbose = false;
-  /** Where the device keeps its state; none if it keeps nothing. */
+  /** Empty to keep the state in memory. */
   std::string stateDirectory;
   std::vector<IncomingCall> incoming;
-  /** A file of commands; none if it is empty. */
+  /** A file of commands; empty for none. */
   std::string script;
 };
 
-/** Reads WHEN:NUMBER[:LINE], WHEN being a number with the unit s or ms; nothing if the phone can't be called
- * so. */
+/** Parses WHEN:NUMBER[:LINE], WHEN being a number with the unit s or ms. Empty for an invalid
+ * number or line, too. */
 std::optional<IncomingCall> parseIncomingCall(const std::string& text);
 
-/** Reads the command line. Prints the help, the version or an error and ends the program where they ask for
- * that. */
+/** Parses the command line. Exits after the help, the version or an error message. */
 Options parseCommandLine(int argc, char** argv);
 
 }  // namespace sim

@@ -24,22 +24,23 @@ namespace {
 
 constexpr int kUsageError = 2;
 
-/** How long the end waits for listeners that are being called. */
-constexpr std::chrono::milliseconds kPatienceAtEnd{500};
+/** The timeout for listeners and output at the end. */
+constexpr std::chrono::milliseconds kTimeoutAtEnd{500};
 
-/** A descriptor that can be read once one of the signals has come, which ends no thread any more. */
-int holdSignals() {
+/** Blocks the signals that end the device. Returns a descriptor that is readable when one has
+ * arrived. */
+int blockSignals() {
   sigset_t signals;
   sigemptyset(&signals);
   sigaddset(&signals, SIGINT);
   sigaddset(&signals, SIGTERM);
-  // Before any thread is started, so that all of them inherit it.
+  // Before the first thread starts: threads inherit the mask.
   pthread_sigmask(SIG_BLOCK, &signals, nullptr);
   std::signal(SIGPIPE, SIG_IGN);
   return signalfd(-1, &signals, SFD_CLOEXEC);
 }
 
-/** Reads commands until one of them, or a signal, ends the device. */
+/** Runs commands until one of them, or a signal, ends the device. */
 void runUntilEnd(sim::Runner& runner, int signalFd) {
   sim::Console console(runner);
   std::optional<sim::Prompt> prompt;
@@ -53,7 +54,7 @@ void runUntilEnd(sim::Runner& runner, int signalFd) {
     if (fds[0].revents != 0) return;
     if (fds[2].revents != 0) prompt->redraw();
     if (fds[1].revents == 0) continue;
-    // Without an input the device goes on.
+    // At the end of the input the device continues.
     if ((fds[1].revents & POLLIN) == 0) {
       fds[1].fd = -1;
     } else if (prompt) {
@@ -62,7 +63,7 @@ void runUntilEnd(sim::Runner& runner, int signalFd) {
       char bytes[512];
       const ssize_t count = read(STDIN_FILENO, bytes, sizeof(bytes));
       if (count <= 0) fds[1].fd = -1;
-      // The last line may have no end of its own.
+      // The last line may lack a newline.
       if (count == 0) console.feed("\n");
       if (count > 0) console.feed({bytes, static_cast<size_t>(count)});
     }
@@ -80,7 +81,7 @@ int main(int argc, char** argv) {
     std::fprintf(stderr, "%s\n", error.c_str());
     return kUsageError;
   }
-  const int signalFd = holdSignals();
+  const int signalFd = blockSignals();
 
   const std::unique_ptr<sim::Device> device = sim::Device::start(options, &error);
   if (device == nullptr) {
@@ -98,7 +99,7 @@ int main(int argc, char** argv) {
   sim::Runner runner(*device, options.speed);
   runner.run(std::move(*script));
   runUntilEnd(runner, signalFd);
-  device->stopEvents(kPatienceAtEnd);
-  sim::Output::self().flush(kPatienceAtEnd);
+  device->stopEvents(kTimeoutAtEnd);
+  sim::Output::self().flush(kTimeoutAtEnd);
   return EXIT_SUCCESS;
 }

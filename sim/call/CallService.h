@@ -32,10 +32,8 @@ class PhoneMethods : public com::qv::BnCallService {
   RealTime<Phone> phone_;
 };
 
-/**
- * The call service of the simulated device. On refusal, methods that return an integer return -1; methods
- * without a result throw EX_ILLEGAL_STATE with a message.
- */
+/** The call service of the simulated device. On refusal, methods that return an integer return -1;
+ * methods without a result throw EX_ILLEGAL_STATE with a message. */
 class CallService : public PhoneMethods {
  public:
   /** `trace` is called with each event, under the phone's lock. */

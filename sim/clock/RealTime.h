@@ -11,15 +11,13 @@
 
 namespace sim {
 
-/**
- * Runs a model in real time, or a multiple of it. Thread-safe. A model is a class with advanceTo() and
- * nextTimer(), as Phone has them.
- */
+/** Runs a model in real time, or a multiple of it. Thread-safe. A model is a class with advanceTo()
+ * and nextTimer(), as Phone has them. */
 template <typename Model>
 class RealTime {
  public:
-  /** `speed` is the number of model seconds in a real one; `args` go to the model's constructor. The model
-   * runs, and calls out, under a lock. */
+  /** `speed` is the number of model seconds in a real one; `args` go to the model's constructor.
+   * The model runs, and calls out, under a lock. */
   template <typename... Args>
   explicit RealTime(double speed, Args&&... args)
       : speed_(speed), model_(std::forward<Args>(args)...), timers_([this] { runTimers(); }) {}

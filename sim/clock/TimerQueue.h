@@ -33,9 +33,9 @@ class TimerQueue {
   std::optional<Time> next() const;
 
   /**
-   * Moves the clock and runs the timers that are due, in order of time and, at one time, of after(). Each
-   * action sees its own time as now(); a timer that it sets for a time up to `time` runs, too. The clock
-   * never moves back.
+   * Moves the clock and runs the timers that are due, in order of time and, at one time, of
+   * after(). Each action sees its own time as now(); a timer that it sets for a time up to `time`
+   * runs, too. The clock never moves back.
    */
   void advanceTo(Time time);
 

@@ -23,8 +23,8 @@ struct Command {
 /** The words of a command line after the command. */
 using Words = std::vector<std::string>;
 
-/** Parses the arguments of a command. Without a result, `error` is the reason or, if it stays empty, wrong
- * usage. */
+/** Parses the arguments of a command. Without a result, `error` is the reason or, if it stays
+ * empty, wrong usage. */
 using ParseArguments = std::optional<Command> (*)(const Words& words, std::string* error);
 
 struct CommandRow {

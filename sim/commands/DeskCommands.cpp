@@ -6,8 +6,8 @@
 #include "commands/Runner.h"
 #include "common/ParseNumber.h"
 
-/* The commands that act on the device as a user, a remote party or the network does, and those that show its
- * state. */
+/* The commands that act on the device as a user, a remote party or the network does, and those that
+ * show its state. */
 namespace sim {
 
 namespace {

@@ -24,7 +24,9 @@ class Runner {
   bool hasQuit() const { return quit_; }
   void quit() { quit_ = true; }
 
-  /** Runs a script with its pauses: the commands up to the first pause now, the others as timers. */
+  /**
+   * Runs a script with its pauses: the commands up to the first pause now, the others as timers.
+   */
   void run(std::vector<Command> script);
 
   /** Sets a timer. */

@@ -27,9 +27,9 @@ inline android::binder::Status refuse(const std::string& why,
 }
 
 /**
- * Passes a call of a service's method on to a method of the model, which returns nothing, a Refusal, which
- * becomes EX_ILLEGAL_STATE, or the value of the last parameter. Without a method for the arguments:
- * EX_UNSUPPORTED_OPERATION.
+ * Passes a call of a service's method on to a method of the model, which returns nothing, a
+ * Refusal, which becomes EX_ILLEGAL_STATE, or the value of the last parameter. Without a method for
+ * the arguments: EX_UNSUPPORTED_OPERATION.
  */
 template <typename Model, typename Method, typename... Args>
 android::binder::Status forward(RealTime<Model>& model, Method method, const Args&... args) {

@@ -6,8 +6,8 @@
 
 namespace sim {
 
-/* The records of the config service that this device lays out; docs/simulated-device.md shows them. All
- * others are opaque to it. */
+/* The records of the config service that this device lays out; docs/simulated-device.md shows them.
+ * All others are opaque to it. */
 
 struct DsskeyRecord {
   int32_t type;

@@ -7,8 +7,8 @@
 
 namespace sim {
 
-/** The config service of the simulated device: the settings, and the methods that do more than read or set
- * one. */
+/** The config service of the simulated device: the settings, and the methods that do more than read
+ * or set one. */
 class ConfigService : public SettingService {
  public:
   using SettingService::SettingService;

@@ -25,8 +25,8 @@ std::string valueOf(const Values& values, const std::string& key) {
   return found == values.end() ? std::string() : found->second;
 }
 
-/** Cuts the value to at most one character more than fits: enough for the client to see that it does not fit.
- */
+/** Cuts the value to at most one character more than fits: enough for the client to see that it
+ * does not fit. */
 std::string boundTo(std::string value, int32_t size) {
   size_t length = std::min(value.size(), static_cast<size_t>(std::max(size, 0)));
   const auto isInsideCharacter = [](char c) { return (static_cast<unsigned char>(c) & 0xC0) == 0x80; };

@@ -44,9 +44,9 @@ void Output::say(std::string lines) {
   changed_.notify_all();
 }
 
-void Output::flush(std::chrono::milliseconds patience) {
+void Output::flush(std::chrono::milliseconds timeout) {
   std::unique_lock lock(mutex_);
-  changed_.wait_for(lock, patience, [this] { return lines_.empty() && !writing_; });
+  changed_.wait_for(lock, timeout, [this] { return lines_.empty() && !writing_; });
 }
 
 void Output::aroundPrompt(int fd) {
@@ -61,7 +61,7 @@ void Output::run() {
     std::string text = std::move(lines_.front());
     lines_.pop_front();
     if (lines_.empty() && dropped_ > 0) {
-      text += "... and " + std::to_string(std::exchange(dropped_, 0)) + " more that nobody has read\n";
+      text += "... and " + std::to_string(std::exchange(dropped_, 0)) + " lines discarded\n";
     }
     writing_ = true;
     const int promptFd = promptFd_;
@@ -70,7 +70,7 @@ void Output::run() {
     writeAll(text);
     const uint64_t one = 1;
     if (promptFd >= 0 && write(promptFd, &one, sizeof(one)) < 0) {
-      // The counter is full: the prompt is due anyway.
+      // The counter is full: the prompt will be redrawn.
     }
     lock.lock();
     writing_ = false;

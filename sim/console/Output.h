@@ -9,22 +9,20 @@
 
 namespace sim {
 
-/**
- * The standard output, written by a thread of its own, so that nobody waits for a reader who doesn't read.
- * What is too much is dropped, and how much that was is said. For any thread.
- */
+/** Writes the standard output on a thread of its own, so that callers never block. If stdout isn't
+ * read, lines beyond kMaxLines are discarded, and counted in the output. Thread-safe. */
 class Output {
  public:
   static constexpr size_t kMaxLines = 10'000;
 
-  /** The only one, which is never destroyed. */
+  /** The only instance, which is never destroyed. */
   static Output& self();
 
-  /** Some lines, each with its end. */
+  /** Queues lines that each end with a newline. */
   void say(std::string lines);
-  /** Waits until everything is written, or the time is over. */
-  void flush(std::chrono::milliseconds patience);
-  /** On a terminal: each write takes the place of the prompt's line, and makes `fd`, an event counter,
+  /** Waits until all lines are written, or until the timeout. */
+  void flush(std::chrono::milliseconds timeout);
+  /** On a terminal: each write replaces the line of the prompt, and makes `fd`, an eventfd,
    * readable. */
   void aroundPrompt(int fd);
 

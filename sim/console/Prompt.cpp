@@ -1,6 +1,6 @@
 #include "console/Prompt.h"
 
-// It takes its types from <stdio.h>.
+// <editline/readline.h> does not include it.
 #include <cstdio>
 
 #include <editline/readline.h>
@@ -27,7 +27,7 @@ constexpr const char* kPrompt = "vesk> ";
 constexpr const char* kClearLine = "\r\033[K";
 constexpr int kHistoryLines = 1000;
 
-/** Empty if there is no place for it. */
+/** Empty without a directory for it. */
 std::string historyFile() {
   const char* const state = std::getenv("XDG_STATE_HOME");
   const char* const home = std::getenv("HOME");
@@ -64,23 +64,24 @@ char** complete(const char* text, int /*start*/, int /*end*/) {
   return rl_completion_matches(text, nextCompletion);
 }
 
-/** A character, for which nobody waits long: the Escape key alone is one that others could follow. */
+/** Reads a character, with a short timeout: after a lone Escape, libedit waits for the rest of a
+ * sequence. */
 int readCharacter(FILE* /*terminal*/) {
-  constexpr int kPatienceMs = 200;
+  constexpr int kTimeoutMs = 200;
   std::mbstate_t state{};
   for (;;) {
     pollfd fd{STDIN_FILENO, POLLIN, 0};
     char byte;
-    if (poll(&fd, 1, kPatienceMs) <= 0 || ::read(STDIN_FILENO, &byte, 1) <= 0) return EOF;
+    if (poll(&fd, 1, kTimeoutMs) <= 0 || ::read(STDIN_FILENO, &byte, 1) <= 0) return EOF;
     wchar_t character;
     const size_t length = std::mbrtowc(&character, &byte, 1, &state);
     if (length <= 1) return static_cast<int>(character);
-    // What is no text is left out.
+    // Skips invalid UTF-8.
     if (length == static_cast<size_t>(-1)) state = {};
   }
 }
 
-/** libedit's callback knows nothing of whom it is for. */
+/** libedit's callback has no parameter for it. */
 Prompt* current = nullptr;
 
 }  // namespace
@@ -90,7 +91,7 @@ Prompt::Prompt(Console& console) : console_(console), printedFd_(eventfd(0, EFD_
   std::setlocale(LC_CTYPE, "");
   rl_readline_name = "vesk-device";
   rl_attempted_completion_function = complete;
-  // Counts only before libedit begins, which it does with the history.
+  // Must precede using_history(), which initialises libedit.
   rl_getc_function = readCharacter;
   using_history();
   stifle_history(kHistoryLines);
@@ -104,7 +105,7 @@ Prompt::~Prompt() {
   if (open_) rl_callback_handler_remove();
   std::fputs("\n", stdout);
   std::fflush(stdout);
-  // printedFd_ stays open: the thread that writes may be about to use it.
+  // printedFd_ stays open: the output thread may be about to use it.
   current = nullptr;
 }
 
@@ -115,7 +116,7 @@ void Prompt::begin() {
   });
 }
 
-// What these two change is libedit's, not the object's, but it is the prompt all the same.
+// These two change the state of libedit, which belongs to the prompt.
 // NOLINTNEXTLINE(readability-make-member-function-const)
 void Prompt::redraw() {
   uint64_t count;
@@ -144,8 +145,7 @@ void Prompt::take(const char* line) {
     if (const std::string file = historyFile(); !file.empty()) write_history(file.c_str());
   }
   console_.run(line);
-  // Otherwise libedit would read the next line to its end, with nothing else going on meanwhile, and redraw
-  // this one.
+  // Without this, libedit would redraw the line and block in reading the next one.
   begin();
 }
 

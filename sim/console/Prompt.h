@@ -4,23 +4,21 @@
 
 namespace sim {
 
-/**
- * The prompt on a terminal: lines can be edited, are kept for later devices, and are completed by the Tab
- * key. There is one at most, for one thread.
- */
+/** The prompt on a terminal, with line editing, history and completion. There is one at most, on
+ * one thread. */
 class Prompt {
  public:
   explicit Prompt(Console& console);
-  /** Gives the terminal back as it was. */
+  /** Restores the terminal. */
   ~Prompt();
   Prompt(const Prompt&) = delete;
   Prompt& operator=(const Prompt&) = delete;
 
-  /** Readable when something was printed in the prompt's place. */
+  /** Readable when output has replaced the prompt's line. */
   int printedFd() const { return printedFd_; }
   void redraw();
 
-  /** The terminal has something to read. False at its end, or when Ctrl-D has been typed. */
+  /** Reads from the terminal. False at its end, or after Ctrl-D. */
   bool read();
 
  private:

@@ -7,8 +7,10 @@
 
 namespace sim {
 
-/* The records of the database service, as transferred and as stored. Each begins with its number, which the
- * service assigns. Times are in seconds since 1970. isValid() is false for a record that the service refuses.
+/*
+ * The records of the database service, as transferred and as stored. Each begins with its number,
+ * which the service assigns. Times are in seconds since 1970. isValid() is false for a record that
+ * the service refuses.
  */
 
 struct ContactRecord {

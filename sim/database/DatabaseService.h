@@ -25,9 +25,9 @@ std::optional<Record> entryAt(const std::vector<Record>& records, int32_t index)
 }
 
 /**
- * The database service of the simulated device. Each change is one transaction of the store. On refusal,
- * methods that return only an integer return -1; methods that return a record or nothing throw
- * EX_ILLEGAL_ARGUMENT with a message.
+ * The database service of the simulated device. Each change is one transaction of the store. On
+ * refusal, methods that return only an integer return -1; methods that return a record or nothing
+ * throw EX_ILLEGAL_ARGUMENT with a message.
  */
 class DatabaseService : public com::qv::BnDatabaseService {
  public:
@@ -37,13 +37,16 @@ class DatabaseService : public com::qv::BnDatabaseService {
 
   explicit DatabaseService(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** To be called first: creates the tables with the content of a new device. False, with the reason in
-   * `error`, if the store fails. */
+  /** To be called first: creates the tables with the content of a new device. False, with the
+   * reason in `error`, if the store fails. */
   bool prepare(std::string* error);
 
-  /** Stores an incoming short message. False if the number or the text is too long, or the store fails. */
+  /** Stores an incoming short message. False if the number or the text is too long, or the store
+   * fails. */
   bool receiveSms(int32_t line, const std::string& number, const std::string& text);
-  /** Sets the counters of a line's voice mail. False if there is no such line, or the store fails. */
+  /**
+   * Sets the counters of a line's voice mail. False if there is no such line, or the store fails.
+   */
   bool setVoiceMail(int32_t line, int32_t unheard, int32_t heard);
 
   /** Adds a call that has ended to the call log. */
@@ -56,8 +59,11 @@ class DatabaseService : public com::qv::BnDatabaseService {
  private:
   using Work = std::function<int32_t(Transaction&)>;
 
-  /** Returns the result of `work`, which runs in a transaction. If that is kRefused, or the store fails,
-   * nothing is changed; the reason of a failure goes to `error` or, if that is null, to the log. */
+  /**
+   * Returns the result of `work`, which runs in a transaction. If that is kRefused, or the store
+   * fails, nothing is changed; the reason of a failure goes to `error` or, if that is null, to the
+   * log.
+   */
   int32_t perform(const Work& work, std::string* error = nullptr);
   Status answer(int32_t* result, const Work& work);
   /** For a method that returns a record or nothing. */

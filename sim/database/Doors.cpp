@@ -18,7 +18,9 @@ DoorRefusal check(const DoorAccessRecord& access, int32_t door, uint32_t now) {
   return early || late ? DoorRefusal::kOtherTime : DoorRefusal::kNone;
 }
 
-/** False without a credential, or with that of another record, which would make a check ambiguous. */
+/**
+ * False without a credential, or with that of another record, which would make a check ambiguous.
+ */
 bool isUsable(const DoorAccessRecord& access, const std::vector<DoorAccessRecord>& others) {
   const std::string_view credential = textOf(access.credential);
   return !credential.empty() && std::ranges::none_of(others, [&](const DoorAccessRecord& other) {

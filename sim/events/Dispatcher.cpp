@@ -14,8 +14,8 @@ constexpr const char* kTag = "vesk-device";
 
 }  // namespace
 
-/** A process's queue and thread. The thread shares ownership, so a subscription may outlive the dispatcher.
- */
+/** A process's queue and thread. The thread shares ownership, so a subscription may outlive the
+ * dispatcher. */
 class DispatcherBase::Subscription : public std::enable_shared_from_this<Subscription> {
  public:
   explicit Subscription(size_t maxQueued) : maxQueued_(maxQueued) {}

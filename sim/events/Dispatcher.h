@@ -46,9 +46,9 @@ class DispatcherBase {
 };
 
 /**
- * Sends events to listeners. Each listening process has a queue and a thread of its own, so that it gets all
- * events in order and does not delay the others when it is slow or hangs. Thread-safe. Only stop() waits for
- * listeners.
+ * Sends events to listeners. Each listening process has a queue and a thread of its own, so that it
+ * gets all events in order and does not delay the others when it is slow or hangs. Thread-safe.
+ * Only stop() waits for listeners.
  */
 template <typename Listener>
 class Dispatcher : public DispatcherBase {
@@ -56,10 +56,8 @@ class Dispatcher : public DispatcherBase {
   /** A listener with more than `maxQueued` pending events is dropped. */
   explicit Dispatcher(size_t maxQueued = kMaxQueued) : DispatcherBase(maxQueued) {}
 
-  /**
-   * Subscribes a listener to the events from now on, until its process dies or its queue is full. A process
-   * has one listener: a later one replaces the earlier.
-   */
+  /** Subscribes a listener to the events from now on, until its process dies or its queue is full.
+   * A process has one listener: a later one replaces the earlier. */
   void subscribe(pid_t process, const android::sp<Listener>& listener) {
     DispatcherBase::subscribe(process, listener);
   }

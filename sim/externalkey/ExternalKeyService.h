@@ -14,8 +14,9 @@
 namespace sim {
 
 /**
- * The external-key service of the simulated device: two modules of sixteen keys, in the store. Modules and
- * keys count from 1. On refusal, addBtkConfig() returns -1; the other methods throw EX_ILLEGAL_ARGUMENT.
+ * The external-key service of the simulated device: two modules of sixteen keys, in the store.
+ * Modules and keys count from 1. On refusal, addBtkConfig() returns -1; the other methods throw
+ * EX_ILLEGAL_ARGUMENT.
  */
 class ExternalKeyService : public com::qv::BnExternalKeyService {
  public:

@@ -32,12 +32,12 @@ struct Fault {
   int32_t bytes = -1;
 };
 
-/** The interface of the listeners that get the service's events; null if it has none whose events carry
- * records. */
+/** The interface of the listeners that get the service's events; null if it has none whose events
+ * carry records. */
 const vesk::interfaces::Interface* eventsOf(const vesk::interfaces::Interface& service);
 
-/** A proxy between a service and its callers, which applies faults to the calls. Thread-safe, except for
- * die() and registerService(), which one thread calls. */
+/** A proxy between a service and its callers, which applies faults to the calls. Thread-safe,
+ * except for die() and registerService(), which one thread calls. */
 class FaultInjector : public android::BBinder {
  public:
   using Interface = vesk::interfaces::Interface;
@@ -50,7 +50,8 @@ class FaultInjector : public android::BBinder {
 
   /** Registers the service, for the first time or after its death. */
   android::status_t registerService();
-  /** Has the effect of the death of the service's process on its callers. Returns the number of deaths. */
+  /** Has the effect of the death of the service's process on its callers. Returns the number of
+   * deaths. */
   uint64_t die();
   uint64_t deaths() const;
 
@@ -71,7 +72,9 @@ class FaultInjector : public android::BBinder {
                                uint32_t flags) override;
 
  private:
-  /** Counts a call against the first fault of the kind for the method or event; false without one. */
+  /**
+   * Counts a call against the first fault of the kind for the method or event; false without one.
+   */
   bool take(Fault::Kind kind, const Method& target, Fault* taken);
   bool takeLocked(Fault::Kind kind, const Method& target, Fault* taken);
 

@@ -30,9 +30,10 @@ inline constexpr std::array kRecordings = {
 enum PlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2 };
 
 /**
- * The part of the device behind the misc service: test mode, display, USB disk, multicast. Methods that carry
- * the name of one of the service serve it; a refusal changes nothing. Each event goes to a sink, in order,
- * during the call that causes it; sinks must not call back. Time passes only in advanceTo(). Not thread-safe.
+ * The part of the device behind the misc service: test mode, display, USB disk, multicast. Methods
+ * that carry the name of one of the service serve it; a refusal changes nothing. Each event goes to
+ * a sink, in order, during the call that causes it; sinks must not call back. Time passes only in
+ * advanceTo(). Not thread-safe.
  */
 class MiscDevice {
  public:

@@ -11,7 +11,7 @@ namespace sim {
 
 struct TestInfoRecord {
   int32_t running;
-  /** Which test runs, or ran last. */
+  /** The current or last test. */
   int32_t test;
   int32_t passed;
   int32_t failed;

@@ -36,10 +36,8 @@ class MiscMethods : public com::qv::BnMiscService {
   RealTime<MiscDevice> device_;
 };
 
-/**
- * The misc service of the simulated device. On refusal, playRecFileStart() returns -1; methods without a
- * result, or with a record, throw EX_ILLEGAL_STATE with a message.
- */
+/** The misc service of the simulated device. On refusal, playRecFileStart() returns -1; methods
+ * without a result, or with a record, throw EX_ILLEGAL_STATE with a message. */
 class MiscService : public MiscMethods {
  public:
   /** `trace` is called with a line of text for each event, under the device's lock. */

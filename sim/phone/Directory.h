@@ -8,23 +8,23 @@
 
 namespace sim {
 
-/** A number that can be called, and how its far end behaves. */
+/** A number that can be called, and the behaviour of its remote party. */
 struct Contact {
   std::string_view number;
   std::string_view name;
   /** From the first ring to the answer. */
   Time answersAfter = Time(1500);
-  /** From the answer until the far end hangs up. */
+  /** From the answer to the end of the call by the remote party. */
   Time hangsUpAfter = kNever;
-  /** From the end of a call that was answered until the far end calls back. */
+  /** From the end of an answered call to a call back. */
   Time callsBackAfter = kNever;
-  /** Counted from the first attempt; the next attempt after that gets through. */
+  /** From the first attempt. A later attempt succeeds. */
   Time engagedFor = Time(0);
   bool ivr = false;
   bool video = false;
 };
 
-/** The contacts of every simulated device, told apart by what they are good for. */
+/** The contacts of the device, each with another behaviour. */
 inline constexpr std::array kDirectory = {
     Contact{.number = "200", .name = "Alice Meyer"},
     Contact{.number = "201", .name = "Ben Okafor", .answersAfter = Time(2500)},
@@ -40,10 +40,10 @@ inline constexpr std::array kDirectory = {
     Contact{.number = "500", .name = "Voice Mail", .answersAfter = Time(0), .ivr = true},
 };
 
-/** What playMwi calls when it is given no number. */
+/** The number that playMwi calls by default. */
 constexpr std::string_view kVoiceMailNumber = "500";
 
-/** Null for a number that nobody has. */
+/** Null for an unknown number. */
 const Contact* findContact(std::span<const Contact> directory, std::string_view number);
 
 }  // namespace sim

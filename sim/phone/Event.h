@@ -9,9 +9,9 @@ namespace sim {
 
 enum class CallState : int32_t {
   kDialling = 1,
-  /** It rings at the far end. */
+  /** The remote phone rings. */
   kRinging = 2,
-  /** It rings here. */
+  /** This phone rings. */
   kIncoming = 3,
   kTalking = 4,
   kHeld = 5,
@@ -49,7 +49,7 @@ struct KeyInfo {
   bool operator==(const KeyInfo&) const = default;
 };
 
-/** With an empty number: automatic redialling is over. */
+/** The number is empty at the end of automatic redial. */
 struct AutoRedialInfo {
   int32_t maxTimes = 0;
   int32_t intervalSeconds = 0;
@@ -62,20 +62,20 @@ struct AutoRedialInfo {
 struct CompletionInfo {
   int32_t line = 0;
   std::string number;
-  /** Whether the number is free now; if not, completion is on offer. */
+  /** True: the number has become free. False: completion is offered. */
   bool free = false;
 
   bool operator==(const CompletionInfo&) const = default;
 };
 
-/** Named as the methods of the listener are. */
+/** Named as the methods of the listener. */
 enum class EventType {
 #define METHOD(code, name, ...) name = (code),
 #include <com/qv/CallEventListener.def>
 #undef METHOD
 };
 
-/** What an event carries; which of these it is follows from the parameters of the listener's method. */
+/** The type follows from the parameters of the listener's method. */
 using EventPayload = std::variant<std::monostate, int32_t, CallInfo, ConferenceInfo, KeyInfo, AutoRedialInfo,
                                   CompletionInfo, std::string>;
 
@@ -86,7 +86,7 @@ struct Event {
   bool operator==(const Event&) const = default;
 };
 
-/** One line for a person: the event's name and what it carries. */
+/** The event's name and payload in one line. */
 std::string toString(const Event& event);
 std::string toString(const CallInfo& info);
 

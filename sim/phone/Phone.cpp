@@ -64,7 +64,9 @@ void Phone::makeCurrent(int32_t chan) {
   if (std::exchange(current_, chan) != chan) emit(EventType::currentCallChangedEvent, chan);
 }
 
-/** If `chan` was the current call, the next one is a call in progress or else the lowest channel. */
+/**
+ * If `chan` was the current call, the next one is a call in progress or else the lowest channel.
+ */
 void Phone::leaveToOthers(int32_t chan) {
   if (current_ != chan) return;
   const auto isInProgress = [](const auto& entry) {
@@ -150,7 +152,7 @@ Refusal Phone::headsetAnswerCall() {
 
   const auto isIncoming = [](const auto& entry) { return entry.second.info.state == CallState::kIncoming; };
   const auto first = std::ranges::find_if(calls_, isIncoming);
-  if (first == calls_.end()) return "Nobody is calling";
+  if (first == calls_.end()) return "There is no incoming call";
   Call* current = find(0);
   farEndAnswers(current->info.state == CallState::kIncoming ? *current : first->second);
   return {};

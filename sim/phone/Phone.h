@@ -29,10 +29,11 @@ struct Snapshot {
 };
 
 /**
- * A telephone with lines, channels and remote parties. Its methods have the names and meanings of those of
- * the call service, which docs/simulated-device.md describes: channel 0 stands for the current call, line 0
- * for the first registered one. Each event goes to the sink, in order, during the call that causes it; the
- * sink must not call back. Time passes only in advanceTo(). Not thread-safe.
+ * A telephone with lines, channels and remote parties. Its methods have the names and meanings of
+ * those of the call service, which docs/simulated-device.md describes: channel 0 stands for the
+ * current call, line 0 for the first registered one. Each event goes to the sink, in order, during
+ * the call that causes it; the sink must not call back. Time passes only in advanceTo(). Not
+ * thread-safe.
  */
 class Phone {
  public:

@@ -35,7 +35,7 @@ Refusal Phone::conferenceAddMembers(const std::vector<int32_t>& chans) {
   }
   // The call in progress joins, too.
   if (const Call* talking = findTalking()) join(talking->info.chan);
-  if (joining.empty()) return "Nobody joins";
+  if (joining.empty()) return "There is no call that can join";
   if (members_.size() + joining.size() < 2) return "A conference needs two members";
 
   const bool starts = members_.empty();

@@ -10,8 +10,8 @@
 
 namespace sim {
 
-/** The relay service of the simulated device. On refusal, methods that return an integer return -1; methods
- * that return a record throw EX_ILLEGAL_ARGUMENT. */
+/** The relay service of the simulated device. On refusal, methods that return an integer return -1;
+ * methods that return a record throw EX_ILLEGAL_ARGUMENT. */
 class RelayService : public com::qv::BnRelayService {
  public:
   // The interface's table names these types without their namespace.
@@ -30,7 +30,8 @@ class RelayService : public com::qv::BnRelayService {
 #undef METHOD
 
  private:
-  /** Returns 0 if `method`, called with the record, returns true. A record of another size is refused. */
+  /** Returns 0 if `method`, called with the record, returns true. A record of another size is
+   * refused. */
   template <typename Record, typename Method>
   Status apply(const CommonParcelable& record, int32_t* result, Method method);
 

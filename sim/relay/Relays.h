@@ -14,10 +14,8 @@
 
 namespace sim {
 
-/**
- * The relay device: eight outputs, whose configuration is in the store. It changes between begin() and
- * commit(), by one process at a time. Time passes only in advanceTo(). Not thread-safe.
- */
+/** The relay device: eight outputs, whose configuration is in the store. It changes between begin()
+ * and commit(), by one process at a time. Time passes only in advanceTo(). Not thread-safe. */
 class Relays {
  public:
   /** There is one device. */
@@ -40,7 +38,9 @@ class Relays {
 
   /* False, without a change, on refusal or if the store fails. */
   bool setName(const RelayNameRecord& name);
-  /** A second begin() of a process discards its changes. The death of a process ends its bracket. */
+  /**
+   * A second begin() of a process discards its changes. The death of a process ends its bracket.
+   */
   bool begin(pid_t process);
   bool setType(pid_t process, const RelayTypeRecord& type);
   bool setTime(pid_t process, const RelayTimeRecord& time);

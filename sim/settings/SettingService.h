@@ -16,8 +16,8 @@
 
 namespace sim {
 
-/** The methods of the config service that read and set the values in SettingTable.cpp. A method without a
- * setting does nothing and returns 0. */
+/** The methods of the config service that read and set the values in SettingTable.cpp. A method
+ * without a setting does nothing and returns 0. */
 class SettingService : public com::qv::BnConfigService {
  public:
   // The interface's table names these types without their namespace.

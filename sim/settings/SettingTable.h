@@ -24,8 +24,9 @@ struct CountOf {
 };
 
 /**
- * A value that one method sets and another returns. It is kept separately for each combination of the
- * arguments other than the value; the value is the last record of the setter, or else its last argument.
+ * A value that one method sets and another returns. It is kept separately for each combination of
+ * the arguments other than the value; the value is the last record of the setter, or else its last
+ * argument.
  */
 struct Setting {
   /** Either may be none. */

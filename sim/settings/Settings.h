@@ -14,8 +14,8 @@
 
 namespace sim {
 
-/** All values that are set, by key: texts and records as their bytes, numbers in decimal, switches as 1 or 0.
- */
+/** All values that are set, by key: texts and records as their bytes, numbers in decimal, switches
+ * as 1 or 0. */
 using Values = std::map<std::string, std::string>;
 
 /** Joins the parts with slashes. Different parts give different keys. */
@@ -34,8 +34,8 @@ class Settings {
  public:
   explicit Settings(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** Loads the values that were saved last, or `factory` if none were. False, with the reason in `error`, if
-   * the store fails. */
+  /** Loads the values that were saved last, or `factory` if none were. False, with the reason in
+   * `error`, if the store fails. */
   bool load(const Values& factory, std::string* error);
   /** Saves all values; none of them if it fails. */
   bool save(std::string* error) const;

@@ -14,14 +14,14 @@ namespace sim {
 namespace {
 
 constexpr const char* kTag = "vesk-device";
-/** Stands in each of our files, which tells them from those of other programs. */
+/** Marks the files of vesk-device. */
 constexpr uint32_t kApplicationId = 0x5645534b;
-/** Counts up when an older vesk-device could no longer read a file. */
+/** Increases when older versions can no longer read the file. */
 constexpr int kFormat = 1;
-/** For a device that has just been told to end and still holds the file. */
+/** Covers a device that is about to exit and still holds the file. */
 constexpr int kBusyTimeoutMs = 1000;
 
-/** What SQLite says of a file at its beginning. */
+/** The header of an SQLite file. */
 struct FileHeader {
   static constexpr size_t kSize = 100;
   static constexpr size_t kApplicationIdOffset = 68;
@@ -32,8 +32,7 @@ std::string describe(const std::string& what, int errorNumber) {
   return what + ": " + std::strerror(errorNumber);
 }
 
-/** Looks at the file itself, since SQLite might tidy up in a file of another program as soon as it has it
- * open. */
+/** Reads the file itself: SQLite may write to a file of another program as soon as it opens it. */
 bool isForeign(int fd) {
   unsigned char header[FileHeader::kSize];
   const ssize_t size = pread(fd, header, sizeof(header), 0);
@@ -44,7 +43,7 @@ bool isForeign(int fd) {
          (uint32_t{id[0]} << 24 | uint32_t{id[1]} << 16 | uint32_t{id[2]} << 8 | id[3]) != kApplicationId;
 }
 
-/** Makes what is missing. Nobody else may read it, for there are passwords in it. */
+/** Creates the directory and the file, readable by their owner alone: they contain passwords. */
 bool prepareFile(const std::string& directory, const std::string& path, std::string* error) {
   if (mkdir(directory.c_str(), 0700) != 0 && errno != EEXIST) {
     *error = describe(directory, errno);
@@ -132,7 +131,7 @@ Store::~Store() { sqlite3_close(database_); }
 
 bool Store::claim(std::string* error) {
   sqlite3_busy_timeout(database_, kBusyTimeoutMs);
-  // The lock that the first transaction takes is kept, so that no other device writes into the file.
+  // SQLite keeps the lock of the first transaction, so that no other device writes to the file.
   if (!execute("PRAGMA locking_mode = EXCLUSIVE; PRAGMA synchronous = FULL; BEGIN EXCLUSIVE")) {
     *error = describeFailure();
     return false;
@@ -144,7 +143,8 @@ bool Store::claim(std::string* error) {
     return answer;
   };
   bool accepted = false;
-  // An interrupted beginning has been undone by now, so that a file without our sign is an empty one.
+  // SQLite has rolled an interrupted first transaction back, so that a file without the mark is
+  // empty.
   if (ask("PRAGMA application_id") == 0) {
     transaction.run(("PRAGMA application_id = " + std::to_string(kApplicationId)).c_str());
     transaction.run(("PRAGMA user_version = " + std::to_string(kFormat)).c_str());
@@ -174,7 +174,7 @@ bool Store::transact(const std::function<void(Transaction&)>& work, std::string*
     work(transaction);
     if (!transaction.failed_ && execute("COMMIT")) return true;
     failure = transaction.failed_ ? transaction.error_ : describeFailure();
-    // Some failures have rolled back already; then this does nothing.
+    // Does nothing after a failure that has already rolled back.
     execute("ROLLBACK");
   } else {
     failure = describeFailure();

@@ -21,7 +21,7 @@ struct Blob {
 
 using Parameter = std::variant<int64_t, std::string_view, Blob>;
 
-/** One row of an answer, while it is being shown. Columns count from 0. */
+/** A row of a result, valid during the callback. Columns count from 0. */
 class Row {
  public:
   explicit Row(sqlite3_stmt* statement) : statement_(statement) {}
@@ -34,24 +34,24 @@ class Row {
   sqlite3_stmt* statement_;
 };
 
-/** What happens in a transaction happens wholly or not at all. */
+/** A transaction of the store. */
 class Transaction {
  public:
   using ShowRow = std::function<void(const Row&)>;
 
   /**
-   * Runs one statement in SQL, with `parameters` in the places of its question marks, and shows each row of
-   * the answer. If it fails, the transaction has failed: later statements are not run, and none has any
-   * effect.
+   * Runs an SQL statement with `parameters` in the places of its question marks, and calls `show`
+   * with each row of the result. After a failure the transaction has failed: it runs no more
+   * statements and is rolled back.
    */
   void run(const char* sql, std::initializer_list<Parameter> parameters = {}, const ShowRow& show = {});
 
-  /** The key that the last INSERT made. */
+  /** The key of the last INSERT. */
   int64_t lastKey() const;
-  /** How many rows the last INSERT, UPDATE or DELETE touched. */
+  /** The number of rows that the last INSERT, UPDATE or DELETE changed. */
   int changedRows() const;
 
-  /** None of it is to have any effect. */
+  /** Has the transaction rolled back. */
   void cancel() { failed_ = true; }
 
  private:
@@ -60,21 +60,18 @@ class Transaction {
 
   sqlite3* const database_;
   bool failed_ = false;
-  /** Why a statement failed; empty if none did. */
+  /** The reason of the failure of a statement; empty without one. */
   std::string error_;
 };
 
-/**
- * What the device keeps, in tables that its services make for themselves, each in a transaction with CREATE
- * TABLE IF NOT EXISTS. What a transaction has written survives the end of the process, however that comes
- * about; a transaction that the end interrupts leaves nothing behind. For any thread.
- */
+/** The state of the device, in tables that its services create. A committed transaction survives
+ * the end of the process, in any way; an interrupted one leaves no trace. Thread-safe. */
 class Store {
  public:
   /**
-   * Opens the file device.db in `directory`, both of which are made if they don't exist; in memory, so that
-   * nothing is kept, without a directory. Null if that can't be done, with the reason in `error`: a file that
-   * is damaged, that is not ours or that another device has open is left as it is.
+   * Opens the file device.db in `directory`, and creates both if they are missing; without a
+   * directory, opens a database in memory. Null, with the reason in `error`, on failure: a file
+   * that is damaged, of another program or open in another device stays unchanged.
    */
   static std::unique_ptr<Store> open(const std::string& directory, std::string* error);
 
@@ -82,14 +79,14 @@ class Store {
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
 
-  /** Runs `work`, which must not begin another transaction. Whether what it did is there to stay; if a
-   * statement or the writing failed, `error` tells why, or, if it is null, the log. */
+  /** Runs `work`, which must not begin another transaction. True if its changes are committed;
+   * otherwise the reason goes to `error` or, if that is null, to the log. */
   bool transact(const std::function<void(Transaction&)>& work, std::string* error = nullptr);
 
  private:
   explicit Store(sqlite3* database) : database_(database) {}
 
-  /** Makes sure that the file is ours, whole, and nobody else's; a new one becomes so. */
+  /** Checks and locks the file, and marks a new one. */
   bool claim(std::string* error);
   /** For a BEGIN, a COMMIT and the like. */
   bool execute(const char* sql);

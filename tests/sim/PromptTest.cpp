@@ -61,8 +61,8 @@ class Terminal : public testing::Test {
     ASSERT_EQ(write(user_, keys.data(), keys.size()), static_cast<ssize_t>(keys.size()));
   }
 
-  /** Types a line; waits for its last event and the next prompt, before which the terminal handles Ctrl-D
-   * itself. */
+  /** Types a line; waits for its last event and the next prompt, before which the terminal handles
+   * Ctrl-D itself. */
   void enter(const std::string& keys, const std::string& event) {
     type(keys + "\r");
     readTo(event);

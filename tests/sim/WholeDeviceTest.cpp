@@ -20,8 +20,8 @@
 #include "misc/MiscRecords.h"
 #include "relay/RelayRecords.h"
 
-/* All services of a vesk-device process through the C API, also after a kill and a restart with the same
- * state. */
+/* All services of a vesk-device process through the C API, also after a kill and a restart with the
+ * same state. */
 
 namespace {
 
@@ -40,7 +40,9 @@ Channel* toTest = nullptr;
 
 constexpr auto kIgnore = [] {};
 
-/** Reports each event of the misc service to the test; with an argument it hangs in the first ring. */
+/**
+ * Reports each event of the misc service to the test; with an argument it hangs in the first ring.
+ */
 CHILD_ROLE(miscListener) {
   toTest = &parent.channel();
   const vesk_misc_callbacks callbacks{
