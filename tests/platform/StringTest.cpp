@@ -152,6 +152,7 @@ TEST(String8, FormatsTextOfAnyLength) {
   EXPECT_EQ(String8::format("%d:%s.", 7, longText.c_str()), ("7:" + longText + ".").c_str());
   String8 text("line ");
   EXPECT_EQ(text.appendFormat("%d", 3), android::OK);
+  EXPECT_EQ(text.appendFormat("%s", ""), android::OK);
   EXPECT_EQ(text + "!", "line 3!");
 }
 
