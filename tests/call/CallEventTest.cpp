@@ -9,6 +9,7 @@
 
 #include "CallCallbackList.h"
 #include "LogCapture.h"
+#include "RecordingBinder.h"
 
 using android::sp;
 using android::String16;
@@ -18,6 +19,7 @@ using com::qv::CommonParcelable;
 using com::qv::ICallEventListener;
 using vesk::test::LogCapture;
 using vesk::test::LogLine;
+using vesk::test::RecordingBinder;
 
 namespace {
 
@@ -113,8 +115,10 @@ const std::string kCompletion = withInt(withText(std::string(516, '~'), 0, "300"
 
 CommonParcelable parcel(const std::string& bytes) { return {bytes.data(), bytes.size()}; }
 
-/** An event, the callback and its arguments, and what is logged: lines of a priority's letter and a text. */
+/** An event with its code, the callback and its arguments, and what is logged: lines of a priority's letter
+ * and a text. */
 struct Event {
+  uint32_t code;
   Status (*fire)(ICallEventListener&);
   int callback;
   const char* arguments;
@@ -124,25 +128,26 @@ struct Event {
 
 const std::string kText(127, 'x');
 const Event kEvents[] = {
-    {EVENT(dialCallStopEvent(-1)), 1, "-1", "I dialCallStopEvent\n"},
-    {EVENT(dialSelectionEvent(2)), 2, "2", ""},
-    {EVENT(currentCallChangedEvent(-8)), 6, "-8", "I currentCallChangedEvent, chan: [-8]\n"},
-    {EVENT(deleteOngoingCallEvent(7)), 7, "7", "I deleteOngoingCallEvent, chan: [7]\n"},
-    {EVENT(updateCallVideoStreamEvent(9)), 8, "9", "I updateCallVideoStreamEvent, num: [9]\n"},
-    {EVENT(conferenceStartEvent(10, (std::vector{3, -4}))), 9, "10: 3 -4", "I conferenceStartEvent\n"},
-    {EVENT(conferenceStartEvent(10, {})), 9, "10:", "I conferenceStartEvent\n"},
-    {EVENT(conferenceStopEvent(11)), 10, "11", "I conferenceStopEvent\n"},
-    {EVENT(conferenceMembersChangedEvent(12, {5})), 11, "12: 5", "I conferenceMembersChangedEvent\n"},
-    {EVENT(conferenceManagerEvent()), 12, "", "I conferenceManagerEvent\n"},
-    {EVENT(keycodeEvent(15, -1)), 13, "15 -1", "I keycodeEvent(code:15, status:-1)\n"},
-    {EVENT(makeCallRetEvent("busy %d")), 14, "busy %d", "I makeCallRetEvent\n"},
-    {EVENT(makeCallRetEvent(kText)), 14, kText.c_str(), "I makeCallRetEvent\n"},
-    {EVENT(makeCallRetEvent(kText + 'x')), 14, kText.c_str(), "I makeCallRetEvent\n"},
-    {EVENT(makeCallRetEvent(std::string(70'000, 'x'))), 14, kText.c_str(), "I makeCallRetEvent\n"},
+    {2, EVENT(dialCallStopEvent(-1)), 1, "-1", "I dialCallStopEvent\n"},
+    {3, EVENT(dialSelectionEvent(2)), 2, "2", ""},
+    {8, EVENT(currentCallChangedEvent(-8)), 6, "-8", "I currentCallChangedEvent, chan: [-8]\n"},
+    {7, EVENT(deleteOngoingCallEvent(7)), 7, "7", "I deleteOngoingCallEvent, chan: [7]\n"},
+    {9, EVENT(updateCallVideoStreamEvent(9)), 8, "9", "I updateCallVideoStreamEvent, num: [9]\n"},
+    {10, EVENT(conferenceStartEvent(10, (std::vector{3, -4}))), 9, "10: 3 -4", "I conferenceStartEvent\n"},
+    {10, EVENT(conferenceStartEvent(10, {})), 9, "10:", "I conferenceStartEvent\n"},
+    {11, EVENT(conferenceStopEvent(11)), 10, "11", "I conferenceStopEvent\n"},
+    {12, EVENT(conferenceMembersChangedEvent(12, {5})), 11, "12: 5", "I conferenceMembersChangedEvent\n"},
+    {13, EVENT(conferenceManagerEvent()), 12, "", "I conferenceManagerEvent\n"},
+    {15, EVENT(keycodeEvent(15, -1)), 13, "15 -1", "I keycodeEvent(code:15, status:-1)\n"},
+    {14, EVENT(makeCallRetEvent("busy %d")), 14, "busy %d", "I makeCallRetEvent\n"},
+    {14, EVENT(makeCallRetEvent(kText)), 14, kText.c_str(), "I makeCallRetEvent\n"},
+    {14, EVENT(makeCallRetEvent(kText + 'x')), 14, kText.c_str(), "I makeCallRetEvent\n"},
+    {14, EVENT(makeCallRetEvent(std::string(70'000, 'x'))), 14, kText.c_str(), "I makeCallRetEvent\n"},
 };
 
 /** An event with a record; what is logged with that, and with one of another size. */
 struct RecordEvent {
+  uint32_t code;
   Status (*fire)(ICallEventListener&, const CommonParcelable&);
   std::string record;
   int callback;
@@ -162,28 +167,28 @@ const std::string kFullCompletion = withInt(std::string(516, 'x'), 512, 4);
 const std::string kFullNumber(512, 'x');
 
 const std::vector<RecordEvent> kRecordEvents = {
-    {RECORD_EVENT(dialCallStartEvent(r)), kCall, 0, "", "I dialCallStartEvent\n",
+    {1, RECORD_EVENT(dialCallStartEvent(r)), kCall, 0, "", "I dialCallStartEvent\n",
      "I dialCallStartEvent\nE peddial started param error!!!\n"},
-    {RECORD_EVENT(newOngoingCallEvent(r)), kCall, 3, "", "I newOngoingCallEvent" + kCallText,
+    {4, RECORD_EVENT(newOngoingCallEvent(r)), kCall, 3, "", "I newOngoingCallEvent" + kCallText,
      "E newOngoingCallEvent param error!!!\n"},
-    {RECORD_EVENT(newOngoingCallEvent(r)), kFullCall, 3, "", "I newOngoingCallEvent" + kFullCallText,
+    {4, RECORD_EVENT(newOngoingCallEvent(r)), kFullCall, 3, "", "I newOngoingCallEvent" + kFullCallText,
      "E newOngoingCallEvent param error!!!\n"},
-    {RECORD_EVENT(callStateChangedEvent(r)), kCall, 4, "", "", ""},
-    {RECORD_EVENT(callInfoChangedEvent(r)), kCall, 5, "", "I callInfoChangedEvent" + kCallText,
+    {5, RECORD_EVENT(callStateChangedEvent(r)), kCall, 4, "", "", ""},
+    {6, RECORD_EVENT(callInfoChangedEvent(r)), kCall, 5, "", "I callInfoChangedEvent" + kCallText,
      "E newOutgoingCallEvent param error!!!\n"},
-    {RECORD_EVENT(dialingInfoChangedEvent(r)), kCall, 15, "", "I dialingInfoChangedEvent" + kCallText,
+    {16, RECORD_EVENT(dialingInfoChangedEvent(r)), kCall, 15, "", "I dialingInfoChangedEvent" + kCallText,
      "E dialingInfoChangedEvent param error!!!\n"},
-    {RECORD_EVENT(autoRedialInfoChangedEvent(r)), kRedial, 16, "",
+    {17, RECORD_EVENT(autoRedialInfoChangedEvent(r)), kRedial, 16, "",
      "D autoRedialInfoChangedEvent(maxtimes:5, interval:30, dialNumber:200, currenttimes:1)\n",
      "D autoRedialInfoChangedEvent param error!!!\n"},
-    {RECORD_EVENT(autoRedialInfoChangedEvent(r)), kFullRedial, 16, "",
+    {17, RECORD_EVENT(autoRedialInfoChangedEvent(r)), kFullRedial, 16, "",
      "D autoRedialInfoChangedEvent(maxtimes:2021161080, interval:2021161080, dialNumber:" + kFullNumber +
          ", currenttimes:1)\n",
      "D autoRedialInfoChangedEvent param error!!!\n"},
-    {RECORD_EVENT(callCompletionInfoChangedEvent(r, true)), kCompletion, 17, "true",
+    {18, RECORD_EVENT(callCompletionInfoChangedEvent(r, true)), kCompletion, 17, "true",
      "D callCompletionInfoChangedEvent(line:3, dialNumber:300)\n",
      "D callCompletionInfoChangedEvent param error!!!\n"},
-    {RECORD_EVENT(callCompletionInfoChangedEvent(r, false)), kFullCompletion, 17, "false",
+    {18, RECORD_EVENT(callCompletionInfoChangedEvent(r, false)), kFullCompletion, 17, "false",
      "D callCompletionInfoChangedEvent(line:4, dialNumber:" + kFullNumber + ")\n",
      "D callCompletionInfoChangedEvent param error!!!\n"},
 };
@@ -228,6 +233,19 @@ TEST_F(CallEventTest, EventsAreLoggedAndCallTheirCallbacks) {
       expectEvent(event.fire(*listener_, parcel(event.record)), {event.callback, event.record + event.more},
                   event.log);
     }
+  }
+}
+
+TEST_F(CallEventTest, EventsHaveTheirCodes) {
+  const sp<RecordingBinder> remote = new RecordingBinder;
+  BpCallEventListener proxy(remote);
+  for (const Event& event : kEvents) {
+    EXPECT_TRUE(event.fire(proxy).isOk());
+    EXPECT_EQ(remote->take().value().code, event.code);
+  }
+  for (const RecordEvent& event : kRecordEvents) {
+    EXPECT_TRUE(event.fire(proxy, parcel(event.record)).isOk());
+    EXPECT_EQ(remote->take().value().code, event.code);
   }
 }
 
