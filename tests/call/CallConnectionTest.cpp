@@ -21,7 +21,7 @@ using vesk::test::waitUntil;
 
 namespace {
 
-/** What a callback does besides counting; may be exchanged while it runs. */
+/** A function that callbacks run; it may be replaced meanwhile. */
 template <class... Arguments>
 class Hook {
  public:
@@ -97,9 +97,9 @@ TEST_F(CallConnectionTest, CallbackMayCallBackSeveralLevelsDeep) {
       const std::lock_guard lock(mutex);
       lines.push_back(line);
     }
-    EXPECT_EQ(binder_make_call(line - 1, "tell"), line > 1 ? 1 : 0);
+    EXPECT_EQ(binder_make_call(line - 1, "notify"), line > 1 ? 1 : 0);
   };
-  EXPECT_EQ(binder_make_call(4, "tell"), 1);
+  EXPECT_EQ(binder_make_call(4, "notify"), 1);
   const std::lock_guard lock(mutex);
   EXPECT_EQ(lines, (std::vector<int>{4, 3, 2, 1}));
 }
@@ -111,9 +111,9 @@ TEST_F(CallConnectionTest, CallbackMayConnect) {
     if (line != 1) return;
     EXPECT_TRUE(connect());
   };
-  EXPECT_EQ(binder_make_call(1, "tell"), 1);
+  EXPECT_EQ(binder_make_call(1, "notify"), 1);
   EXPECT_EQ(infos, 1);
-  EXPECT_EQ(binder_make_call(2, "tell"), 2) << "the service still knows the earlier listener";
+  EXPECT_EQ(binder_make_call(2, "notify"), 2) << "the service keeps the earlier listener";
   EXPECT_EQ(infos, 3);
 }
 
@@ -135,7 +135,7 @@ TEST_F(CallConnectionTest, DeathEndsCallsInProgressAndIsReportedOnce) {
 
   ChildProcess next("callService");
   EXPECT_TRUE(connect());
-  EXPECT_EQ(binder_make_call(1, "tell"), 1);
+  EXPECT_EQ(binder_make_call(1, "notify"), 1);
   EXPECT_EQ(infos, 1);
   EXPECT_EQ(deaths, 1);
   onDeath = nullptr;

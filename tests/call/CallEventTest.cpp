@@ -23,8 +23,7 @@ using vesk::test::RecordingBinder;
 
 namespace {
 
-/** A callback that was called: its place among the parameters of connect_call_service, and what it was given.
- */
+/** A call of a callback: its place among the parameters of connect_call_service, and its arguments. */
 struct Called {
   int index;
   std::string arguments;
@@ -97,7 +96,7 @@ class Service : public com::qv::DefaultCallService {
   sp<ICallEventListener> listener;
 };
 
-/* Bytes of records, written by hand; filled with what stands behind the texts. */
+/* Bytes of records, written by hand; the room behind the texts is filled. */
 
 std::string withInt(std::string record, size_t offset, int32_t value) {
   std::memcpy(record.data() + offset, &value, sizeof(value));
@@ -115,8 +114,8 @@ const std::string kCompletion = withInt(withText(std::string(516, '~'), 0, "300"
 
 CommonParcelable parcel(const std::string& bytes) { return {bytes.data(), bytes.size()}; }
 
-/** An event with its code, the callback and its arguments, and what is logged: lines of a priority's letter
- * and a text. */
+/** An event with its code, the callback and its arguments, and the log: lines of a priority's letter and a
+ * text. */
 struct Event {
   uint32_t code;
   Status (*fire)(ICallEventListener&);
@@ -145,13 +144,13 @@ const Event kEvents[] = {
     {14, EVENT(makeCallRetEvent(std::string(70'000, 'x'))), 14, kText.c_str(), "I makeCallRetEvent\n"},
 };
 
-/** An event with a record; what is logged with that, and with one of another size. */
+/** An event with a record; the log with that, and with one of another size. */
 struct RecordEvent {
   uint32_t code;
   Status (*fire)(ICallEventListener&, const CommonParcelable&);
   std::string record;
   int callback;
-  const char* more; /**< what the callback gets besides the record */
+  const char* more; /**< an argument behind the record */
   std::string log;
   std::string wrongSizeLog;
 };

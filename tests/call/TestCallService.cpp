@@ -18,7 +18,7 @@ using vesk::test::Channel;
 
 namespace {
 
-/** A call service whose makeCall does what the number says. */
+/** A call service whose makeCall takes the number as a command. */
 class TestCallService : public com::qv::DefaultCallService {
  public:
   explicit TestCallService(Channel* toTest) : toTest_(toTest) {}
@@ -31,7 +31,7 @@ class TestCallService : public com::qv::DefaultCallService {
 
   Status makeCall(int32_t line, const std::string& number, int32_t* result) override {
     *result = line;
-    if (number == "tell" && line > 0) *result = tell(&ICallEventListener::callInfoChangedEvent, line);
+    if (number == "notify" && line > 0) *result = notify(&ICallEventListener::callInfoChangedEvent, line);
     if (number == "hang") {
       toTest_->send("hanging");
       pause();
@@ -62,27 +62,27 @@ class TestCallService : public com::qv::DefaultCallService {
     storm_ = std::thread([this] {
       // One in sixteen is one that the listener logs.
       for (int32_t i = 1; storming_; ++i) {
-        tell(i % 16 == 0 ? &ICallEventListener::callInfoChangedEvent
-                         : &ICallEventListener::callStateChangedEvent,
-             i);
+        notify(i % 16 == 0 ? &ICallEventListener::callInfoChangedEvent
+                           : &ICallEventListener::callStateChangedEvent,
+               i);
       }
     });
   }
 
-  /** Tells every listener; the number of those that could be told. The others are forgotten. */
-  int32_t tell(Status (ICallEventListener::*event)(const CommonParcelable&), int32_t line) {
+  /** Calls every listener, and forgets those that fail. The number of the others. */
+  int32_t notify(Status (ICallEventListener::*event)(const CommonParcelable&), int32_t line) {
     vesk_call_info info{};
     info.line = line;
     const CommonParcelable record(&info, sizeof(info));
-    int32_t told = 0;
+    int32_t reached = 0;
     for (const sp<ICallEventListener>& listener : listeners()) {
       if ((*listener.*event)(record).isOk()) {
-        ++told;
+        ++reached;
       } else {
         forget(listener);
       }
     }
-    return told;
+    return reached;
   }
 
   std::vector<sp<ICallEventListener>> listeners() const {

@@ -21,7 +21,7 @@ void append(void* context, const void* element, size_t size) {
   static_cast<Puts*>(context)->push_back({"end", std::string(static_cast<const char*>(element), size)});
 }
 
-/** An element that differs from its neighbours at both ends. */
+/** An element with the mark at both ends. */
 std::string element(size_t size, char mark) {
   std::string bytes(size, '\0');
   bytes.front() = bytes.back() = mark;
@@ -53,7 +53,7 @@ class ConfigListsTest : public ConfigFixture {
   }
 };
 
-TEST_F(ConfigListsTest, ElementsOfTheRightSizeGoToTheOneOperation) {
+TEST_F(ConfigListsTest, ElementsOfTheRightSizeAreHandedOver) {
   connect();
   for (const Row& row : kRows) {
     SCOPED_TRACE(row.name);
@@ -77,7 +77,7 @@ TEST_F(ConfigListsTest, ElementsOfTheRightSizeGoToTheOneOperation) {
   }
 }
 
-TEST_F(ConfigListsTest, AnArrayThatCannotTakeAnElementIsRefused) {
+TEST_F(ConfigListsTest, ArrayWithoutTheOperationIsRefused) {
   Puts puts;
   const auto* unreadable = reinterpret_cast<const vesk_array*>(8);
   for (const Row& row : kRows) EXPECT_EQ(row.call(unreadable), -1) << row.name << ": without a connection";
@@ -93,7 +93,7 @@ TEST_F(ConfigListsTest, AnArrayThatCannotTakeAnElementIsRefused) {
   EXPECT_TRUE(puts.empty());
 }
 
-TEST_F(ConfigListsTest, TheStatusOfRtpFillsTheBufferUpToItsEnd) {
+TEST_F(ConfigListsTest, RtpStatusFillsTheBufferUpToItsEnd) {
   std::string buffer(4 * 128, '#');
   const std::string untouched = buffer;
   EXPECT_EQ(binder_get_rtp_status(buffer.data(), 2), -1);

@@ -19,11 +19,17 @@ const MethodKinds kMethods{
 
 constexpr Expected kLogged{.success = 0, .failed = -1, .absent = -1, .logsRecord = true};
 
+/** An empty text, as after a failed call, gives `empty` and leaves the buffer. */
+constexpr Expected zeroFilled(int empty) { return {0, empty, -1, Expected::kZeroFill}; }
+
 /* Of two functions with one name. */
 int (*const kShortDisplay)(ipc_screen_saver_display_t*) = binder_get_screensaver_display;
 int (*const kLongDisplay)(void*) = binder_get_screensaver_display;
 
 const std::vector<ApiGroup> kGroups{
+    group(zeroFilled(-2), ROW(binderGetUsernameByIp, 303).refused(),
+          ROW(binderGetPasswordByIp, 304).refused()),
+    group(zeroFilled(-1), ROW(binder_get_nat_share_network_group_key, 307).refused()),
     group(kValue, ROW(binder_scene_config_add, 9), ROW(binder_scene_config_set_enabled, 11)),
     group(kFetched, ROW(binder_scene_config_get, 10, 456)),
     group(kValue, ROW(binder_scene_config_set, 12), ROW(binder_scene_config_delete, 13)),
@@ -193,7 +199,7 @@ class ConfigRowsTest : public ApiTest {
 TEST_F(ConfigRowsTest, EveryFunctionKeepsToItsRow) {
   expectNothingWithoutConnection();
   connectWith(connectToService);
-  expectCallsAndAnswers(288);
+  expectCallsAndAnswers(291);
   expectNullPointers();
   expectFailures();
   expectTextsKeepToTheirRoom();
@@ -201,7 +207,7 @@ TEST_F(ConfigRowsTest, EveryFunctionKeepsToItsRow) {
   EXPECT_EQ(deaths, 1);
 }
 
-TEST_F(ConfigRowsTest, TheSimulatedDeviceServesEachOfThem) {
+TEST_F(ConfigRowsTest, SimulatedDeviceServesEveryFunction) {
   const auto settings = std::make_shared<sim::Settings>(openStore());
   std::string error;
   ASSERT_TRUE(settings->load(sim::ConfigService::factoryValues(), &error)) << error;

@@ -23,7 +23,7 @@ class SettingsTest : public ConfigFixture {
   std::string buffer_ = kUntouched;
 };
 
-/** A service of this process that does something before it answers. */
+/** A service of this process that calls `act` before it answers. */
 class ActingService : public RecordingBinder {
  public:
   explicit ActingService(std::function<void()> act) : act_(std::move(act)) {}
@@ -50,9 +50,9 @@ void fill(char (&text)[kSize], const char* with) {
   std::strncpy(text, with, kSize);
 }
 
-/* What a DSS key and a soft key show is logged. */
+/* The display of DSS keys and soft keys */
 
-TEST_F(SettingsTest, WhatADssKeyShowsIsLogged) {
+TEST_F(SettingsTest, DssDisplayIsLogged) {
   vesk_dss_display display{};
   fill(display.name, "Reception");
   fill(display.value, "200@1");
@@ -76,7 +76,7 @@ TEST_F(SettingsTest, WhatADssKeyShowsIsLogged) {
       << line;
 }
 
-TEST_F(SettingsTest, ASoftKeyIsLogged) {
+TEST_F(SettingsTest, SoftKeyIsLogged) {
   vesk_user_softkey softkey{};
   fill(softkey.name, "Menu");
   softkey.type = 7;
@@ -89,7 +89,7 @@ TEST_F(SettingsTest, ASoftKeyIsLogged) {
 
 /* The value of a DSS key in words */
 
-TEST_F(SettingsTest, TheValueOfADssKeyIsFormatted) {
+TEST_F(SettingsTest, DssKeyValueIsFormatted) {
   const std::string key(700, 'k');
   vesk_dsskey_value value{};
   value.type = -36;
@@ -109,7 +109,7 @@ TEST_F(SettingsTest, TheValueOfADssKeyIsFormatted) {
   EXPECT_EQ(buffer_.c_str(), std::string(512, 'x')) << "nothing ends the text but the record";
 }
 
-TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
+TEST_F(SettingsTest, FailedFormattingWritesNothing) {
   const std::string key(684, 'k');
   int type = 4711;
   for (const size_t size : {515u, 517u, 0u}) {
@@ -130,7 +130,7 @@ TEST_F(SettingsTest, AValueThatIsNotFormattedWritesNothing) {
   EXPECT_EQ(buffer_, kUntouched);
 }
 
-TEST_F(SettingsTest, TheValueOfADssKeyIsParsed) {
+TEST_F(SettingsTest, DssKeyValueIsParsed) {
   const auto sent = [](int type, const std::string& text) {
     return Wire().record(Wire().i32(type).bytes() + text + std::string(512 - text.size(), '\0'));
   };
@@ -213,7 +213,7 @@ TEST_F(SettingsTest, TimeZonesStopWhereTheBufferIsFull) {
   EXPECT_EQ(buffer_, kUntouched);
 }
 
-TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
+TEST_F(SettingsTest, LongTimeZoneIsCutWithItsSemicolon) {
   for (const size_t length : {260u, 261u, 300u}) {
     answer(Wire().i32(2).text(std::u16string(length, u'z')).text(u"b"));
     buffer_ = std::string(kBufferSize, '\0');
@@ -225,7 +225,7 @@ TEST_F(SettingsTest, ALongTimeZoneIsCutTogetherWithItsSemicolon) {
 
 /* The rest */
 
-TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
+TEST_F(SettingsTest, SecurityRecordIsRestoredAfterTheCall) {
   const std::string sent = std::string(463, 's') + '\0';
   answer(Wire());
   std::string record = sent;
@@ -238,12 +238,12 @@ TEST_F(SettingsTest, WhatWasSentAsSecurityComesBack) {
   for (const android::status_t status : {android::OK, android::DEAD_OBJECT}) {
     acting->status = status;
     record = sent + "behind";
-    EXPECT_EQ(binder_set_security(28, record.data()), 0) << "whatever came of the call";
+    EXPECT_EQ(binder_set_security(28, record.data()), 0) << "even if the call fails";
     EXPECT_EQ(record, sent + "xxxxxx");
   }
   connect();  // Once more, to one that can die.
   die();
-  EXPECT_EQ(binder_set_security(28, nullptr), -1) << "the arguments are not looked at";
+  EXPECT_EQ(binder_set_security(28, nullptr), -1) << "the arguments are not read";
 }
 
 }  // namespace

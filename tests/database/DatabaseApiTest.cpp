@@ -103,7 +103,7 @@ TEST_F(DatabaseApiTest, SimulatedDeviceServesEveryFunction) {
   expectServedBy(device, [] { return connect_database_service(nullptr); });
 }
 
-TEST_F(DatabaseApiTest, GroupsAreTakenOnlyAtTheirExactNumber) {
+TEST_F(DatabaseApiTest, GroupsAreAcceptedAtTheirExactNumberOnly) {
   constexpr int kWrapsIn32Bits = 0x40000000;
   const Wire failure = Wire().i32(-5).text(u"").i32(0);
   const auto groups = [](int size) { return Wire(kOk).i32(7).record(pattern(size)); };
@@ -143,7 +143,7 @@ TEST_F(DatabaseApiTest, GroupsAreTakenOnlyAtTheirExactNumber) {
   EXPECT_EQ(binder_phonebook_get_contact_groupid(1, 0, nullptr), 7);
 }
 
-TEST_F(DatabaseApiTest, AnAnswerOfMinusOneDoesNotSpoilItsRecord) {
+TEST_F(DatabaseApiTest, RecordIsCopiedDespiteAResultOfMinusOne) {
   connect();
   const std::string contact = pattern(4492);
   answer(Wire().i32(-1).record(contact));

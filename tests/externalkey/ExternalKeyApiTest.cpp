@@ -53,7 +53,7 @@ TEST_F(ExternalKeyApiTest, SimulatedDeviceServesEveryFunction) {
   expectServedBy(device, connect_external_key_service);
 }
 
-TEST_F(ExternalKeyApiTest, ASingleStateIsReplacedOnlyByARecordOfItsSizeAndOnlyIfAskedFor) {
+TEST_F(ExternalKeyApiTest, SingleStateIsReplacedOnGetByARecordOfItsSize) {
   const std::string answer = singleState(7, 'a');
   const Wire exception = Wire().i32(-5).text(u"").i32(0);
   const struct {

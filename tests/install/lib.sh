@@ -1,5 +1,5 @@
 # shellcheck shell=bash
-# What the tests of the installed tree share. CMakeLists.txt beside this file sets the variables in capitals.
+# Shared by the tests of the installed tree. CMakeLists.txt beside this file sets the variables in capitals.
 
 # shellcheck disable=SC2034  # used by the tests
 here=$(cd "$(dirname "${BASH_SOURCE[0]}")" && pwd)
@@ -20,7 +20,7 @@ install_to() {
     fail "install: $(cat "$work/install.log")"
 }
 
-# Of the tree that is tested, so that what is built beside it is for the same machine.
+# Of the tree that is tested, so that other programs are built for the same machine.
 machine=("-DCMAKE_C_COMPILER=$CC" "-DCMAKE_CXX_COMPILER=$CXX")
 if [ -n "$TOOLCHAIN_FILE" ]; then
   machine=("-DCMAKE_TOOLCHAIN_FILE=$TOOLCHAIN_FILE" "-DCMAKE_SYSROOT=$SYSROOT" "-DCMAKE_FIND_ROOT_PATH=$work")

@@ -38,7 +38,7 @@ size_t requestsOf(void (*call)()) {
   return requests - before;
 }
 
-TEST(AllocationTest, CallsAskForNoMoreMemoryThanTheirContentsForce) {
+TEST(AllocationTest, CallsAllocateForTheirContentsOnly) {
   const vesk::bench::PrivateRuntimeDir runtimeDir;
   vesk::bench::connectToLocalServices();
   for (const auto& one : vesk::bench::overheadCases()) {

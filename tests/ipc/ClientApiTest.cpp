@@ -170,11 +170,11 @@ TEST_F(ClientApiTest, OnServiceDiedMayConnectAgain) {
 
 TEST_F(ClientApiTest, DeathBeforeTheLinkIsReported) {
   remote_->linkResult = android::DEAD_OBJECT;
-  std::atomic<bool> told = false;
-  onDeath = [&] { told.wait(false); };
+  std::atomic<bool> mayReturn = false;
+  onDeath = [&] { mayReturn.wait(false); };
   EXPECT_TRUE(connectTo(kPresent)) << "and does not wait for the callback";
-  told = true;
-  told.notify_all();
+  mayReturn = true;
+  mayReturn.notify_all();
 
   log_.takeUntil({ANDROID_LOG_INFO, "CallClient", "test.sample is died. "});
   EXPECT_EQ(deaths, 1);
@@ -246,7 +246,7 @@ TEST_F(ClientApiTest, ConnectsDeathsAndCallsMayMeet) {
 
 TEST(SynchronizedTest, ReadersSeeOneValueOrTheOther) {
   struct Table {
-    std::array<int, 64> values;
+    std::array<int, 16384> values;
   };
   Synchronized<Table> table;
   std::thread writer([&] {
@@ -257,7 +257,7 @@ TEST(SynchronizedTest, ReadersSeeOneValueOrTheOther) {
     }
   });
   for (int seen = 0; seen < 2000;) {
-    const std::array<int, 64> values = table.get(&Table::values);
+    const std::array<int, 16384> values = table.get(&Table::values);
     EXPECT_EQ(values.front(), values.back());
     EXPECT_GE(values.front(), seen);
     seen = values.front();

@@ -66,13 +66,14 @@ class MarshallingTest : public testing::Test {
   };
 
   /** The stub's answer to a request. */
-  Answer transact(uint32_t code, const Wire& request) {
+  static Answer transact(const sp<IBinder>& stub, uint32_t code, const Wire& request) {
     Parcel data;
     data.setData(reinterpret_cast<const uint8_t*>(request.bytes().data()), request.bytes().size());
     Parcel reply;
-    const android::status_t status = service_->transact(code, data, &reply);
+    const android::status_t status = stub->transact(code, data, &reply);
     return {status, bytesOf(reply)};
   }
+  Answer transact(uint32_t code, const Wire& request) { return transact(service_, code, request); }
 
   static Wire request(const Wire& arguments) { return Wire().text(u"com.qv.ISample").append(arguments); }
 
@@ -194,6 +195,8 @@ TEST_F(MarshallingTest, WritesNothingUnlessTheWholeReplyIsGood) {
       {"hostile count of texts", texts, okAnd(Wire().i32(kHuge)), android::NOT_ENOUGH_DATA},
       {"only the result", everything, okAnd(Wire().i32(1)), android::NOT_ENOUGH_DATA},
       {"result and record", everything, okAnd(Wire().i32(1).record("r")), android::NOT_ENOUGH_DATA},
+      {"null in front of a good one", everything, okAnd(Wire().i32(1).i32(0).i32(0)),
+       android::UNEXPECTED_NULL},
       {"null at the end", everything, okAnd(Wire().i32(1).record("r").i32(1).i32(0)),
        android::UNEXPECTED_NULL},
   };
@@ -219,7 +222,7 @@ TEST_F(MarshallingTest, GivesBackAnExceptionAndReadsNoFurther) {
   };
   for (const auto& row : rows) {
     SCOPED_TRACE(row.expected.toString8().c_str());
-    // What would be a good reply stands behind it.
+    // A good reply stands behind it.
     remote_->answer = Wire(row.reply).i32(1).record("r").i32(0);
     Outs outs;
     EXPECT_EQ(everything(*sample_, outs).toString8(), row.expected.toString8());
@@ -261,7 +264,7 @@ TEST_F(MarshallingTest, LeavesOtherCodesToTheBase) {
   EXPECT_EQ(transact(IBinder::PING_TRANSACTION, Wire()).status, android::OK);
 }
 
-TEST_F(MarshallingTest, RefusesAForeignToken) {
+TEST_F(MarshallingTest, RefusesAnotherToken) {
   for (const char16_t* token : {u"com.qv.ISampleListener", u"com.qv.ISampl", u""}) {
     const Answer answer = transact(1, Wire().text(token));
     EXPECT_EQ(answer.status, android::BAD_TYPE);
@@ -303,6 +306,8 @@ TEST_F(MarshallingTest, RefusesArgumentsThatCannotBeRead) {
   }
   const Answer forged = transact(9, request(Wire().i32(1).i32(2).i32(3).i32(4).i32(5).i32(6)));
   EXPECT_EQ(forged.status, android::BAD_TYPE) << "bytes are no object";
+  const Wire nullInFront = Wire().text(u"com.qv.ICallService").i32(1).i32(-1).i32(1);
+  EXPECT_EQ(transact(new DefaultCallService, 15, nullInFront).reply, kNullPointer.bytes());
   EXPECT_EQ(service_->calls, 0);
 }
 

@@ -30,7 +30,7 @@ std::string contents(vesk_records* records, size_t elementSize) {
   return all;
 }
 
-TEST(RecordsTest, KeepsWhatIsAppendedAndStored) {
+TEST(RecordsTest, KeepsAppendedAndStoredElements) {
   const Records records = makeRecords(2);
   store(records.get(), 2, "cc");
   append(records.get(), "dd");
@@ -47,7 +47,7 @@ TEST(RecordsTest, KeepsWhatIsAppendedAndStored) {
       << "nothing of the cleared elements is left";
 }
 
-TEST(RecordsTest, GrowsFarBeyondItsFirstRoom) {
+TEST(RecordsTest, GrowsBeyondItsFirstCapacity) {
   const Records records = makeRecords(1);
   std::string expected;
   for (int i = 0; i < 1000; ++i) {
@@ -57,9 +57,9 @@ TEST(RecordsTest, GrowsFarBeyondItsFirstRoom) {
   EXPECT_EQ(contents(records.get(), 1), expected);
 }
 
-TEST(RecordsTest, ADroppedElementShowsUntilTheArrayIsCleared) {
+TEST(RecordsTest, DroppedElementIsReportedUntilTheArrayIsCleared) {
   const struct {
-    const char* what;
+    const char* name;
     void (*drop)(vesk_records*);
   } rows[] = {
       {"too short", [](vesk_records* records) { append(records, "x"); }},
@@ -68,7 +68,7 @@ TEST(RecordsTest, ADroppedElementShowsUntilTheArrayIsCleared) {
       {"no room for so many elements", [](vesk_records* records) { store(records, SIZE_MAX, "xy"); }},
   };
   for (const auto& row : rows) {
-    SCOPED_TRACE(row.what);
+    SCOPED_TRACE(row.name);
     const Records records = makeRecords(2);
     append(records.get(), "ab");
     row.drop(records.get());
@@ -81,7 +81,7 @@ TEST(RecordsTest, ADroppedElementShowsUntilTheArrayIsCleared) {
   }
 }
 
-TEST(RecordsTest, RefusesElementsWithoutASizeAndBearsNull) {
+TEST(RecordsTest, RefusesElementsWithoutASizeAndAcceptsNull) {
   EXPECT_EQ(vesk_records_create(0), nullptr);
   EXPECT_EQ(vesk_records_array(nullptr), nullptr);
   EXPECT_EQ(vesk_records_count(nullptr), 0U);

@@ -17,7 +17,7 @@
 #include "RecordingBinder.h"
 #include "ipc/Marshal.h"
 
-/* What the documentation shows of the wire is what crosses it. */
+/* The dumps of docs/wire-format.md against the bytes that are sent. */
 
 using android::Parcel;
 using android::sp;
@@ -33,7 +33,7 @@ namespace {
 /** Bytes, some of which may be left open. */
 class Dump {
  public:
-  /** A line of the documentation: bytes, and behind two blanks what they mean. */
+  /** A line of the documentation: bytes, and behind two blanks their meaning. */
   void addLine(const std::string& line) {
     std::istringstream bytes(line.substr(0, line.find("  ")));
     for (std::string byte; bytes >> byte;) {
@@ -116,7 +116,7 @@ std::string written(const T& value) {
 
 CommonParcelable recordOf(std::string_view bytes) { return {bytes.data(), bytes.size()}; }
 
-/** What the proxy of `Interface` sends in `call`. */
+/** The request of `Interface`'s proxy in `call`. */
 template <class Interface, class Call>
 std::string requestOf(Call call) {
   const sp<RecordingBinder> remote = new RecordingBinder;

@@ -116,7 +116,7 @@ TEST_F(MiscApiTest, RecordFilesOfAnotherSizeAreSkipped) {
   EXPECT_EQ(elements, (Elements{"there before", first, last}));
 }
 
-TEST_F(MiscApiTest, TheMulticastActionIsCutToFit) {
+TEST_F(MiscApiTest, MulticastActionIsCutToFit) {
   connect();
   answer(Wire().record("multicast" + std::string(667, '\0')));
   expectAction(1, "");
@@ -129,7 +129,7 @@ TEST_F(MiscApiTest, TheMulticastActionIsCutToFit) {
   expectAction(kBufferSize, endless);
 }
 
-TEST_F(MiscApiTest, AnActionThatCannotBeFetchedEmptiesTheDestination) {
+TEST_F(MiscApiTest, FailedFetchOfTheActionEmptiesTheDestination) {
   expectNoAction();
   connect();
   answer(Wire().record(std::string(675, 'x')));
@@ -138,7 +138,7 @@ TEST_F(MiscApiTest, AnActionThatCannotBeFetchedEmptiesTheDestination) {
   expectNoAction();
 }
 
-TEST_F(MiscApiTest, NowhereToPutTheAnswerIsAFailureWithoutACall) {
+TEST_F(MiscApiTest, MissingDestinationIsAFailureWithoutACall) {
   connect();
   answer(Wire().record(std::string(676, 'x')));
   const vesk_array unusable{};

@@ -59,7 +59,7 @@ class ListeningService : public com::qv::DefaultMiscService {
   sp<com::qv::IMiscEventListener> misc;
 };
 
-/** What the callbacks were told, on whatever thread. */
+/** The callbacks that were called, from any thread. */
 class {
  public:
   void add(std::string event) {
@@ -74,20 +74,20 @@ class {
  private:
   std::mutex mutex_;
   std::vector<std::string> events_;
-} told;
+} called;
 
 constexpr vesk_misc_callbacks kCallbacks{
-    .on_online_ate_started = [] { told.add("ATE started"); },
-    .on_online_ate_stopped = [] { told.add("ATE stopped"); },
-    .on_update_context = [](const char* text) { told.add(std::string("context ") + text); },
-    .on_lcd_switch = [] { told.add("LCD"); },
-    .on_touch_screen_start = [] { told.add("touch started"); },
-    .on_touch_screen_stop = [] { told.add("touch stopped"); },
-    .on_system_reboot = [] { told.add("reboot"); },
+    .on_online_ate_started = [] { called.add("ATE started"); },
+    .on_online_ate_stopped = [] { called.add("ATE stopped"); },
+    .on_update_context = [](const char* text) { called.add(std::string("context ") + text); },
+    .on_lcd_switch = [] { called.add("LCD"); },
+    .on_touch_screen_start = [] { called.add("touch started"); },
+    .on_touch_screen_stop = [] { called.add("touch stopped"); },
+    .on_system_reboot = [] { called.add("reboot"); },
     .reserved = {},
-    .on_web_screenshot = [] { told.add("screenshot"); },
-    .on_ring = [](int value) { told.add("ring " + std::to_string(value)); },
-    .on_scan_cancel = [] { told.add("scan cancelled"); },
+    .on_web_screenshot = [] { called.add("screenshot"); },
+    .on_ring = [](int value) { called.add("ring " + std::to_string(value)); },
+    .on_scan_cancel = [] { called.add("scan cancelled"); },
 };
 
 std::atomic<int> deaths;
@@ -98,7 +98,7 @@ class MiscEventTest : public testing::Test {
     setenv("BINDER_LOOKUP_MS", "0", 1);
     registerService(service_);
     deaths = 0;
-    told.take();
+    called.take();
   }
 
   LogCapture log_;
@@ -145,17 +145,17 @@ TEST_F(MiscEventTest, EachEventCallsItsCallback) {
     EXPECT_EQ(raise(row.listener, row.code, Wire().text(row.token).append(row.arguments), &reply),
               android::OK);
     EXPECT_EQ(vesk::test::bytesOf(reply), Wire().i32(0).bytes());
-    EXPECT_EQ(told.take(), std::vector<std::string>{row.expected});
+    EXPECT_EQ(called.take(), std::vector<std::string>{row.expected});
   }
   Parcel reply;
   EXPECT_EQ(raise(ate, 8, Wire().text(u"com.qv.IAteEventListener"), &reply), android::UNKNOWN_TRANSACTION);
   EXPECT_EQ(raise(misc, 4, Wire().text(u"com.qv.IMiscEventListener"), &reply), android::UNKNOWN_TRANSACTION);
   EXPECT_EQ(raise(misc, 1, Wire().text(u"com.qv.IAteEventListener"), &reply), android::BAD_TYPE);
-  EXPECT_EQ(told.take(), std::vector<std::string>());
+  EXPECT_EQ(called.take(), std::vector<std::string>());
   EXPECT_EQ(log_.take(), std::vector<LogLine>());
 }
 
-TEST_F(MiscEventTest, ConnectingRegistersBothListenersAndLogsWhateverComesOfIt) {
+TEST_F(MiscEventTest, ConnectingRegistersAndLogsBothListenersEvenIfRefused) {
   /** Refuses every request, and keeps their codes. */
   class RefusingService : public android::BBinder {
    public:
@@ -177,15 +177,15 @@ TEST_F(MiscEventTest, ConnectingRegistersBothListenersAndLogsWhateverComesOfIt) 
                                   {ANDROID_LOG_INFO, "MiscClient", "MiscEventListener is registed."}}));
 }
 
-TEST_F(MiscEventTest, AnEventDuringTheConnectGoesToTheEarlierCallbacks) {
+TEST_F(MiscEventTest, EventDuringTheConnectGoesToTheEarlierCallbacks) {
   ASSERT_TRUE(connect_misc_service(kCallbacks, nullptr));
   vesk_misc_callbacks others = kCallbacks;
-  others.on_ring = [](int) { told.add("other ring"); };
+  others.on_ring = [](int) { called.add("other ring"); };
   service_->eager = true;
   ASSERT_TRUE(connect_misc_service(others, nullptr));
-  EXPECT_EQ(told.take(), (std::vector<std::string>{"context early", "ring -2"}));
+  EXPECT_EQ(called.take(), (std::vector<std::string>{"context early", "ring -2"}));
   EXPECT_TRUE(service_->misc->wkRingHdl(1).isOk());
-  EXPECT_EQ(told.take(), std::vector<std::string>{"other ring"});
+  EXPECT_EQ(called.take(), std::vector<std::string>{"other ring"});
 }
 
 /* A process that has never been connected. */
@@ -195,10 +195,10 @@ CHILD_ROLE(connectToEagerService) {
   registerService(service);
   parent.ready();
   const bool connected = connect_misc_service(kCallbacks, nullptr);
-  return connected && told.take().empty() ? 0 : 1;
+  return connected && called.take().empty() ? 0 : 1;
 }
 
-TEST_F(MiscEventTest, AnEventDuringTheFirstConnectIsDropped) {
+TEST_F(MiscEventTest, EventDuringTheFirstConnectIsDropped) {
   EXPECT_EQ(ChildProcess("connectToEagerService").wait(), 0);
 }
 
@@ -216,7 +216,7 @@ CHILD_ROLE(raiseAnEventWithoutACallback) {
   return 0;
 }
 
-TEST_F(MiscEventTest, AnEventWithoutACallbackEndsTheProgram) {
+TEST_F(MiscEventTest, EventWithoutACallbackEndsTheProgram) {
   EXPECT_EQ(ChildProcess("raiseAnEventWithoutACallback").wait(), -SIGSEGV);
 }
 
@@ -228,15 +228,15 @@ CHILD_ROLE(miscService) {
   return 0;
 }
 
-TEST_F(MiscEventTest, AServiceInAnotherProcessRaisesEventsAndDies) {
+TEST_F(MiscEventTest, ServiceInAnotherProcessRaisesEventsAndDies) {
   ChildProcess child("miscService");
   ASSERT_TRUE(connect_misc_service(kCallbacks, [] { ++deaths; }));
   EXPECT_EQ(binder_local_ate_start(42), 0);
-  EXPECT_EQ(told.take(), std::vector<std::string>{"ring 42"});
+  EXPECT_EQ(called.take(), std::vector<std::string>{"ring 42"});
   log_.take();
   child.kill();
 
-  // Its line in the log is the last thing that comes of a death.
+  // The line is written after everything else.
   std::vector<LogLine> lines;
   vesk::test::waitUntil("the line", [&] { return !(lines = log_.take()).empty(); });
   EXPECT_EQ(lines, (std::vector<LogLine>{{ANDROID_LOG_INFO, "CallClient", "com.qv.MiscService is died. "}}));

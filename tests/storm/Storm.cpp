@@ -17,8 +17,8 @@
 
 /*
  * A storm: services that are killed and started again at random, under applications that connect, call and
- * get events on many threads. Nothing may hang or crash, each connection is told of its service's death
- * exactly once, each call gives its answer or its failure, and what is left over is found.
+ * get events on many threads. Nothing may hang or crash, each connection reports its service's death
+ * exactly once, each call gives its answer or its failure, and nothing may be left over.
  *
  *     storm [--seconds N] [--seed N] [--services N] [--apps N] [--threads N]
  */
@@ -78,13 +78,13 @@ class Storm {
   }
 
   void run() {
-    // The first part shows what memory the others may take.
+    // The first part measures the memory that the others may take.
     if (blow(options_.seconds * 1000ms / 3) && blow(options_.seconds * 2000ms / 3) && leaveFirst()) {
       EXPECT_GT(kills_, 0);
       expectTidyDirectory();
     }
     std::printf("storm: %d services killed\n", kills_);
-    // After a failure they may be anywhere, and what they say of that is no news.
+    // After a failure they may be in any state, and their reports are of no use.
     for (auto* const processes : {&apps_, &services_}) {
       for (const auto& process : *processes) {
         if (process != nullptr) process->kill();
@@ -130,7 +130,7 @@ class Storm {
       } else {
         kill(service);
       }
-      // Some live for so short a time that nobody connects, others for long enough for thousands of calls.
+      // Some live for too short a time for any connect, others for long enough for thousands of calls.
       std::this_thread::sleep_for(
           std::chrono::milliseconds(random_() % 3 == 0 ? random_() % 400 : random_() % 20));
     }
@@ -139,7 +139,7 @@ class Storm {
     return order("settle", true);
   }
 
-  /** The applications go while the services stay, which then have to be as if nobody had been there. */
+  /** The applications go while the services stay, which then must hold nothing for them any more. */
   bool leaveFirst() {
     for (unsigned i = 0; i < options_.services; ++i) start(i);
     if (!order("run")) return false;

@@ -8,7 +8,7 @@
 #include <string>
 #include <thread>
 
-/* What the processes of the storm agree on. */
+/* Shared by the processes of the storm. */
 
 namespace storm {
 
@@ -17,10 +17,10 @@ inline int answerTo(int value) {
   return static_cast<int>((static_cast<uint32_t>(value) * 2654435761U ^ 0x5bd1e995U) & 0x7fffffff);
 }
 
-/** What a record that belongs to `value` is filled with. */
+/** The bytes of a record that belongs to `value`. */
 inline char filling(int value) { return static_cast<char>('a' + static_cast<unsigned>(value) % 26); }
 
-/** What a process must give back when nobody needs it any longer. */
+/** Resources that a process must give back once they are not needed any more. */
 struct Holdings {
   ptrdiff_t files;
   ptrdiff_t threads;
@@ -49,7 +49,7 @@ inline Holdings atStart() {
 /** The reactor and its spare thread, its epoll and its listening socket: once made, they stay. */
 inline Holdings withTransport(const Holdings& before) { return {before.files + 2, before.threads + 2}; }
 
-/** Waits until no more is held than that. Empty, or what is left over. */
+/** Waits until no more is held than that. Empty, or the leftovers. */
 inline std::string leftOver(const Holdings& limit) {
   using Clock = std::chrono::steady_clock;
   for (const auto end = Clock::now() + std::chrono::seconds(20); Clock::now() < end;) {

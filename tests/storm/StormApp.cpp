@@ -28,7 +28,7 @@ namespace {
 /** Longer than any call may take whose service is killed sooner or later. */
 constexpr auto kHang = 30s;
 
-/** What has gone wrong, for the next report. */
+/** The first failure, for the next report. */
 class Failure {
  public:
   template <class... Arguments>
@@ -97,7 +97,7 @@ bool connectCall() {
                               nullptr, onDied<0>);
 }
 
-/** The answer, -1 for a failed call; what is no answer to this call is a failure of the storm. */
+/** The answer, or -1 for a failed call. An answer to another call is a failure of the storm. */
 int callConfig(int value) {
   if (value % 4 != 0) return binder_set_default_ext_line(value);
   char info[VESK_LINE_INFO_SIZE] = {};
@@ -229,12 +229,12 @@ class App {
   std::vector<std::thread> callers_;
 };
 
-/** All services are dead: each death has been told to each connection, and nothing is left. */
+/** All services are dead: each connection has reported its death, and nothing is left. */
 void checkAfterDeaths(bool impatient, const storm::Holdings& limit) {
   for (size_t service = 0; service < kServices; ++service) {
     Counts& count = counts[service];
     // Without replacements each connection was the current one when its service died. One that has been
-    // replaced has nothing to tell, but may have told it before.
+    // replaced reports no death, but may have done so before.
     const int least = impatient ? 0 : count.connects.load();
     const auto end = std::chrono::steady_clock::now() + kHang;
     while (count.deaths < least && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
@@ -267,7 +267,7 @@ size_t memory() {
 #endif
 }
 
-/** Told what to do by messages, which it answers: "run", "settle" once all services are dead, "stop". */
+/** Takes orders as messages, which it answers: "run", "settle" once all services are dead, "stop". */
 CHILD_ROLE(app) {
   const storm::Holdings limit = storm::withTransport(storm::atStart());
   // The deaths of thousands are no news here.

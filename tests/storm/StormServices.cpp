@@ -23,7 +23,7 @@ using com::qv::CommonParcelable;
 
 namespace {
 
-/** Those who are told of events. Who can't be told is forgotten. */
+/** The listeners of a service, without those that failed. */
 template <class Listener>
 class Listeners {
  public:
@@ -32,13 +32,13 @@ class Listeners {
     listeners_.push_back(listener);
   }
 
-  template <class Tell>
-  void tell(Tell event) {
+  template <class Event>
+  void notify(Event event) {
     std::unique_lock lock(mutex_);
-    const std::vector<sp<Listener>> told = listeners_;
+    const std::vector<sp<Listener>> current = listeners_;
     lock.unlock();
     std::vector<sp<Listener>> gone;
-    for (const sp<Listener>& listener : told) {
+    for (const sp<Listener>& listener : current) {
       if (!event(*listener).isOk()) gone.push_back(listener);
     }
     lock.lock();
@@ -65,7 +65,7 @@ class CallService : public com::qv::DefaultCallService {
       info.chan = storm::answerTo(value);
       std::fill_n(info.name, sizeof(info.name) - 1, storm::filling(value));
       const CommonParcelable record(&info, sizeof(info));
-      listeners_.tell([&](auto& listener) { return listener.callStateChangedEvent(record); });
+      listeners_.notify([&](auto& listener) { return listener.callStateChangedEvent(record); });
     }
     *result = storm::answerTo(value + line);
     return Status::ok();
@@ -87,7 +87,7 @@ class MiscService : public com::qv::DefaultMiscService {
   Status playRecFileStart(const std::string& file, int32_t* result) override {
     const int value = std::atoi(file.c_str());
     if (value % 8 == 0) {
-      listeners_.tell([&](auto& listener) { return listener.wkRingHdl(storm::answerTo(value) | 1); });
+      listeners_.notify([&](auto& listener) { return listener.wkRingHdl(storm::answerTo(value) | 1); });
     }
     *result = storm::answerTo(value);
     return Status::ok();
@@ -122,7 +122,7 @@ constexpr struct {
                  {"com.qv.MiscService", make<MiscService>},
                  {"com.qv.ConfigService", make<ConfigService>}};
 
-/** Answers a message with what is left over, for when everybody else has left. */
+/** Answers a message with its leftovers, once every application has left. */
 CHILD_ROLE(service) {
   const storm::Holdings before = storm::atStart();
   const auto& service = kServices[std::stoul(args.at(0))];

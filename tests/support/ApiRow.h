@@ -16,13 +16,13 @@
 #include "Wire.h"
 
 /*
- * The tables of the C functions' tests. A row states what a reader has to look up: the function, the code of
- * its method and the sizes of its records; the group of the row states what the function gives. Arguments and
+ * The tables of the C functions' tests. A row states the function, the code of its method and the sizes of
+ * its records; its group states the results. Arguments and
  * the bytes of requests and answers follow from the types of the function and of its method.
  */
 namespace vesk::test {
 
-/** What a C function returns, an int or a bool as int; nothing for void. */
+/** The result of a C function, an int or a bool as int; none for void. */
 using Result = std::optional<int>;
 
 /** The int32_t or bool in every answer that has one. */
@@ -31,12 +31,12 @@ constexpr int kAnswer = 4711;
 /** The buffer that functions receive into, and the room that they are given unless a test says otherwise. */
 constexpr int kBufferSize = 4600;
 
-/** What a C function gives, and from which answer. */
+/** The results of a C function. */
 struct Expected {
   Result success = std::nullopt;
   Result failed = std::nullopt; /**< after a failed call, and with a record of another size */
   Result absent = std::nullopt; /**< without a connection */
-  enum Text { kNone, kTruncate, kAllOrNothing } text = kNone;
+  enum Text { kNone, kTruncate, kAllOrNothing, kZeroFill } text = kNone;
   /** A null pointer for a record is sent as an empty record, sent and refused afterwards, or not sent. */
   enum Null { kSent, kSentAndRefused, kRefused } null = kSent;
   bool logsFailure = false; /**< a record of another size */

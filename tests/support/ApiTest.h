@@ -48,7 +48,14 @@ class ApiTest : public ScriptedTest {
   }
 
   static inline const std::string kUntouched = std::string(kBufferSize, '#');
-  /** What is in the buffer once a row has put something there. */
+  /** The buffer with a row's text, cut to its room. */
+  static std::string withText(const ApiRow& row, int room) {
+    const auto size = static_cast<size_t>(room);
+    std::string text = std::string("12345678").substr(0, size - 1) + '\0';
+    if (row.gives.text == Expected::kZeroFill) text.resize(size);
+    return withPrefix(text);
+  }
+  /** The buffer with its first bytes replaced. */
   static std::string withPrefix(const std::string& start) { return start + kUntouched.substr(start.size()); }
 
   template <class Connect>
@@ -85,7 +92,7 @@ class ApiTest : public ScriptedTest {
     EXPECT_EQ(results(), expected(&Expected::success));
   }
 
-  /** What a function has to log, `count` times, if its record has not its size. */
+  /** The log of a function, `count` times, for a record of another size. */
   std::vector<LogLine> sizeErrors(const std::string& function, size_t count = 1) const {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
   }
@@ -115,7 +122,7 @@ class ApiTest : public ScriptedTest {
         out_ = kUntouched;
         Arguments given = arguments(row, round);
         EXPECT_EQ(row.call(given), row.gives.success);
-        EXPECT_EQ(out_, withPrefix(row.gives.text == Expected::kNone ? bytes : std::string("12345678\0", 9)));
+        EXPECT_EQ(out_, row.gives.text == Expected::kNone ? withPrefix(bytes) : withText(row, kBufferSize));
         expectRequest(row.code, given.wire(row.sizes));
         EXPECT_EQ(log_.take().size(), row.gives.logsRecord ? 1u : 0u);
       }
@@ -151,7 +158,8 @@ class ApiTest : public ScriptedTest {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.function);
       size_t failures = 0;
-      const std::string untouched = row.gives.text == Expected::kNone ? kUntouched : withPrefix({'\0'});
+      const bool empties = row.gives.text == Expected::kTruncate || row.gives.text == Expected::kAllOrNothing;
+      const std::string untouched = empties ? withPrefix({'\0'}) : kUntouched;
       const auto expectFailure = [&](const char* what) {
         out_ = kUntouched;
         Arguments given = arguments(row);
@@ -187,10 +195,9 @@ class ApiTest : public ScriptedTest {
         out_ = kUntouched;
         Arguments given = arguments(row);
         given.room = room;
-        const bool isGiven = room > 8 || row.gives.text == Expected::kTruncate;
+        const bool isGiven = room > 8 || row.gives.text != Expected::kAllOrNothing;
         EXPECT_EQ(row.call(given), isGiven ? row.gives.success : Result(-1)) << room;
-        const std::string text = std::string("12345678").substr(0, static_cast<size_t>(room) - 1) + '\0';
-        EXPECT_EQ(out_, isGiven && room > 0 ? withPrefix(text) : kUntouched) << room;
+        EXPECT_EQ(out_, isGiven && room > 0 ? withText(row, room) : kUntouched) << room;
       }
     }
   }

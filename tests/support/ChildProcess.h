@@ -33,7 +33,7 @@ class Channel {
 };
 
 /**
- * This test program, run once more as another process: a service, a client, whatever its role makes of it. It
+ * This test program, run once more as another process: as a service or a client, by its role. It
  * ends with the test, however that ends. Start it from a thread that outlives it.
  */
 class ChildProcess {
@@ -82,7 +82,7 @@ class Parent {
   Channel channel_;
 };
 
-/** What a child does instead of main(); the result is its exit code. */
+/** The main() of a child; the result is its exit code. */
 using Role = int (*)(Parent& parent, const std::vector<std::string>& args);
 
 struct RoleRegistration {

@@ -23,7 +23,7 @@ inline std::ostream& operator<<(std::ostream& out, const LogLine& line) {
   return out << line.priority << " " << line.tag << " \"" << line.text << "\"";
 }
 
-/** Takes what this process logs while it exists; one at a time. */
+/** Captures the log of this process while it exists; one at a time. */
 class LogCapture {
  public:
   LogCapture() {

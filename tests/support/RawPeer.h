@@ -37,7 +37,7 @@ inline uint64_t numberOf(const std::string& name) {
   return std::stoull(link.substr(link.find(':') + 1), nullptr, 16);
 }
 
-/** A connection that says what it likes. */
+/** A connection that sends arbitrary bytes. */
 class RawPeer {
  public:
   explicit RawPeer(const std::string& socketPath) : fd_(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {

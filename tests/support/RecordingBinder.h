@@ -15,7 +15,7 @@ inline std::string bytesOf(const android::Parcel& parcel) {
   return {reinterpret_cast<const char*>(parcel.data()), parcel.dataSize()};
 }
 
-/** The remote side of a proxy: writes down what comes and answers as it is told. For one thread. */
+/** The remote side of a proxy: records requests and gives one answer to all. For one thread. */
 class RecordingBinder : public android::BBinder {
  public:
   struct Request {

@@ -14,13 +14,13 @@
 
 namespace vesk::test {
 
-/** A RecordingBinder that takes its orders, and shows what came, over transactions of its own. */
+/** A RecordingBinder with transactions that set its answer and take its requests. */
 class ScriptedBinder : public RecordingBinder {
  public:
   enum Code : uint32_t {
     /** int32 status and the bytes of the answer in. */
     kAnswer = LAST_CALL_TRANSACTION + 1,
-    /** Code, flags and bytes of what take() gives out; nothing if that gives none. */
+    /** Code, flags and bytes of take(); nothing if that gives none. */
     kTake,
     /** Has the next request end the process. */
     kDie,
@@ -67,7 +67,7 @@ CHILD_ROLE(scriptedService) {
   return 0;
 }
 
-/** A service in a process of its own that answers as the test says and writes down what comes. */
+/** A service in a process of its own that records requests and gives the test's answer. */
 class ScriptedService {
  public:
   explicit ScriptedService(const char* name)

@@ -14,7 +14,7 @@ namespace vesk::test {
 
 inline const Wire kOk = Wire().i32(0);
 
-/** The C functions of one service, over against a ScriptedService; not connected at first. */
+/** The C functions of one service in front of a ScriptedService; not connected at first. */
 class ScriptedTest : public testing::Test {
  protected:
   ScriptedTest(const char* name, const char16_t* descriptor) : name_(name), descriptor_(descriptor) {}
@@ -28,7 +28,7 @@ class ScriptedTest : public testing::Test {
 
   void answer(const Wire& outValues) { service_->answer(Wire(kOk).append(outValues)); }
 
-  /** Answers with an exception, and behind it what nobody may take. */
+  /** Answers with an exception, and behind it out-values, which may not be read. */
   void answerException(const Wire& outValues) {
     service_->answer(Wire().i32(-8).text(u"busy").i32(0).i32(17).append(outValues));
   }
@@ -49,8 +49,8 @@ class ScriptedTest : public testing::Test {
     return Wire().text(descriptor_).append(arguments).bytes();
   }
 
-  /** Ends the service, if it runs, and with it a connection that is told of deaths. What is logged until the
-   * last thing that comes of the death, which is a line, too. */
+  /** Ends the service, if it runs, and with it a connection with death notification. The lines up to that of
+   * the death, the last step. */
   std::vector<LogLine> die() {
     if (!service_.has_value()) return {};
     service_->kill();

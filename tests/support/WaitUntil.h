@@ -14,7 +14,7 @@ template <class Condition>
 void waitUntil(const char* what, Condition condition) {
   const auto deadline = std::chrono::steady_clock::now() + std::chrono::milliseconds(kPatienceMs);
   while (!condition()) {
-    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "waited in vain: " << what;
+    ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "timed out: " << what;
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
 }
