@@ -1,12 +1,11 @@
 #include "Packets.h"
 
+#include <poll.h>
+#include <sched.h>
 #include <sys/socket.h>
-#include <unistd.h>
 
 #include <algorithm>
 #include <utility>
-
-#include "SharedSlots.h"
 
 namespace vesk::fuzz {
 
@@ -15,8 +14,6 @@ namespace {
 using android::transport::FrameHeader;
 using android::transport::ObjectEntry;
 using android::transport::SharedSlot;
-using android::transport::SharedSlots;
-using android::transport::UniqueFd;
 
 constexpr size_t kMostBytes = 100 * 1024;
 constexpr size_t kMostPackets = 64;
@@ -44,16 +41,15 @@ void replaceNumbers(std::vector<uint8_t>* packet, const Known& known) {
 
 std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
   constexpr uint16_t kZeros = 0x8000;
-  constexpr uint16_t kDescriptors = 0xc000;
+  constexpr uint16_t kBySocket = 0xc000;
   std::vector<Packet> packets;
   Input input(bytes);
   size_t total = 0;
   Packet next;
   while (!input.empty() && packets.size() < kMostPackets) {
     const auto size = input.number<uint16_t>();
-    if ((size & kDescriptors) == kDescriptors) {
-      next.descriptors = size % 4;
-      next.sharedSlots = size % 8 < 4;
+    if ((size & kBySocket) == kBySocket) {
+      next.bySocket = true;
       continue;
     }
     if ((size & kZeros) != 0) {
@@ -70,41 +66,39 @@ std::vector<Packet> packetsOf(Bytes bytes, const Known& known) {
   return packets;
 }
 
-void sendPackets(int socket, const std::vector<Packet>& packets) {
-  UniqueFd shared;
-  SharedSlots sharedSlots;
-  bool intoSharedSlot = false;
+bool Sender::awaitRoom() {
+  using std::chrono::milliseconds;
+  for (;;) {
+    pollfd end{socket_, POLLRDHUP, 0};
+    const bool isEnd = ::poll(&end, 1, 0) > 0;
+    if (slots_.in().isFull()) {
+      onFrame(Bytes(slots_.in().bytes(), std::min(slots_.in().size(), SharedSlot::kCapacity)));
+      slots_.in().empty();
+    }
+    if (isEnd) return false;
+    if (slots_.out().isEmpty()) return true;
+    ::sched_yield();
+  }
+}
+
+bool Sender::put(const Packet& packet) {
+  const size_t size = packet.bytes.size();
+  if (packet.bySocket) return ::send(socket_, packet.bytes.data(), size, MSG_NOSIGNAL | MSG_DONTWAIT) >= 0;
+  std::copy_n(packet.bytes.begin(), std::min(size, SharedSlot::kCapacity), slots_.out().bytes());
+  slots_.out().fill(size);
+  return true;
+}
+
+void Sender::send(const std::vector<Packet>& packets) {
   for (const Packet& packet : packets) {
-    if (intoSharedSlot) {
-      const auto size = std::min(packet.bytes.size(), SharedSlot::kCapacity);
-      std::copy_n(packet.bytes.begin(), size, sharedSlots.out().bytes());
-      sharedSlots.out().fill(packet.bytes.size());
-      intoSharedSlot = false;
-      continue;
-    }
-    iovec piece{const_cast<uint8_t*>(packet.bytes.data()), packet.bytes.size()};
-    msghdr message = {};
-    message.msg_iov = &piece;
-    message.msg_iovlen = 1;
-    alignas(cmsghdr) char control[CMSG_SPACE(4 * sizeof(int))] = {};
-    if (packet.descriptors > 0) {
-      message.msg_control = control;
-      message.msg_controllen = CMSG_SPACE(packet.descriptors * sizeof(int));
-      cmsghdr* const rights = CMSG_FIRSTHDR(&message);
-      rights->cmsg_level = SOL_SOCKET;
-      rights->cmsg_type = SCM_RIGHTS;
-      rights->cmsg_len = CMSG_LEN(packet.descriptors * sizeof(int));
-      if (packet.sharedSlots && !sharedSlots) {
-        sharedSlots = SharedSlots::make(&shared);
-        FUZZ_CHECK(sharedSlots);
-        intoSharedSlot = true;
-      }
-      // Not this socket, whose end would not come before that of the packet.
-      const std::vector<int> descriptors(packet.descriptors,
-                                         packet.sharedSlots ? shared.get() : STDERR_FILENO);
-      std::memcpy(CMSG_DATA(rights), descriptors.data(), descriptors.size() * sizeof(int));
-    }
-    if (::sendmsg(socket, &message, MSG_NOSIGNAL | MSG_DONTWAIT) < 0) return;
+    if ((!packet.bySocket && !awaitRoom()) || !put(packet)) return;
+  }
+  awaitRoom();
+}
+
+void Sender::sendNow(const std::vector<Packet>& packets) {
+  for (const Packet& packet : packets) {
+    if ((!packet.bySocket && !slots_.out().isEmpty()) || !put(packet)) return;
   }
 }
 

@@ -2,10 +2,13 @@
 
 #include <binder/Binder.h>
 
+#include <functional>
+#include <utility>
 #include <vector>
 
 #include "Frame.h"
 #include "Fuzz.h"
+#include "SharedSlots.h"
 
 namespace vesk::fuzz {
 
@@ -17,20 +20,39 @@ struct Known {
 
 struct Packet {
   std::vector<uint8_t> bytes;
-  /** What goes with it. The descriptors are all the same. */
-  size_t descriptors = 0;
-  bool sharedSlots = false;
+  /** It goes over the socket, and not through a slot. */
+  bool bySocket = false;
 };
 
 /**
- * What comes over a connection: packets, each after its size. A size with the highest bit set stands for so
- * many times 16 bytes of zeros that are not in the input; with the two highest, for descriptors that go with
- * the next packet, shared slots or something else. The packet after the first that brings shared slots is put
- * into one of them. The packets hold about 100 kB at most, which goes into a socket's buffer at once.
+ * What a process sends over a channel: packets, each after its size. A size with the highest bit set stands
+ * for so many times 16 bytes of zeros that are not in the input; with the two highest, the next packet goes
+ * over the socket. The packets hold about 100 kB at most, which goes into a socket's buffer at once.
  */
 std::vector<Packet> packetsOf(Bytes bytes, const Known& known);
 
-/** Sends what the socket takes. */
-void sendPackets(int socket, const std::vector<Packet>& packets);
+/** The process at the other end of a channel, which sends packets without regard to what it receives. */
+class Sender {
+ public:
+  /** `slots` and `socket` are those of its end. */
+  Sender(int socket, android::transport::SharedSlots slots) : socket_(socket), slots_(std::move(slots)) {}
+
+  /** Sends all that the socket takes, each when the slot is free, until the other end is closed. */
+  void send(const std::vector<Packet>& packets);
+  /** Sends up to the first packet for which the slot is not free. */
+  void sendNow(const std::vector<Packet>& packets);
+
+  /** Called with each frame, or its beginning, that comes meanwhile. */
+  std::function<void(Bytes)> onFrame = [](Bytes) {};
+
+ private:
+  /** Takes frames until the slot is free. */
+  bool awaitRoom();
+  /** False if the socket is full. */
+  bool put(const Packet& packet);
+
+  const int socket_;
+  android::transport::SharedSlots slots_;
+};
 
 }  // namespace vesk::fuzz

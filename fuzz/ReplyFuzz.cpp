@@ -1,4 +1,5 @@
 /* What a process reads from those that it calls: a service whose process answers with packets of any kind. */
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
 
@@ -7,6 +8,7 @@
 #include <thread>
 
 #include "Binders.h"
+#include "Connect.h"
 #include "Packets.h"
 #include "Transport.h"
 
@@ -21,8 +23,7 @@ using vesk::fuzz::Known;
 
 constexpr uint64_t kHostile = 77;
 
-/** Runs on a thread of its own. Who connects to be told of its death is greeted as it should be, who sends a
- * request gets the packets, and then the end. */
+/** Sends the packets to the caller that opens a channel, and then closes it. */
 class HostileProcess {
  public:
   HostileProcess() : listening_(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0)) {
@@ -42,18 +43,20 @@ class HostileProcess {
   void run() {
     for (;;) {
       UniqueFd connection(::accept4(listening_.get(), nullptr, nullptr, SOCK_CLOEXEC));
+      pollfd poller{connection.get(), POLLIN, 0};
       Hello hello{};
-      if (::recv(connection.get(), &hello, sizeof(hello), 0) != sizeof(hello)) continue;
+      UniqueFd memory;
+      if (::poll(&poller, 1, -1) <= 0 || !receiveHello(connection.get(), &hello, &memory)) continue;
       if (hello.kind == ConnectionKind::kWatch) {
+        // Greeted as it should be: the caller holds an object that a reply names.
         const Hello greeting{.kind = ConnectionKind::kWatch, .process = kHostile};
         ::send(connection.get(), &greeting, sizeof(greeting), MSG_NOSIGNAL);
         watches_.push_back(std::move(connection));
         continue;
       }
-      FrameHeader request{};
-      if (::recv(connection.get(), &request, sizeof(request), 0) <= 0) continue;
+      vesk::fuzz::Sender sender(connection.get(), SharedSlots::accept(memory));
       const std::lock_guard lock(mutex_);
-      vesk::fuzz::sendPackets(connection.get(), packets_);
+      sender.sendNow(packets_);
     }
   }
 
@@ -83,11 +86,11 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Processes& processes = *new Processes;
   processes.hostile->answer(vesk::fuzz::packetsOf({data, size}, processes.known));
   // A new one each time: the channel of the one before is at its end.
-  const auto remote = std::make_shared<OwnerProcess>(kHostile);
+  const auto owner = std::make_shared<OwnerProcess>(kHostile);
   Parcel request;
   Parcel reply;
   request.writeInt32(1);
-  const android::status_t status = remote->transact(1, 1, request, &reply, 0);
+  const android::status_t status = owner->transact(1, 1, request, &reply, 0);
   vesk::fuzz::touch(vesk::fuzz::bytesOf(reply));
   if (status != OK) FUZZ_CHECK(reply.dataSize() == 0);
   while (reply.dataAvail() >= sizeof(int32_t)) {

@@ -2,11 +2,13 @@
 #include <sys/socket.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
-#include <cerrno>
 #include <memory>
+#include <thread>
 
 #include "Binders.h"
+#include "Connect.h"
 #include "Packets.h"
 #include "Transport.h"
 
@@ -66,29 +68,15 @@ struct Process {
   }
 };
 
-/** Everything that comes back has to be whole frames, and replies. */
-void expectReplies(const UniqueFd& socket) {
-  std::vector<uint8_t> packet(64 * 1024);
-  uint64_t missing = 0;
-  for (;;) {
-    const ssize_t received = ::recv(socket.get(), packet.data(), packet.size(), MSG_TRUNC);
-    // That the other side left some packets unread is told before what it sent.
-    if (received < 0 && errno == ECONNRESET) continue;
-    if (received <= 0) break;
-    const auto size = static_cast<size_t>(received);
-    FUZZ_CHECK(size <= packet.size());
-    if (missing == 0) {
-      FrameHeader header{};
-      FUZZ_CHECK(size >= sizeof(header));
-      std::memcpy(&header, packet.data(), sizeof(header));
-      FUZZ_CHECK(header.magic == kMagic && header.kind == FrameKind::kReply);
-      FUZZ_CHECK(header.status == OK || header.dataSize == 0);
-      missing = sizeof(header) + header.dataSize + uint64_t{header.objectCount} * sizeof(ObjectEntry);
-    }
-    FUZZ_CHECK(size <= missing);
-    missing -= size;
-  }
-  FUZZ_CHECK(missing == 0);
+void expectReply(vesk::fuzz::Bytes frame) {
+  FrameHeader header{};
+  FUZZ_CHECK(frame.size() >= sizeof(header));
+  std::memcpy(&header, frame.data(), sizeof(header));
+  FUZZ_CHECK(header.magic == kMagic && header.kind == FrameKind::kReply);
+  FUZZ_CHECK(header.status == OK || header.dataSize == 0);
+  const size_t size =
+      sizeof(header) + size_t{header.dataSize} + size_t{header.objectCount} * sizeof(ObjectEntry);
+  FUZZ_CHECK(frame.size() == std::min(size, SharedSlot::kCapacity));
 }
 
 /** The next descriptors that this process would get. */
@@ -104,16 +92,23 @@ void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets)
   FUZZ_CHECK(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0);
   UniqueFd caller(sockets[0]);
   UniqueFd served(sockets[1]);
-  // Nobody reads while the requests are served: all answers have to fit.
+  // Nobody reads from the socket: the rest of each reply has to fit.
   const int room = 1 << 20;
   ::setsockopt(served.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof(room));
-  vesk::fuzz::sendPackets(caller.get(), packets);
-  ::shutdown(caller.get(), SHUT_WR);
+  UniqueFd memory;
+  vesk::fuzz::Sender sender(caller.get(), SharedSlots::make(&memory));
+  sender.onFrame = expectReply;
+  FUZZ_CHECK(sendHello(caller.get(), {.kind = ConnectionKind::kChannel, .process = 77}, memory.get()) > 0);
+  memory = UniqueFd();
+  std::thread sending([&] {
+    sender.send(packets);
+    ::shutdown(caller.get(), SHUT_WR);
+  });
 
   const auto holder = std::make_shared<HolderProcess>(77, ::getpid(), UniqueFd());
   FUZZ_CHECK(holder->hold(process.known.objects[0], process.held));
-  serve(std::move(served), holder, ::getuid());
-  expectReplies(caller);
+  Transport::self().served.serve(std::move(served), holder, ::getuid());
+  sending.join();
   holder->end();
   FUZZ_CHECK(process.held->getStrongCount() == 1);
   FUZZ_CHECK(process.notHeld->getStrongCount() == 1);
@@ -127,7 +122,6 @@ extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const bool ready = (run(process, {}), true);
   FUZZ_CHECK(ready);
   const auto packets = vesk::fuzz::packetsOf({data, size}, process.known);
-  vesk::fuzz::sendPackets(-1, {});
   const std::array<int, 4> before = nextDescriptors();
   run(process, packets);
   FUZZ_CHECK(nextDescriptors() == before);

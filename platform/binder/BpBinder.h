@@ -37,8 +37,7 @@ class BpBinder final : public IBinder {
   /** The object is dead, though its process may live. */
   void markDead() { dead_ = true; }
 
-  /** Calls each recipient once, on a thread of its own. Not to be called on the reactor, since the last
-   * reference to a proxy may go. */
+  /** Calls each recipient once, on a thread of its own. */
   void sendObituaries();
 
  private:

@@ -1,18 +1,16 @@
 #pragma once
 
-#include <sys/types.h>
-
-#include <array>
 #include <atomic>
 #include <chrono>
-#include <cstddef>
 #include <cstdint>
+#include <functional>
 #include <memory>
 #include <vector>
 
 #include <binder/Parcel.h>
 #include <utils/Errors.h>
 
+#include "Deadline.h"
 #include "Frame.h"
 #include "Reactor.h"
 #include "ScatterGather.h"
@@ -22,55 +20,53 @@
 
 namespace android::transport {
 
-/** Waits until there is something to receive; false if there is nothing by the deadline. */
-bool waitReadable(int socket, const Deadline& deadline);
-
 /**
- * A connection that carries frames, one at a time. All that is known of the carrier stands here. A channel
- * begins as a socket that keeps packets whole. The caller may offer shared slots, and when the server has
- * answered that it has them, too, every frame goes by them; what doesn't fit in follows over the socket,
- * whose end is still that of the channel. After any error the connection is of no more use.
+ * A connection that carries frames between a caller and a server thread, one at a time. A frame goes through
+ * a shared slot, and what doesn't fit follows over the socket. The end of the socket is that of the channel.
+ * After an error the channel is of no more use.
+ *
+ * One thread at a time uses a channel. retire() may be called from any.
  */
 class Channel {
  public:
-  enum class Side { kCalls, kServes };
-
-  Channel(UniqueFd socket, Side side) : socket_(std::move(socket)), awaitsShare_(side == Side::kServes) {}
+  Channel(UniqueFd socket, SharedSlots slots);
   ~Channel();
   Channel(const Channel&) = delete;
   Channel& operator=(const Channel&) = delete;
 
-  /** Offers the other side shared slots. Before any frame is sent. */
-  void share();
+  /** Has the reactor watch for the end, once and before anything else; `onEnd` is called by it then. */
+  status_t watchEnd(Reactor* reactor, std::function<void()> onEnd = {});
 
   /**
    * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the other side is
-   * gone, FAILED_TRANSACTION for other errors. A request, and a reply without objects, is to be followed by a
-   * receive() of what comes next.
+   * gone, WOULD_BLOCK if it has not taken the frame before by the deadline, FAILED_TRANSACTION for other
+   * errors. A request, and a reply without objects, is to be followed by a wait for the next frame.
    */
   status_t send(FrameHeader header, const Parcel* data = nullptr,
-                const std::vector<ObjectEntry>& objects = {});
-
-  /** Sends a frame without data, if that can be done by the deadline; else WOULD_BLOCK, and the channel is
-   * unchanged. */
-  status_t trySend(FrameHeader header, std::chrono::steady_clock::time_point deadline = {});
+                const std::vector<ObjectEntry>& objects = {}, const Deadline& deadline = {});
 
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,
-   * FAILED_TRANSACTION if what came is no frame or there is no memory for it.
+   * WOULD_BLOCK at the deadline, FAILED_TRANSACTION if the frame is not valid or there is no memory for it.
    */
-  status_t receive(FrameHeader* header, Parcel* data);
+  status_t receive(FrameHeader* header, Parcel* data, const Deadline& deadline = {});
 
-  /** Waits for the answer to an acquire; false if there is nothing by the deadline. */
-  bool waitReadable(const Deadline& deadline);
+  /** Serving side: waits until there is a request to receive. DEAD_OBJECT at the end, and once the channel
+   * was retired. */
+  status_t awaitRequest();
+
+  /** Serving side: ends awaitRequest(), unless there is a request. False if no thread waits there. */
+  bool retire();
+  /** Serving side: how many requests there were. */
+  uint32_t requests() const { return state_->requests.load(std::memory_order_relaxed); }
 
   /** Whether the other side is known to be gone. */
-  bool hasEnded() const { return end_->ended.load(std::memory_order_relaxed); }
+  bool hasEnded() const { return state_->stage.load(std::memory_order_relaxed) == kEnded; }
 
-  /** Whether the other side has not taken the frame that was sent to it last by shared slot. */
-  bool hasUntaken() { return isShared_ && !end_->slots.out().isEmpty(); }
-
-  int socket() const { return socket_.get(); }
+  /** Whether the other side has not taken the last frame. Once the channel has ended, it never will. */
+  bool hasUntaken() { return !state_->slots.out().isEmpty(); }
+  /** Waits until the other side has taken the last frame; false if the channel ends before. */
+  bool awaitTaken() { return !hasUntaken() || awaitRoom({}) == OK; }
 
   /** The objects of the frame received last. */
   const std::vector<ObjectEntry>& objects() const { return objects_; }
@@ -80,51 +76,43 @@ class Channel {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep at the
-   * shared slots. */
-  struct End {
-    SharedSlots slots;
-    std::atomic<bool> ended{false};
-    std::atomic<bool> sleeps{false};
+  enum Stage : uint32_t { kOpen, kRetired, kEnded };
 
-    /** Wakes the threads of this side, and again after a while if one still sleeps: the other side can undo
-     * what wakes it. */
-    static void report(Reactor* reactor, const std::shared_ptr<End>& end);
+  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep at the
+   * slots. */
+  struct State {
+    explicit State(SharedSlots s) : slots(std::move(s)) {}
+
+    SharedSlots slots;
+    std::atomic<uint32_t> stage{kOpen};
+    std::atomic<bool> sleeps{false};
+    std::atomic<bool> awaitsRequest{false};
+    std::atomic<uint32_t> requests{0};
   };
 
-  status_t sendBySharedSlot(FrameHeader* header, ScatterGather* pieces);
-  status_t sendPackets(ScatterGather* pieces);
+  /** Wakes the threads of this side, and again after a while if one still sleeps: the other side can undo
+   * what wakes it. */
+  static void end(Reactor* reactor, const std::shared_ptr<State>& state);
+
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);
-  bool watchEnd();
   void endSpin();
-  /** Looks into the shared slot for a while. */
   void spin();
-  /** Sleep until there is something, or room, in a shared slot. DEAD_OBJECT at the end of the connection,
-   * WOULD_BLOCK when it is time to give up. */
-  status_t awaitFrame(const Deadline& deadline = {});
-  status_t awaitRoom(const Deadline& deadline = {});
-  /** The size of the next packet, which is in the buffer; as recv(). */
-  ssize_t receivePacket();
-  void acceptShare(const UniqueFd& shared);
-  /** What has come of a frame, up to `most` bytes, and whatever is still to come by the socket. */
-  status_t unpack(const uint8_t* bytes, size_t size, size_t most, FrameHeader* header, Parcel* data);
+  /** Sleep until there is a frame, or room for one. DEAD_OBJECT from `last` on. */
+  status_t awaitFrame(const Deadline& deadline, Stage last = kEnded);
+  status_t awaitRoom(const Deadline& deadline);
+  status_t unpack(FrameHeader* header, Parcel* data);
 
   UniqueFd socket_;
-  /** A share frame may come first. */
-  bool awaitsShare_;
-  /** Both sides have the shared slots, and know it. */
-  bool isShared_ = false;
-  /** The next wait begins with a look. */
+  const std::shared_ptr<State> state_;
+  Reactor* reactor_ = nullptr;
+  Reactor::Key watchKey_ = 0;
+  /** The next wait begins with a spin. */
   bool spins_ = false;
-  /** What the hint of the last request said. */
+  /** The hint of the last request. */
   bool backToBack_ = false;
   SpinBackoff backoff_;
   Clock::time_point lastReply_;
-  /** Set while the reactor watches for the end. */
-  Reactor::Key watchKey_ = 0;
-  std::shared_ptr<End> end_ = std::make_shared<End>();
   std::vector<ObjectEntry> objects_;
-  std::array<uint8_t, kFirstPacketSize> buffer_;
 };
 
 }  // namespace android::transport

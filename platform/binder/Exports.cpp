@@ -95,10 +95,11 @@ uint64_t Exports::retire(BBinder* object, std::vector<std::shared_ptr<HolderProc
   return number;
 }
 
-void Exports::keepService(const std::string& name, const sp<IBinder>& service) {
-  sp<IBinder> kept = service;  // Holds what was there before until the lock is gone.
+sp<IBinder> Exports::keepService(const std::string& name, const sp<IBinder>& service) {
+  sp<IBinder> kept = service;
   const std::lock_guard lock(mutex_);
   services_[name].swap(kept);
+  return kept;
 }
 
 std::shared_ptr<HolderProcess> Exports::addHolder(uint64_t process, pid_t pid, UniqueFd watch) {

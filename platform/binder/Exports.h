@@ -73,8 +73,8 @@ class Exports {
     return object.exportedAs_.load() == number;
   }
 
-  /** Keeps a registered service alive, in place of what was registered under that name before. */
-  void keepService(const std::string& name, const sp<IBinder>& service);
+  /** Keeps a registered service alive. Returns the one that was kept under that name before. */
+  sp<IBinder> keepService(const std::string& name, const sp<IBinder>& service);
 
   /** Null if there is one for that process already. */
   std::shared_ptr<HolderProcess> addHolder(uint64_t process, pid_t pid, UniqueFd watch);

@@ -5,18 +5,19 @@
 #include <type_traits>
 
 /*
- * What goes over a connection between two processes, in the byte order of the machine that both run on.
+ * The protocol between two processes, in the byte order of the machine that both run on.
  *
- * A connection opens with one Hello. A watch connection is answered by a Hello, and its end is the death of
- * the other side. Before that, who was called may send an ObjectDeath over it, as often as there is one to
- * tell of; who has called says nothing more. On a channel, frames follow: a FrameHeader, the parcel's data,
- * and an ObjectEntry for each binder in it. The calling side sends a request, an acquire or a release; the
- * serving side answers all but the release with a reply. A reply that holds binders is held by its sender
- * until the caller has answered it with a claimed frame.
+ * A connection begins with the Hello of the process that connects. The owner answers the Hello of a watch
+ * connection with its own, and the end of this connection is the death of the other process. Over it, the
+ * owner sends an ObjectDeath for each object that dies while its process lives, and the holder sends
+ * Releases.
  *
- * The calling side may open a channel with a share frame, which brings the SharedSlots of the channel as a
- * file descriptor. The first reply says whether the serving side has them, too. If so, every later frame goes
- * by them, as far as it fits in, and the rest over the socket.
+ * With the Hello of a channel comes the descriptor of its SharedSlots. Frames go through them: a FrameHeader,
+ * the parcel's data, and an ObjectEntry for each binder in it; the part that doesn't fit into a slot follows
+ * over the socket. The caller sends a request or an acquire, and the server answers it with a reply. A reply
+ * that holds binders is followed by a claimed frame: until then its sender holds them.
+ *
+ * The server may close a channel at any time. A frame that it has not taken from the slot was not received.
  */
 namespace android::transport {
 
@@ -31,8 +32,11 @@ struct Hello {
   uint64_t process;
 };
 
-/** On a watch connection: the object of this number is dead for the other side, though its process lives. */
+/** The number of an object that is dead for the holder, though its process lives. */
 using ObjectDeath = uint64_t;
+/** The number of an object of which the holder drops one reference. A packet holds some of them. */
+using Release = uint64_t;
+constexpr size_t kMaxReleases = 512;
 
 enum class FrameKind : uint32_t {
   /** A transaction: `object`, `code`, `flags`, the data. */
@@ -41,18 +45,12 @@ enum class FrameKind : uint32_t {
   kReply = 2,
   /** The receiver of a reply holds references of its own to all that was in it. */
   kClaimed = 3,
-  /** The calling process wants to hold `object`. */
+  /** Asks for a reference to `object`. */
   kAcquire = 4,
-  /** The calling process lets go of `object`, once for each acquire. Not answered. */
-  kRelease = 5,
-  /** The first frame of a channel: here are shared slots. Not answered. */
-  kShare = 6,
 };
 
-/** In a request: the one before was answered a moment ago, so that the next is likely to follow as fast. */
+/** In a request: the one before was answered a moment ago, so the next is likely to follow as fast. */
 constexpr uint32_t kHintBackToBack = 1;
-/** In a reply, the first of a channel: this side has the shared slots, and all that follows goes by them. */
-constexpr uint32_t kHintShared = 2;
 
 struct FrameHeader {
   uint32_t magic = kMagic;
@@ -63,7 +61,7 @@ struct FrameHeader {
   int32_t status = 0;
   uint32_t dataSize = 0;
   uint32_t objectCount = 0;
-  /** About the channel, not the transaction: kHint... */
+  /** kHint... */
   uint32_t hints = 0;
 };
 
@@ -83,9 +81,7 @@ static_assert(offsetof(FrameHeader, object) == 8 && offsetof(Hello, process) == 
 /** The most that a transaction may carry in either direction. */
 constexpr size_t kMaxDataSize = 1024 * 1024;
 
-/** The receiver doesn't know yet how long the frame is: its first packet has to fit this. */
-constexpr size_t kFirstPacketSize = 16 * 1024 - 64;
-/** The most that the other packets of a frame hold. */
+/** The most bytes of a packet of a frame that doesn't fit into a slot. */
 constexpr size_t kPacketSize = 64 * 1024;
 
 }  // namespace android::transport

@@ -1,43 +1,57 @@
 #pragma once
 
-#include <array>
-#include <atomic>
-#include <cstddef>
 #include <memory>
 #include <mutex>
+#include <utility>
 #include <vector>
 
 #include "Channel.h"
 
 namespace android::transport {
 
-/**
- * The channels to a process that nobody uses. A thread mostly finds the one that it used last, whose thread
- * at the other end has its memory at hand, and threads don't wait for each other.
- */
+/** The unused channels to a process. The one used last is taken first: its memory is in the caches. */
 class IdleChannels {
  public:
-  IdleChannels() = default;
-  ~IdleChannels() { clear(); }
-  IdleChannels(const IdleChannels&) = delete;
-  IdleChannels& operator=(const IdleChannels&) = delete;
+  /** One that has not ended as far as this process knows; null if there is none. */
+  std::unique_ptr<Channel> take() {
+    std::vector<std::unique_ptr<Channel>> ended;  // Closed without the lock.
+    const std::lock_guard lock(mutex_);
+    while (!channels_.empty()) {
+      std::unique_ptr<Channel> channel = std::move(channels_.back());
+      channels_.pop_back();
+      if (!channel->hasEnded()) return channel;
+      ended.push_back(std::move(channel));
+    }
+    return nullptr;
+  }
 
-  /** One whose other end still stands, as far as this process knows; null if there is none. */
-  std::unique_ptr<Channel> take();
-  void put(std::unique_ptr<Channel> channel);
-  void clear();
+  /** Closes the channel instead after clear(). */
+  void put(std::unique_ptr<Channel> channel) {
+    const std::lock_guard lock(mutex_);
+    if (!isCleared_) channels_.push_back(std::move(channel));
+  }
+
+  void closeEnded() {
+    std::vector<std::unique_ptr<Channel>> ended;
+    const std::lock_guard lock(mutex_);
+    for (std::unique_ptr<Channel>& channel : channels_) {
+      if (channel->hasEnded()) ended.push_back(std::move(channel));
+    }
+    std::erase(channels_, nullptr);
+  }
+
+  /** Closes all, for good. */
+  void clear() {
+    std::vector<std::unique_ptr<Channel>> closed;
+    const std::lock_guard lock(mutex_);
+    closed.swap(channels_);
+    isCleared_ = true;
+  }
 
  private:
-  static constexpr size_t kPlaces = 64;
-
-  std::unique_ptr<Channel> takeAny();
-
-  /** Each for the threads of one number. */
-  std::array<std::atomic<Channel*>, kPlaces> places_{};
-  /** Those whose place was taken. */
-  std::atomic<size_t> otherCount_{0};
   std::mutex mutex_;
-  std::vector<std::unique_ptr<Channel>> others_;
+  bool isCleared_ = false;
+  std::vector<std::unique_ptr<Channel>> channels_;
 };
 
 }  // namespace android::transport

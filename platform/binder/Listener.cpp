@@ -4,12 +4,14 @@
 #include <sys/epoll.h>
 #include <unistd.h>
 
+#include <array>
 #include <cerrno>
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
 #include <utility>
 
+#include "Connect.h"
 #include "Exports.h"
 #include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
@@ -91,6 +93,7 @@ void Listener::accept(const Socket& socket) {
   const int error = errno;
   if (error != EMFILE && error != ENFILE && error != ENOBUFS && error != ENOMEM) return;
   if (acceptFailure_.shouldLog(error)) logFailure("can't accept connections", error);
+  transport_.served.makeRoom();
   pause(socket.key);
 }
 
@@ -146,8 +149,10 @@ void Listener::drop(PendingPointer connection) {
 void Listener::onReadable(PendingPointer connection) {
   drop(connection);
   Hello hello;
-  const ssize_t size = retryOnInterrupt(
-      [&] { return ::recv(connection->socket.get(), &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC); });
+  // Left in the socket: the thread that serves a channel receives it with its descriptor.
+  const ssize_t size = retryOnInterrupt([&] {
+    return ::recv(connection->socket.get(), &hello, sizeof(hello), MSG_DONTWAIT | MSG_TRUNC | MSG_PEEK);
+  });
   if (size != sizeof(hello) || hello.magic != kMagic) return;
   if (hello.kind == ConnectionKind::kWatch) {
     onWatch(connection.get(), hello);
@@ -157,7 +162,9 @@ void Listener::onReadable(PendingPointer connection) {
   }
 }
 
-void Listener::onWatch(PendingConnection* connection, const Hello& hello) {
+void Listener::onWatch(PendingConnection* connection, Hello hello) {
+  UniqueFd unused;
+  receiveHello(connection->socket.get(), &hello, &unused);
   const std::shared_ptr<HolderProcess> holder =
       transport_.exports.addHolder(hello.process, connection->credentials.pid, std::move(connection->socket));
   if (holder == nullptr) return;
@@ -169,31 +176,53 @@ void Listener::onWatch(PendingConnection* connection, const Hello& hello) {
     if (errno != EPIPE && errno != ECONNRESET) logFailure("can't answer a process", errno);
     return endHolder(holder);
   }
-  // Holders send nothing, so any event is the end of the process or a breach of the protocol.
   const status_t status = transport_.reactor.add(
-      holder->watch(), EPOLLIN, [this, holder] { endHolder(holder); }, &holder->watchKey);
+      holder->watch(), EPOLLIN, [this, holder] { onReleases(holder); }, &holder->watchKey);
   if (status == OK) return;
   logFailure("can't wait for the end of a process", -status);
   endHolder(holder);
 }
 
+void Listener::onReleases(const std::shared_ptr<HolderProcess>& holder) {
+  std::array<Release, kMaxReleases> releases;
+  const ssize_t size = retryOnInterrupt(
+      [&] { return ::recv(holder->watch(), releases.data(), sizeof(releases), MSG_DONTWAIT | MSG_TRUNC); });
+  if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return;
+  if (size <= 0 || static_cast<size_t>(size) > sizeof(releases) || size % sizeof(Release) != 0)
+    return endHolder(holder);
+  std::vector<sp<BBinder>> dropped;
+  for (size_t i = 0; i < static_cast<size_t>(size) / sizeof(Release); ++i) {
+    if (sp<BBinder> object = holder->drop(releases[i]); object != nullptr)
+      dropped.push_back(std::move(object));
+  }
+  destroy(std::move(dropped));
+}
+
+/** Lets objects go where their destructors may block. */
+void Listener::destroy(std::vector<sp<BBinder>> objects) {
+  if (objects.empty()) return;
+  auto shared = std::make_shared<std::vector<sp<BBinder>>>(std::move(objects));
+  transport_.reactor.callbacks().run([shared] { shared->clear(); });
+}
+
 void Listener::endHolder(const std::shared_ptr<HolderProcess>& holder) {
   transport_.reactor.remove(holder->watchKey);
   transport_.exports.removeHolder(*holder);
-  auto dropped = std::make_shared<std::vector<sp<BBinder>>>(holder->end());
-  if (!dropped->empty()) transport_.reactor.callbacks().run([dropped] { dropped->clear(); });
+  destroy(holder->end());
 }
 
 void Listener::startServer(const PendingPointer& connection, const std::shared_ptr<HolderProcess>& holder) {
-  const auto serving = [connection, holder] {
-    serve(std::move(connection->socket), holder, connection->credentials.uid);
+  const auto serving = [this, connection, holder] {
+    transport_.served.serve(std::move(connection->socket), holder, connection->credentials.uid);
   };
   const bool isStarted = startThread("binder:channel", transport_.reactor.applicationMask(), serving);
   if (threadFailure_.shouldLog(isStarted ? 0 : EAGAIN)) {
     transport_.reactor.callbacks().log(ANDROID_LOG_ERROR,
                                        "no thread for a caller, which waits until there can be one");
   }
+  transport_.served.limitUnused();
   if (!isStarted) {
+    transport_.served.makeRoom();
     transport_.reactor.runAfter(kRetryTime, [this, connection, holder] { startServer(connection, holder); });
   }
 }

@@ -8,7 +8,9 @@
 #include <memory>
 #include <mutex>
 #include <string>
+#include <vector>
 
+#include <binder/Binder.h>
 #include <utils/Errors.h>
 
 #include "Frame.h"
@@ -50,7 +52,9 @@ class Listener {
   void accept(const Socket& socket);
   void onAccepted(UniqueFd connection);
   void onReadable(PendingPointer connection);
-  void onWatch(PendingConnection* connection, const Hello& hello);
+  void onWatch(PendingConnection* connection, Hello hello);
+  void onReleases(const std::shared_ptr<HolderProcess>& holder);
+  void destroy(std::vector<sp<BBinder>> objects);
   /** Serves a channel on a thread, as soon as there can be one. */
   void startServer(const PendingPointer& connection, const std::shared_ptr<HolderProcess>& holder);
   /** Stops watching a descriptor for a while, since a shortage would make it a busy loop. */

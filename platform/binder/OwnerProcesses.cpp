@@ -1,6 +1,7 @@
 #include "OwnerProcesses.h"
 
 #include <android/log.h>
+#include <poll.h>
 #include <sys/epoll.h>
 #include <sys/socket.h>
 #include <unistd.h>
@@ -11,6 +12,7 @@
 #include <utility>
 
 #include "BpBinder.h"
+#include "Connect.h"
 #include "RetryOnInterrupt.h"
 #include "RuntimeDir.h"
 #include "Transport.h"
@@ -26,61 +28,13 @@ using Clock = std::chrono::steady_clock;
  * of its own code has to run. A process that is stopped or stuck counts as out of reach.
  */
 constexpr std::chrono::milliseconds kAnswerTimeout(5000);
-constexpr Clock::time_point kNoWait{};
+/** How often a frame is sent that the owner has not taken from channels that ended. */
+constexpr int kMaxAttempts = 4;
 
 Clock::time_point answerDeadline() { return Clock::now() + kAnswerTimeout; }
 
-/** A process that is stopped or stuck accepts nothing when its queue is full. The error number; EAGAIN at the
- * deadline. */
-int connectBy(Clock::time_point deadline, int socket, const sockaddr_un& address) {
-  for (;;) {
-    // A time limit of 0 would mean none. It is set for each attempt, so that signals don't extend the wait.
-    const int leftMs = std::max(1, millisecondsUntil(deadline));
-    timeval limit = {};
-    limit.tv_sec = leftMs / 1000;
-    limit.tv_usec = leftMs % 1000 * 1000;
-    if (::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &limit, sizeof(limit)) < 0) return errno;
-    if (::connect(socket, reinterpret_cast<const sockaddr*>(&address), sizeof(address)) == 0) break;
-    if (errno != EINTR) return errno;
-    if (Clock::now() >= deadline) return EAGAIN;
-  }
-  const timeval none = {};
-  return ::setsockopt(socket, SOL_SOCKET, SO_SNDTIMEO, &none, sizeof(none)) < 0 ? errno : 0;
-}
-
-/** Connects to a process and sends the Hello. DEAD_OBJECT if there is none. `failure` describes any other
- * failure. */
-status_t openConnection(uint64_t process, ConnectionKind kind, Clock::time_point deadline,
-                        UniqueFd* connection, std::string* failure) {
-  sockaddr_un address;
-  if (!runtime_dir::socketAddress(process, &address)) return FAILED_TRANSACTION;
-  const auto failed = [&](int error) -> status_t {
-    *failure = std::string("can't connect to ") + address.sun_path + ": " +
-               (error == EAGAIN ? "it takes no connections" : std::strerror(error));
-    return FAILED_TRANSACTION;
-  };
-  UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
-  if (!socket.valid()) return failed(errno);
-  const int error = connectBy(deadline, socket.get(), address);
-  if (error != 0) return error == ECONNREFUSED || error == ENOENT ? DEAD_OBJECT : failed(error);
-
-  ucred credentials;
-  socklen_t size = sizeof(credentials);
-  if (::getsockopt(socket.get(), SOL_SOCKET, SO_PEERCRED, &credentials, &size) < 0) return failed(errno);
-  if (credentials.uid != ::geteuid()) {
-    *failure = std::string(address.sun_path) + " belongs to another user";
-    return PERMISSION_DENIED;
-  }
-  const Hello hello{.kind = kind, .process = Transport::self().id};
-  const auto greeting = [&] { return ::send(socket.get(), &hello, sizeof(hello), MSG_NOSIGNAL); };
-  if (retryOnInterrupt(greeting) < 0)
-    return errno == EPIPE || errno == ECONNRESET ? DEAD_OBJECT : failed(errno);
-  *connection = std::move(socket);
-  return OK;
-}
-
-/** Logs why a process can't be reached, once while that stays so. Never under a lock: the application's
- * logger may use the binder. */
+/** Logs why a process can't be reached, unless that was the last failure. Not to be called under a lock: the
+ * application's logger may use the binder. */
 void logOnce(const std::string& failure) {
   static std::mutex& mutex = *new std::mutex;
   static std::string& last = *new std::string;
@@ -102,7 +56,7 @@ status_t OwnerProcess::connect() {
     if (connected_) return *connected_;
     connected_ = status = openWatch(&failure);
     if (status != OK) {
-      // Those who waited for this attempt share its failure. Whoever comes next makes a new one: the cause
+      // The threads that waited for this attempt share its failure. The next makes a new one, since the cause
       // may have gone.
       dead_.store(true, std::memory_order_release);
       Transport::self().owners.remove(*this);
@@ -115,12 +69,13 @@ status_t OwnerProcess::connect() {
 status_t OwnerProcess::openWatch(std::string* failure) {
   const Clock::time_point deadline = answerDeadline();
   UniqueFd watch;
-  if (const status_t status = openConnection(id_, ConnectionKind::kWatch, deadline, &watch, failure);
-      status != OK) {
+  const Hello hello{.kind = ConnectionKind::kWatch, .process = Transport::self().id};
+  if (const status_t status = openConnection(id_, hello, -1, deadline, &watch, failure); status != OK)
     return status;
-  }
   Hello answer;
-  if (!waitReadable(watch.get(), deadline)) {
+  pollfd poller{watch.get(), POLLIN, 0};
+  // The time left is computed for each attempt, so that signals don't extend the wait.
+  if (retryOnInterrupt([&] { return ::poll(&poller, 1, millisecondsUntil(deadline)); }) <= 0) {
     *failure = "process " + std::to_string(id_) + " doesn't answer";
     return FAILED_TRANSACTION;
   }
@@ -128,21 +83,26 @@ status_t OwnerProcess::openWatch(std::string* failure) {
       [&] { return ::recv(watch.get(), &answer, sizeof(answer), MSG_TRUNC | MSG_DONTWAIT); });
   if (size == 0 || (size < 0 && errno == ECONNRESET)) return DEAD_OBJECT;
   if (size != sizeof(answer) || answer.magic != kMagic || answer.process != id_) {
-    *failure = "process " + std::to_string(id_) + " answers with what is no greeting";
+    *failure = "process " + std::to_string(id_) + " answers with an invalid greeting";
     return FAILED_TRANSACTION;
   }
 
   watch_ = std::move(watch);
   const status_t status = Transport::self().reactor.add(
-      watch_.get(), EPOLLIN, [self = shared_from_this()] { self->onWatchReadable(); }, &watchKey_);
+      watch_.get(), EPOLLIN, [self = shared_from_this()] { self->onWatchReady(); }, &watchKey_);
   if (status != OK) *failure = std::string("can't wait for the end of a process: ") + std::strerror(-status);
   return status;
 }
 
-void OwnerProcess::onWatchReadable() {
+void OwnerProcess::onWatchReady() {
+  {
+    const std::lock_guard lock(mutex_);
+    if (!unsentReleases_.empty()) sendReleases();
+  }
   ObjectDeath number;
   const ssize_t size = retryOnInterrupt(
       [&] { return ::recv(watch_.get(), &number, sizeof(number), MSG_DONTWAIT | MSG_TRUNC); });
+  if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return;
   size == sizeof(number) ? objectDied(number) : died();
 }
 
@@ -176,74 +136,84 @@ status_t OwnerProcess::proxy(uint64_t number, sp<IBinder>* object) {
       if (!isDead()) proxies_[number] = result;
       return OK;
     }
+    // Another thread was faster, and its proxy has a reference of its own.
+    release(number);
   }
-  // Another thread was faster, and its proxy has a reference of its own.
-  sendRelease(number);
   *object = std::move(result);
   return OK;
 }
 
-std::unique_ptr<Channel> OwnerProcess::takeChannel(status_t* status) {
-  std::unique_ptr<Channel> channel = idle_.take();
-  if (channel == nullptr) channel = openChannel(answerDeadline(), status);
-  if (channel == nullptr || !hasUnreleased_) return channel;
-  std::vector<uint64_t> unreleased;
-  {
-    const std::lock_guard lock(mutex_);
-    hasUnreleased_ = false;
-    unreleased.swap(unreleased_);
-  }
-  for (size_t i = 0; i < unreleased.size(); ++i) {
-    *status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[i]});
-    if (*status == OK) continue;
-    deferRelease(&unreleased[i], unreleased.size() - i);
-    return *status == WOULD_BLOCK ? std::move(channel) : nullptr;
-  }
-  return channel;
-}
-
-std::unique_ptr<Channel> OwnerProcess::openChannel(Clock::time_point deadline, status_t* status) const {
+std::unique_ptr<Channel> OwnerProcess::openChannel(status_t* status) {
+  UniqueFd memory;
   UniqueFd connection;
   std::string failure;
-  *status = openConnection(id_, ConnectionKind::kChannel, deadline, &connection, &failure);
-  if (*status == OK || deadline != kNoWait) logOnce(failure);
-  if (*status != OK) return nullptr;
-  auto channel = std::make_unique<Channel>(std::move(connection), Channel::Side::kCalls);
-  channel->share();
+  SharedSlots slots = SharedSlots::make(&memory);
+  if (!slots) {
+    failure = std::string("no shared memory for a channel: ") + std::strerror(errno);
+    *status = FAILED_TRANSACTION;
+  } else {
+    const Hello hello{.kind = ConnectionKind::kChannel, .process = Transport::self().id};
+    *status = openConnection(id_, hello, memory.get(), answerDeadline(), &connection, &failure);
+  }
+  std::unique_ptr<Channel> channel;
+  if (*status == OK) {
+    channel = std::make_unique<Channel>(std::move(connection), std::move(slots));
+    const status_t watched = channel->watchEnd(&Transport::self().reactor, [weak = weak_from_this()] {
+      if (const std::shared_ptr<OwnerProcess> self = weak.lock(); self != nullptr) self->idle_.closeEnded();
+    });
+    if (watched != OK) {
+      failure = std::string("can't wait for the end of a channel: ") + std::strerror(-watched);
+      *status = FAILED_TRANSACTION;
+      channel = nullptr;
+    }
+  }
+  logOnce(failure);
   return channel;
 }
 
-void OwnerProcess::returnChannel(std::unique_ptr<Channel> channel) {
-  idle_.put(std::move(channel));
-  // Asked only now: whoever sets it clears the idle channels after that.
-  if (isDead()) idle_.clear();
+status_t OwnerProcess::exchange(const FrameHeader& request, const Parcel* data,
+                                const std::vector<ObjectEntry>& objects, const Deadline& deadline,
+                                std::unique_ptr<Channel>* channel, FrameHeader* header, Parcel* reply) {
+  for (int attempt = 1;; ++attempt) {
+    status_t status = OK;
+    *channel = attempt == 1 ? idle_.take() : nullptr;
+    if (*channel == nullptr) *channel = openChannel(&status);
+    if (*channel == nullptr) return status;
+    status = (*channel)->send(request, data, objects, deadline);
+    const bool isSent = status == OK;
+    if (isSent) status = (*channel)->receive(header, reply, deadline);
+    if (status == OK) return header->kind == FrameKind::kReply ? OK : FAILED_TRANSACTION;
+    // The owner may close a channel at any time. A frame that it has not taken can be sent again.
+    const bool isTaken = isSent && !(*channel)->hasUntaken();
+    if (status != DEAD_OBJECT || isTaken) return status == WOULD_BLOCK ? FAILED_TRANSACTION : status;
+    if (attempt < kMaxAttempts) continue;
+    if (!runtime_dir::isListening(id_)) return DEAD_OBJECT;
+    logOnce("process " + std::to_string(id_) + " closes new channels");
+    return FAILED_TRANSACTION;
+  }
 }
 
 status_t OwnerProcess::transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply,
                                 uint32_t flags) {
+  Transport& transport = Transport::self();
   reply->freeData();
-  if (Transport::self().forked) return FAILED_TRANSACTION;
+  if (transport.forked) return FAILED_TRANSACTION;
   if (isDead()) return DEAD_OBJECT;
   if (data.dataSize() > kMaxDataSize) return FAILED_TRANSACTION;
-  Transport& transport = Transport::self();
   std::vector<ObjectEntry> entries;
   status_t status = transport.flattenBinders(data, &entries);
   if (status != OK) return status;
   const SpinLimiter::Call call;
-  std::unique_ptr<Channel> channel = takeChannel(&status);
-  if (channel == nullptr) return status;
-
-  FrameHeader header{.kind = FrameKind::kRequest, .object = number, .code = code, .flags = flags};
-  status = channel->send(header, &data, entries);
-  if (status == OK) status = channel->receive(&header, reply);
-  if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
+  std::unique_ptr<Channel> channel;
+  FrameHeader header;
+  status = exchange({.kind = FrameKind::kRequest, .object = number, .code = code, .flags = flags}, &data,
+                    entries, {}, &channel, &header, reply);
   if (status == OK && !channel->objects().empty()) {
     status = transport.unflattenBinders(reply, channel->objects());
     if (status == OK) status = channel->send({.kind = FrameKind::kClaimed});
   }
-  // After an error a channel is of no more use; closing it costs its other end no more than a thread.
   if (status == OK) {
-    returnChannel(std::move(channel));
+    idle_.put(std::move(channel));
     status = header.status;
   }
   if (status != OK) reply->freeData();
@@ -251,75 +221,44 @@ status_t OwnerProcess::transact(uint64_t number, uint32_t code, const Parcel& da
 }
 
 status_t OwnerProcess::acquire(uint64_t number) {
-  status_t status = OK;
-  std::unique_ptr<Channel> channel = takeChannel(&status);
-  if (channel == nullptr) return status;
-  FrameHeader header{.kind = FrameKind::kAcquire, .object = number};
+  std::unique_ptr<Channel> channel;
+  FrameHeader header;
   Parcel none;
-  const Clock::time_point deadline = answerDeadline();
-  status = channel->trySend(header, deadline);
-  if (status == WOULD_BLOCK) status = FAILED_TRANSACTION;
-  if (status == OK && !channel->waitReadable(deadline)) status = FAILED_TRANSACTION;
-  if (status == OK) status = channel->receive(&header, &none);
-  if (status == OK && header.kind != FrameKind::kReply) status = FAILED_TRANSACTION;
+  const status_t status = exchange({.kind = FrameKind::kAcquire, .object = number}, nullptr, {},
+                                   answerDeadline(), &channel, &header, &none);
   if (status != OK) return status;
-  returnChannel(std::move(channel));
+  idle_.put(std::move(channel));
   return header.status;
 }
 
-void OwnerProcess::sendRelease(uint64_t number) {
-  if (isDead()) return;
-  // Whoever lets an object go must not wait for its process. What can't be sent now is sent by a thread that
-  // may wait, or with the next call.
-  status_t status = OK;
-  std::unique_ptr<Channel> channel = idle_.take();
-  if (channel == nullptr) channel = openChannel(kNoWait, &status);
-  if (channel != nullptr) status = channel->trySend({.kind = FrameKind::kRelease, .object = number});
-  if (channel == nullptr || status != OK) deferRelease(&number, 1);
-  if (channel != nullptr && (status == OK || status == WOULD_BLOCK)) returnChannel(std::move(channel));
-  // There may be no next call.
-  if (status == WOULD_BLOCK && !sendsDeferred_.exchange(true)) {
-    Transport::self().reactor.callbacks().run([self = shared_from_this()] { self->sendDeferredReleases(); });
+void OwnerProcess::release(uint64_t number) {
+  if (!watch_.valid()) return;
+  unsentReleases_.push_back(number);
+  if (unsentReleases_.size() == 1) sendReleases();
+}
+
+void OwnerProcess::sendReleases() {
+  size_t sent = 0;
+  while (sent < unsentReleases_.size()) {
+    const size_t count = std::min(unsentReleases_.size() - sent, kMaxReleases);
+    const auto sending = [&] {
+      return ::send(watch_.get(), &unsentReleases_[sent], count * sizeof(Release),
+                    MSG_NOSIGNAL | MSG_DONTWAIT);
+    };
+    if (retryOnInterrupt(sending) < 0) break;
+    sent += count;
   }
-}
-
-void OwnerProcess::sendDeferredReleases() {
-  status_t status = OK;
-  do {
-    std::vector<uint64_t> unreleased;
-    {
-      const std::lock_guard lock(mutex_);
-      hasUnreleased_ = false;
-      unreleased.swap(unreleased_);
-    }
-    std::unique_ptr<Channel> channel = idle_.take();
-    if (channel == nullptr) channel = openChannel(kNoWait, &status);
-    size_t sent = 0;
-    while (channel != nullptr && status == OK && sent < unreleased.size()) {
-      status = channel->trySend({.kind = FrameKind::kRelease, .object = unreleased[sent]}, answerDeadline());
-      if (status == OK) ++sent;
-    }
-    if (sent < unreleased.size()) deferRelease(&unreleased[sent], unreleased.size() - sent);
-    if (channel != nullptr && (status == OK || status == WOULD_BLOCK)) returnChannel(std::move(channel));
-    sendsDeferred_ = false;
-    // What has been put off since then found a thread that was about to send it.
-  } while (status == OK && !isDead() && hasUnreleased_ && !sendsDeferred_.exchange(true));
-}
-
-void OwnerProcess::deferRelease(const uint64_t* numbers, size_t count) {
-  const std::lock_guard lock(mutex_);
-  unreleased_.insert(unreleased_.end(), numbers, numbers + count);
-  hasUnreleased_ = true;
+  unsentReleases_.erase(unsentReleases_.begin(), unsentReleases_.begin() + static_cast<ptrdiff_t>(sent));
+  const uint32_t events = unsentReleases_.empty() ? EPOLLIN : EPOLLIN | EPOLLOUT;
+  if (std::exchange(watchedEvents_, events) != events) Transport::self().reactor.setEvents(watchKey_, events);
 }
 
 void OwnerProcess::release(const BpBinder& proxy) {
   if (Transport::self().forked) return;
-  {
-    const std::lock_guard lock(mutex_);
-    const auto entry = proxies_.find(proxy.number());
-    if (entry != proxies_.end() && entry->second.unsafe_get() == &proxy) proxies_.erase(entry);
-  }
-  sendRelease(proxy.number());
+  const std::lock_guard lock(mutex_);
+  const auto entry = proxies_.find(proxy.number());
+  if (entry != proxies_.end() && entry->second.unsafe_get() == &proxy) proxies_.erase(entry);
+  release(proxy.number());
 }
 
 void OwnerProcess::objectDied(uint64_t number) {
@@ -334,32 +273,25 @@ void OwnerProcess::objectDied(uint64_t number) {
   }
   if (proxy == nullptr) return;
   proxy->markDead();
-  auto dead = std::make_shared<sp<BpBinder>>(std::move(proxy));
-  Transport::self().reactor.callbacks().run([dead] {
-    (*dead)->sendObituaries();
-    dead->clear();
-  });
+  proxy->sendObituaries();
 }
 
 void OwnerProcess::died() {
   Transport::self().reactor.remove(watchKey_);
-  watch_ = UniqueFd();
   Transport::self().owners.remove(*this);
-  auto proxies = std::make_shared<std::vector<sp<BpBinder>>>();
+  std::vector<sp<BpBinder>> proxies;
   {
     const std::lock_guard lock(mutex_);
     dead_ = true;
+    watch_ = UniqueFd();
+    unsentReleases_.clear();
     for (const auto& [number, proxy] : proxies_) {
-      if (sp<BpBinder> alive = proxy.promote(); alive != nullptr) proxies->push_back(std::move(alive));
+      if (sp<BpBinder> alive = proxy.promote(); alive != nullptr) proxies.push_back(std::move(alive));
     }
     proxies_.clear();
   }
   idle_.clear();
-  if (proxies->empty()) return;
-  Transport::self().reactor.callbacks().run([proxies] {
-    for (const sp<BpBinder>& proxy : *proxies) proxy->sendObituaries();
-    proxies->clear();
-  });
+  for (const sp<BpBinder>& proxy : proxies) proxy->sendObituaries();
 }
 
 status_t OwnerProcesses::connect(uint64_t process, std::shared_ptr<OwnerProcess>* owner) {

@@ -1,7 +1,6 @@
 #pragma once
 
 #include <atomic>
-#include <chrono>
 #include <cstdint>
 #include <memory>
 #include <mutex>
@@ -14,6 +13,7 @@
 #include <utils/Errors.h>
 
 #include "Channel.h"
+#include "Deadline.h"
 #include "Frame.h"
 #include "IdleChannels.h"
 #include "Reactor.h"
@@ -25,8 +25,7 @@ class BpBinder;
 
 namespace android::transport {
 
-/** Another process, as the holder of its objects sees it: the channels to it and the proxies of its objects.
- */
+/** Another process whose objects this one holds: the channels to it and the proxies of its objects. */
 class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
  public:
   explicit OwnerProcess(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
@@ -38,63 +37,62 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
    */
   status_t connect();
 
-  /** The one proxy of an object. DEAD_OBJECT if the object is no more. */
+  /** The one proxy of an object. DEAD_OBJECT if the object is dead. */
   status_t proxy(uint64_t number, sp<IBinder>* object);
 
   status_t transact(uint64_t number, uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags);
 
-  /** A proxy is destroyed. */
+  /** Drops the reference of a proxy that is destroyed. Never waits. */
   void release(const BpBinder& proxy);
 
  private:
-  /** The reactor's handler of the watch connection: an object is dead, or this process. */
-  void onWatchReadable();
+  /** The reactor's handler of the watch connection. */
+  void onWatchReady();
   void objectDied(uint64_t number);
   void died();
 
-  /** An idle channel or a new one, over which the releases that were put off have been sent, as far as it
-   * takes them. */
-  std::unique_ptr<Channel> takeChannel(status_t* status);
-  std::unique_ptr<Channel> openChannel(std::chrono::steady_clock::time_point deadline,
-                                       status_t* status) const;
-  void returnChannel(std::unique_ptr<Channel> channel);
   status_t openWatch(std::string* failure);
+  std::unique_ptr<Channel> openChannel(status_t* status);
+  /** Sends a frame and receives its reply. The channel is left to the caller. */
+  status_t exchange(const FrameHeader& request, const Parcel* data, const std::vector<ObjectEntry>& objects,
+                    const Deadline& deadline, std::unique_ptr<Channel>* channel, FrameHeader* header,
+                    Parcel* reply);
   status_t acquire(uint64_t number);
-  void sendRelease(uint64_t number);
-  /** Sends what was put off. On a thread that may wait. */
-  void sendDeferredReleases();
-  void deferRelease(const uint64_t* numbers, size_t count);
+  /** Never waits. Under the lock. */
+  void release(uint64_t number);
+  /** As many as the watch connection takes; the reactor waits for room for the others. Under the lock. */
+  void sendReleases();
+  /** Under the lock. */
   sp<BpBinder> knownProxy(uint64_t number);
 
   const uint64_t id_;
   std::atomic<bool> dead_;
-  UniqueFd watch_;
-  Reactor::Key watchKey_ = 0;
   std::mutex connecting_;
-  /** What came of connecting, once it has been tried. */
+  /** The result of connect(), once it was tried. */
   std::optional<status_t> connected_;
 
   IdleChannels idle_;
   std::mutex mutex_;
+  /** Open from connect() until the process dies. */
+  UniqueFd watch_;
+  Reactor::Key watchKey_ = 0;
+  /** 0 before the first change. */
+  uint32_t watchedEvents_ = 0;
+  std::vector<Release> unsentReleases_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
-  /** Objects that threads are about to hold, and whether they died meanwhile. Of others there is nothing to
-   * remember: their process says itself that they are no more. */
+  /** Objects that threads are about to acquire, and whether they died meanwhile. The deaths of others need
+   * not be remembered: their process answers that they are dead. */
   struct Acquiring {
     int threads = 0;
     bool isDead = false;
   };
   std::unordered_map<uint64_t, Acquiring> acquiring_;
-  /** Objects to be released that no channel would take at the time. */
-  std::vector<uint64_t> unreleased_;
-  std::atomic<bool> hasUnreleased_{false};
-  /** A thread is about to send them. */
-  std::atomic<bool> sendsDeferred_{false};
 };
 
 /** All processes whose objects this process holds. */
 class OwnerProcesses {
  public:
-  /** The process of that number. DEAD_OBJECT if it is no more. */
+  /** The process of that number. DEAD_OBJECT if it is dead. */
   status_t connect(uint64_t process, std::shared_ptr<OwnerProcess>* owner);
   void remove(const OwnerProcess& owner);
 

@@ -16,6 +16,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <filesystem>
+#include <mutex>
 #include <string_view>
 #include <system_error>
 #include <thread>
@@ -63,12 +64,6 @@ std::string hex(uint64_t number) {
 
 status_t statusOf(int error) {
   return error == EACCES || error == EPERM || error == EROFS ? PERMISSION_DENIED : -error;
-}
-
-status_t fail(const char* what, const std::string& where) {
-  const int error = errno;
-  __android_log_print(ANDROID_LOG_ERROR, kTag, "%s %s: %s", what, where.c_str(), std::strerror(error));
-  return statusOf(error);
 }
 
 bool parseHex(std::string_view text, uint64_t* number) {
@@ -167,6 +162,8 @@ int faultOfDirectory(std::string* fault) {
   return error;
 }
 
+status_t statusOfFault(int error) { return error == ENOENT ? -error : PERMISSION_DENIED; }
+
 /**
  * Removes what processes have left that were killed. A socket on which nobody listens is a dead process's;
  * one that isn't ready yet, and a link that isn't a name yet, is so if nobody else has the lock.
@@ -185,15 +182,16 @@ void sweep(const NamesLock& lock) {
 }  // namespace
 
 status_t prepare() {
-  const std::string& directory = path();
-  if (::mkdir(directory.c_str(), 0700) < 0 && errno != EEXIST) {
-    return fail("can't make the runtime directory", directory);
-  }
   std::string fault;
-  const int error = faultOfDirectory(&fault);
-  if (error == 0) return OK;
-  __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
-  return error == ENOENT ? -error : PERMISSION_DENIED;
+  int error = ::mkdir(path().c_str(), 0700) < 0 && errno != EEXIST ? errno : 0;
+  status_t status = statusOf(error);
+  if (error != 0) {
+    fault = "can't make the runtime directory " + path() + ": " + std::strerror(error);
+  } else if (error = faultOfDirectory(&fault); error != 0) {
+    status = statusOfFault(error);
+  }
+  if (error != 0) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
+  return status;
 }
 
 bool socketAddress(uint64_t process, sockaddr_un* address) {
@@ -253,20 +251,28 @@ void removeAllOf(uint64_t process) {
   removeSocket(process);
 }
 
-status_t publish(const std::string& name, const Address& address) {
-  if (const status_t status = prepare(); status != OK) return status;
+status_t publish(const std::string& name, const Address& address, const std::function<void()>& onPublished,
+                 std::string* failure) {
+  if (const int error = faultOfDirectory(failure); error != 0) return statusOfFault(error);
   const NamesLock lock;
   // Not unique by the lock, which may not be held.
   const std::string link = pathOf(kNewLinkPrefix + hex(randomNumber()));
+  // After the wait for the lock, which each thread may give up.
+  static std::mutex& mutex = *new std::mutex;
+  const std::lock_guard publishing(mutex);
   for (int tries = kPublishTries; tries > 0; --tries) {
-    if (::symlink(textOf(address).c_str(), link.c_str()) < 0) return fail("can't make the link", link);
-    if (::rename(link.c_str(), pathOf(name).c_str()) == 0) return OK;
+    if (::symlink(textOf(address).c_str(), link.c_str()) < 0) break;
+    if (::rename(link.c_str(), pathOf(name).c_str()) == 0) {
+      onPublished();
+      return OK;
+    }
     // Without the lock, another process may have taken the link for one that a killed process left.
     if (errno != ENOENT) break;
   }
-  const status_t status = fail("can't register", pathOf(name));
+  const int error = errno;
+  *failure = "can't register " + pathOf(name) + ": " + std::strerror(error);
   ::unlink(link.c_str());
-  return status;
+  return statusOf(error);
 }
 
 std::optional<Address> lookUp(const std::string& name) {

@@ -3,6 +3,7 @@
 #include <sys/un.h>
 
 #include <cstdint>
+#include <functional>
 #include <optional>
 #include <string>
 #include <vector>
@@ -51,8 +52,10 @@ bool isListening(uint64_t process);
 /** Removes the socket and the names of this process, which is about to exit. */
 void removeAllOf(uint64_t process);
 
-/** Puts a name into the directory, in place of an earlier one of the same name. */
-status_t publish(const std::string& name, const Address& address);
+/** Puts a name into the directory, in place of an earlier one of the same name. `onPublished` is called
+ * before another thread of this process publishes. Logs nothing: `failure` describes the cause. */
+status_t publish(const std::string& name, const Address& address, const std::function<void()>& onPublished,
+                 std::string* failure);
 
 /** The address under a name; none if there is no such name, or the directory isn't to be trusted. */
 std::optional<Address> lookUp(const std::string& name);

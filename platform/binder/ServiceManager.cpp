@@ -1,3 +1,4 @@
+#include <android/log.h>
 #include <binder/IServiceManager.h>
 #include <utils/String8.h>
 
@@ -73,9 +74,15 @@ class ServiceManager : public IServiceManager {
     Transport& transport = Transport::self();
     Address address;
     if (const status_t status = transport.addressOf(service.get(), &address); status != OK) return status;
-    if (const status_t status = runtime_dir::publish(fileName, address); status != OK) return status;
-    transport.exports.keepService(fileName, service);
-    return OK;
+    if (const status_t status = runtime_dir::prepare(); status != OK) return status;
+    // Both are destroyed and logged without the lock, under which the application's code must not run.
+    sp<IBinder> before;
+    std::string failure;
+    // Of two threads that register a name, the one that publishes last has its object kept.
+    const status_t status = runtime_dir::publish(
+        fileName, address, [&] { before = transport.exports.keepService(fileName, service); }, &failure);
+    if (status != OK) __android_log_print(ANDROID_LOG_ERROR, "binder", "%s", failure.c_str());
+    return status;
   }
 
   Vector<String16> listServices() override {

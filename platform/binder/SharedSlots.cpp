@@ -17,10 +17,10 @@ namespace android::transport {
 namespace {
 
 constexpr size_t kSize = 2 * sizeof(SharedSlot);
-/** Nobody must take the memory from under the other's feet. */
+/** Neither side can take away memory that the other uses. */
 constexpr int kSeals = F_SEAL_SHRINK | F_SEAL_GROW | F_SEAL_SEAL;
 
-/** As this system call has it, whatever the C library calls a time. */
+/** The time of this system call, which is not always that of the C library. */
 struct FutexTime {
   long seconds;
   long nanoseconds;
@@ -35,12 +35,7 @@ FutexTime futexTimeOf(std::chrono::steady_clock::time_point time) {
 
 }  // namespace
 
-bool SharedSlot::sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended,
-                       const Deadline& deadline) {
-  uint32_t state = awake;
-  if (!state_.compare_exchange_strong(state, asleep) && state != asleep) return true;
-  // Whoever sets it comes here after that: either it is seen, or what is slept on is not there any more.
-  if (ended.load()) return true;
+bool SharedSlot::sleep(uint32_t awake, uint32_t asleep, const Deadline& deadline) {
   const FutexTime until = deadline ? futexTimeOf(*deadline) : FutexTime{};
   const long slept = ::syscall(SYS_futex, &state_, FUTEX_WAIT_BITSET, asleep, deadline ? &until : nullptr,
                                nullptr, FUTEX_BITSET_MATCH_ANY);
@@ -81,11 +76,15 @@ SharedSlots SharedSlots::map(int fd) {
 }
 
 SharedSlots SharedSlots::make(UniqueFd* shared) {
-  // Above the limit on the size of files, ftruncate() would end the process by SIGXFSZ.
+  // Above the limit on the size of files, the kernel would end the process by SIGXFSZ.
   rlimit limit;
-  if (::getrlimit(RLIMIT_FSIZE, &limit) < 0 || limit.rlim_cur < kSize) return {};
+  if (::getrlimit(RLIMIT_FSIZE, &limit) == 0 && limit.rlim_cur < kSize) {
+    errno = EFBIG;
+    return {};
+  }
   UniqueFd fd(::memfd_create("binder-slots", MFD_CLOEXEC | MFD_ALLOW_SEALING));
-  if (!fd.valid() || ::ftruncate(fd.get(), kSize) < 0 || ::fcntl(fd.get(), F_ADD_SEALS, kSeals) < 0)
+  // Reserves the memory: a page that can't be had later would end the process by SIGBUS.
+  if (!fd.valid() || ::fallocate(fd.get(), 0, 0, kSize) < 0 || ::fcntl(fd.get(), F_ADD_SEALS, kSeals) < 0)
     return {};
   *shared = std::move(fd);
   return map(shared->get());

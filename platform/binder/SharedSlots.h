@@ -13,13 +13,12 @@ namespace android::transport {
  * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the other takes
  * them out, and each can sleep until that is possible.
  *
- * The other side may be hostile and change anything at any time: whatever is read here is read once, and
- * checked after that.
+ * A hostile process may change all of it at any time: everything is read once, and checked after that.
  */
 class SharedSlot {
  public:
   static constexpr size_t kSize = 64 * 1024;
-  /** What fits in. */
+  /** The most bytes that fit in. */
   static constexpr size_t kCapacity = kSize - 64;
 
   bool isFull() const {
@@ -31,31 +30,33 @@ class SharedSlot {
     return state != kFull && state != kCongested;
   }
 
-  /** The sender has put so many bytes in. Whether the receiver was awake. */
+  /** The sender has put so many bytes in. True if the receiver was awake. */
   bool fill(size_t size) {
     size_ = static_cast<uint32_t>(size);
     if (state_.exchange(kFull, std::memory_order_acq_rel) != kAwaited) return true;
     wake();
     return false;
   }
-  /** The receiver has what was in it. */
+  /** The receiver has read the frame. */
   void empty() {
     if (state_.exchange(kEmpty, std::memory_order_acq_rel) == kCongested) wake();
   }
 
-  /** How much is in a full one, as its sender says. */
+  /** The size of the frame, as its sender claims. */
   size_t size() const { return *const_cast<const volatile uint32_t*>(&size_); }
   uint8_t* bytes() { return bytes_; }
 
-  /** The receiver, or the sender, sleeps; not if `ended` is set, and perhaps not long enough. False when it
-   * is time to give up. */
-  bool sleepUntilFull(const std::atomic<bool>& ended, const Deadline& deadline) {
-    return sleep(kEmpty, kAwaited, ended, deadline);
+  /** The receiver, or the sender, sleeps; not if `isOver` holds, and perhaps not long enough. False at the
+   * deadline. The thread that makes `isOver` hold calls rouse...() after that. */
+  template <class Condition>
+  bool sleepUntilFull(Condition isOver, const Deadline& deadline) {
+    return !prepareSleep(kEmpty, kAwaited) || isOver() || sleep(kEmpty, kAwaited, deadline);
   }
-  bool sleepUntilEmpty(const std::atomic<bool>& ended, const Deadline& deadline) {
-    return sleep(kFull, kCongested, ended, deadline);
+  template <class Condition>
+  bool sleepUntilEmpty(Condition isOver, const Deadline& deadline) {
+    return !prepareSleep(kFull, kCongested) || isOver() || sleep(kFull, kCongested, deadline);
   }
-  /** Has whoever of this side sleeps look again. */
+  /** Wakes the thread of this side, which looks again. */
   void rouseReceiver() { rouse(kAwaited, kEmpty); }
   void rouseSender() { rouse(kCongested, kFull); }
 
@@ -69,7 +70,12 @@ class SharedSlot {
     kCongested
   };
 
-  bool sleep(uint32_t awake, uint32_t asleep, const std::atomic<bool>& ended, const Deadline& deadline);
+  /** False if the slot is in neither state. */
+  bool prepareSleep(uint32_t awake, uint32_t asleep) {
+    uint32_t state = awake;
+    return state_.compare_exchange_strong(state, asleep) || state == asleep;
+  }
+  bool sleep(uint32_t awake, uint32_t asleep, const Deadline& deadline);
   void rouse(uint32_t asleep, uint32_t awake);
   void wake();
 
@@ -87,10 +93,10 @@ class SharedSlots {
   SharedSlots& operator=(SharedSlots&& other) noexcept;
   ~SharedSlots();
 
-  /** New ones, for the calling side, and what the other side needs to have them, too. None if there is no
-   * memory for them. */
+  /** New ones for the calling side, and their memory for the other side. None, with errno, after a failure.
+   */
   static SharedSlots make(UniqueFd* shared);
-  /** Those that a caller has made, for the serving side. None if they are not as make() makes them. */
+  /** Those of a caller, for the serving side. None if their memory is not as make() makes it. */
   static SharedSlots accept(const UniqueFd& shared);
 
   explicit operator bool() const { return memory_ != nullptr; }

@@ -13,6 +13,7 @@
 #include "OwnerProcesses.h"
 #include "Reactor.h"
 #include "RuntimeDir.h"
+#include "ServedChannels.h"
 
 namespace android::transport {
 
@@ -28,6 +29,7 @@ struct Transport {
   Exports exports;
   OwnerProcesses owners;
   Reactor reactor;
+  ServedChannels served{*this};
   Listener listener{*this};
   /** Set once binder threads may run. */
   std::atomic<bool> poolStarted{false};
@@ -48,8 +50,5 @@ struct Transport {
    */
   status_t unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };
-
-/** Serves a channel until it ends. Runs on a thread of its own. */
-void serve(UniqueFd connection, const std::shared_ptr<HolderProcess>& holder, uid_t uid);
 
 }  // namespace android::transport

@@ -15,6 +15,7 @@
 
 #include "RawPeer.h"
 #include "RecordingBinder.h"
+#include "WaitUntil.h"
 #include "ipc/Marshal.h"
 
 /* The dumps of docs/wire-format.md against the bytes that are sent. */
@@ -208,33 +209,44 @@ TEST(WireFormatTest, ConnectionsAreAsDocumented) {
   Documentation documentation("connection");
   RawPeer watch(vesk::test::socketOf(kName));
   RawPeer channel(vesk::test::socketOf(kName));
-  const auto say = [&](RawPeer& peer, const char* name, const std::string& data = "") {
-    const std::string bytes = documentation.take(name).with(number) + data;
-    peer.send(bytes.data(), bytes.size());
-    return bytes;
-  };
-  const auto hear = [&](RawPeer& peer, const char* name, const std::string& data = "") {
-    const std::string bytes = peer.receive();
+  const auto matches = [&](const char* name, const std::string& bytes, const std::string& data = "") {
     ASSERT_GE(bytes.size(), data.size());
     const size_t headerSize = bytes.size() - data.size();
     EXPECT_TRUE(documentation.take(name).matches(bytes.substr(0, headerSize)))
         << name << ": " << hexOf(bytes);
     EXPECT_EQ(hexOf(bytes.substr(headerSize)), hexOf(data)) << name;
   };
-  say(watch, "connection watch");
-  hear(watch, "connection watch answered");
-  say(channel, "connection channel");
-  const std::string acquire = say(channel, "connection acquire");
-  hear(channel, "connection acquired");
-  const std::string frame = say(channel, "connection request", request);
-  hear(channel, "connection reply", replyOf(service, 14, request));
-  say(channel, "connection release");
-  channel.send(frame.data(), frame.size());
-  hear(channel, "connection failed");
-  channel.send(acquire.data(), acquire.size());
+  const auto packetOf = [&](const char* name) { return documentation.take(name).with(number); };
+  const auto packetFromWatch = [&](size_t size) {
+    std::string bytes(size, '\0');
+    EXPECT_TRUE(watch.receive(bytes.data(), size));
+    return bytes;
+  };
+  const std::string greeting = packetOf("connection watch");
+  watch.send(greeting.data(), greeting.size());
+  matches("connection watch answered", packetFromWatch(greeting.size()));
+  const auto kChannel = android::transport::ConnectionKind::kChannel;
+  const android::transport::Hello hello{.kind = kChannel, .process = vesk::test::kStranger};
+  matches("connection channel", std::string(reinterpret_cast<const char*>(&hello), sizeof(hello)));
+  channel.greet(kChannel);
+  const std::string acquire = packetOf("connection acquire");
+  channel.sendBytes(acquire);
+  matches("connection acquired", channel.receiveFrame());
+  const std::string frame = packetOf("connection request") + request;
+  channel.sendBytes(frame);
+  matches("connection reply", channel.receiveFrame(), replyOf(service, 14, request));
+  const std::string release = packetOf("connection release");
+  watch.send(release.data(), release.size());
+  // The process reads it at some time.
+  const Dump failed = documentation.take("connection failed");
+  vesk::test::waitUntil("the release", [&] {
+    channel.sendBytes(frame);
+    return failed.matches(channel.receiveFrame());
+  });
+  channel.sendBytes(acquire);
   EXPECT_EQ(channel.statusOfReply(), android::OK);
   android::host::killObject(service);
-  EXPECT_EQ(hexOf(watch.receive()), hexOf(documentation.take("connection object's death").with(number)));
+  matches("connection object's death", packetFromWatch(sizeof(number)));
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include "Channel.h"
 #include "IdleChannels.h"
+#include "Transport.h"
 
 #include <fcntl.h>
 #include <gtest/gtest.h>
@@ -29,25 +30,34 @@ using std::chrono::microseconds;
 
 namespace {
 
-struct Sockets {
-  Sockets() {
+/** The two ends of a channel, before it is one. */
+struct Ends {
+  Ends() : callerSlots(SharedSlots::make(&memory)), serverSlots(SharedSlots::accept(memory)) {
     int ends[2];
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
     caller = UniqueFd(ends[0]);
     server = UniqueFd(ends[1]);
   }
+  UniqueFd memory;
+  SharedSlots callerSlots;
+  SharedSlots serverSlots;
   UniqueFd caller;
   UniqueFd server;
 };
+
+std::unique_ptr<Channel> watched(UniqueFd socket, SharedSlots slots) {
+  auto channel = std::make_unique<Channel>(std::move(socket), std::move(slots));
+  EXPECT_EQ(channel->watchEnd(&Transport::self().reactor), OK);
+  return channel;
+}
 
 /** A channel whose serving end answers each request with its own data. */
 class EchoChannel {
  public:
   EchoChannel() {
-    Sockets sockets;
-    caller_ = std::make_unique<Channel>(std::move(sockets.caller), Channel::Side::kCalls);
-    caller_->share();
-    server_ = std::make_unique<Channel>(std::move(sockets.server), Channel::Side::kServes);
+    Ends ends;
+    caller_ = watched(std::move(ends.caller), std::move(ends.callerSlots));
+    server_ = watched(std::move(ends.server), std::move(ends.serverSlots));
     thread_ = std::thread([this] { serve(); });
   }
   ~EchoChannel() {
@@ -65,15 +75,12 @@ class EchoChannel {
            reply.dataSize() == bytes.size() && std::equal(bytes.begin(), bytes.end(), reply.data());
   }
 
-  bool release() { return caller_->trySend({.kind = FrameKind::kRelease}) == OK; }
-
   void stop() {
     caller_.reset();
     if (thread_.joinable()) thread_.join();
   }
   /** Once stopped. */
   uint64_t looksOfServer() const { return server_->backoff().looks(); }
-  int releases() const { return releases_; }
 
  private:
   void serve() {
@@ -81,13 +88,8 @@ class EchoChannel {
       FrameHeader header;
       Parcel data;
       end_ = server_->receive(&header, &data);
+      if (end_ == OK) end_ = server_->send({.kind = FrameKind::kReply}, &data);
       if (end_ != OK) return;
-      if (header.kind == FrameKind::kRelease) {
-        ++releases_;
-      } else {
-        end_ = server_->send({.kind = FrameKind::kReply}, &data);
-        if (end_ != OK) return;
-      }
     }
   }
 
@@ -95,7 +97,6 @@ class EchoChannel {
   std::unique_ptr<Channel> server_;
   std::thread thread_;
   android::status_t end_ = OK;
-  int releases_ = 0;
 };
 
 bool spins() { return SpinLimiter::self().duration().count() > 0; }
@@ -147,18 +148,11 @@ TEST(ChannelTest, NothingIsLostAtTheEdgeOfPatience) {
                                      64, 4,      SharedSlot::kCapacity - sizeof(FrameHeader) + 4,
                                      64, 512,    200'000};
   EchoChannel channel;
-  int released = 0;
   for (int i = 0; i < 10'000; ++i) {
     const size_t size = sizes[random() % sizes.size()];
     ASSERT_TRUE(channel.call({bytes.end() - static_cast<ptrdiff_t>(size), bytes.end()})) << i;
-    if (random() % 8 == 0) {
-      ASSERT_TRUE(channel.release());
-      ++released;
-    }
     if (random() % 16 == 0) pass(microseconds(45 + random() % 15));
   }
-  channel.stop();
-  EXPECT_EQ(channel.releases(), released);
 }
 
 TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
@@ -173,43 +167,12 @@ TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
 
 /** A server, and a caller that does by hand what a channel does, and not always rightly. */
 struct Caller {
-  explicit Caller(Sockets sockets = {})
-      : socket(std::move(sockets.caller)), server(std::move(sockets.server), Channel::Side::kServes) {}
+  explicit Caller(Ends ends = {})
+      : socket(std::move(ends.caller)),
+        sharedSlots(std::move(ends.callerSlots)),
+        serverEnd(watched(std::move(ends.server), std::move(ends.serverSlots))),
+        server(*serverEnd) {}
 
-  void sendShare(int fd) const {
-    FrameHeader header{.kind = FrameKind::kShare};
-    iovec packet{&header, sizeof(header)};
-    alignas(cmsghdr) char control[CMSG_SPACE(sizeof(int))] = {};
-    msghdr message = {};
-    message.msg_iov = &packet;
-    message.msg_iovlen = 1;
-    if (fd >= 0) {
-      message.msg_control = control;
-      message.msg_controllen = sizeof(control);
-      cmsghdr* const rights = CMSG_FIRSTHDR(&message);
-      rights->cmsg_level = SOL_SOCKET;
-      rights->cmsg_type = SCM_RIGHTS;
-      rights->cmsg_len = CMSG_LEN(sizeof(int));
-      std::memcpy(CMSG_DATA(rights), &fd, sizeof(fd));
-    }
-    EXPECT_GT(::sendmsg(socket.get(), &message, 0), 0);
-  }
-  /** A request over the socket, and the hints of its answer. */
-  uint32_t call() {
-    FrameHeader header{.kind = FrameKind::kRequest};
-    EXPECT_GT(::send(socket.get(), &header, sizeof(header), 0), 0);
-    EXPECT_EQ(receive(), OK);
-    EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
-    EXPECT_EQ(::recv(socket.get(), &header, sizeof(header), MSG_DONTWAIT), ssize_t{sizeof(header)});
-    return header.hints;
-  }
-  /** From here on both sides use shared slots. */
-  bool share() {
-    UniqueFd shared;
-    sharedSlots = SharedSlots::make(&shared);
-    sendShare(shared.get());
-    return sharedSlots && call() == kHintShared;
-  }
   void put(const FrameHeader& header, size_t size = sizeof(FrameHeader)) {
     std::memcpy(sharedSlots.out().bytes(), &header, sizeof(header));
     sharedSlots.out().fill(size);
@@ -224,8 +187,9 @@ struct Caller {
   static constexpr uint32_t kAwaited = 1;
 
   UniqueFd socket;
-  Channel server;
   SharedSlots sharedSlots;
+  std::unique_ptr<Channel> serverEnd;
+  Channel& server;
 };
 
 class SharedSlotTest : public testing::Test, protected Caller {};
@@ -234,7 +198,6 @@ const FrameHeader kRequest{.kind = FrameKind::kRequest, .hints = kHintBackToBack
 
 TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
   if (!spins()) GTEST_SKIP() << "needs two processors";
-  ASSERT_TRUE(share());
   // The hint promises a call at once, and it never comes before the server sleeps.
   const auto exchange = [this] {
     std::thread late([this] {
@@ -255,23 +218,35 @@ TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
 }
 
 TEST_F(SharedSlotTest, WhatCameBeforeTheEndIsStillReceived) {
-  ASSERT_TRUE(share());
   put(kRequest);
   socket = UniqueFd();
   while (!server.hasEnded()) std::this_thread::yield();
   EXPECT_EQ(receive(), OK);
   EXPECT_EQ(receive(), DEAD_OBJECT);
-  EXPECT_EQ(server.trySend({.kind = FrameKind::kReply}), DEAD_OBJECT);
+  EXPECT_EQ(server.send({.kind = FrameKind::kReply}), DEAD_OBJECT);
 }
 
-TEST(IdleChannelsTest, ALaneWhoseOtherEndIsGoneIsNotTakenAgain) {
+TEST_F(SharedSlotTest, ARetiredServerTakesARequestThatHasCome) {
+  EXPECT_FALSE(server.retire()) << "it does not wait";
+  std::thread retiring([this] {
+    while (!server.retire()) std::this_thread::yield();
+  });
+  EXPECT_EQ(server.awaitRequest(), DEAD_OBJECT);
+  retiring.join();
+  put(kRequest);
+  EXPECT_EQ(server.awaitRequest(), OK);
+  EXPECT_EQ(receive(), OK);
+  EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
+  EXPECT_EQ(server.awaitRequest(), DEAD_OBJECT);
+}
+
+TEST(IdleChannelsTest, AChannelWhoseOtherEndIsGoneIsNotTakenAgain) {
   IdleChannels idle;
   for (const bool ends : {true, false}) {
-    Sockets sockets;
-    auto channel = std::make_unique<Channel>(std::move(sockets.caller), Channel::Side::kCalls);
-    channel->share();
+    Ends both;
+    auto channel = watched(std::move(both.caller), std::move(both.callerSlots));
     const Channel* const put = channel.get();
-    if (ends) sockets.server = UniqueFd();
+    if (ends) both.server = UniqueFd();
     EXPECT_EQ(within(microseconds(ends ? 10'000'000 : 0), [&] { return channel->hasEnded(); }), ends);
     idle.put(std::move(channel));
     EXPECT_EQ(idle.take().get(), ends ? nullptr : put);
@@ -282,10 +257,9 @@ TEST_F(SharedSlotTest, TheEndWakesWhoeverSleeps) {
   for (const bool sends : {false, true}) {
     SCOPED_TRACE(sends ? "until its reply is taken" : "until a request comes");
     Caller peer;
-    ASSERT_TRUE(peer.share());
     if (sends) {
-      ASSERT_EQ(peer.server.trySend({.kind = FrameKind::kReply}), OK);
-      EXPECT_EQ(peer.server.trySend({.kind = FrameKind::kReply}, std::chrono::steady_clock::now()),
+      ASSERT_EQ(peer.server.send({.kind = FrameKind::kReply}), OK);
+      EXPECT_EQ(peer.server.send({.kind = FrameKind::kReply}, nullptr, {}, std::chrono::steady_clock::now()),
                 android::WOULD_BLOCK);
     }
     std::thread death([&] {
@@ -301,7 +275,6 @@ std::atomic<bool> isHeldUp = false;
 std::atomic<bool> goesOn = false;
 
 TEST_F(SharedSlotTest, ACallerThatUndoesWhatWakesTheServer) {
-  ASSERT_TRUE(share());
   struct sigaction action = {};
   action.sa_flags = SA_RESTART;
   action.sa_handler = [](int) {
@@ -333,7 +306,6 @@ TEST_F(SharedSlotTest, ACallerThatUndoesWhatWakesTheServer) {
 }
 
 TEST_F(SharedSlotTest, AReplyWaitsForTheOneBeforeToBeTaken) {
-  ASSERT_TRUE(share());
   ASSERT_EQ(server.send({.kind = FrameKind::kReply, .code = 1}), OK);
   std::thread slow([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -347,7 +319,6 @@ TEST_F(SharedSlotTest, AReplyWaitsForTheOneBeforeToBeTaken) {
 }
 
 TEST_F(SharedSlotTest, TheRestOfAFrameThatNeverComes) {
-  ASSERT_TRUE(share());
   put({.kind = FrameKind::kRequest, .dataSize = 100'000}, SharedSlot::kCapacity);
   std::thread death([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -360,7 +331,6 @@ TEST_F(SharedSlotTest, TheRestOfAFrameThatNeverComes) {
 class SharedSlotFrameTest : public SharedSlotTest, public testing::WithParamInterface<size_t> {};
 
 TEST_P(SharedSlotFrameTest, IsNone) {
-  ASSERT_TRUE(share());
   put(kRequest, GetParam());
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
@@ -369,7 +339,6 @@ INSTANTIATE_TEST_SUITE_P(Sizes, SharedSlotFrameTest,
                          testing::Values(0, 39, 41, SharedSlot::kCapacity + 1, size_t{0xffffffff}));
 
 TEST_F(SharedSlotTest, AStateThatIsNoneHoldsNothingUp) {
-  ASSERT_TRUE(share());
   sharedSlots.out().fill(0);
   state() = 77;
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
@@ -384,9 +353,6 @@ TEST_F(SharedSlotTest, MemoryThatCouldBeTakenAwayIsRefused) {
   for (const int fd : {unsealed.get(), small.get(), noMemory.get()}) {
     EXPECT_FALSE(SharedSlots::accept(UniqueFd(::dup(fd))));
   }
-  sendShare(-1);
-  EXPECT_EQ(call(), 0U);
-  EXPECT_EQ(call(), 0U) << "the socket is still there";
 }
 
 }  // namespace

@@ -1,5 +1,6 @@
 #include <binder/HostPlatform.h>
 #include <binder/ProcessState.h>
+#include <fcntl.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -94,7 +95,8 @@ TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
   }
   peer.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = IBinder::PING_TRANSACTION});
   EXPECT_EQ(peer.statusOfReply(), DEAD_OBJECT) << "known, but not held";
-  for (int i = 0; i < 5; ++i) peer.sendFrame({.kind = FrameKind::kRelease, .object = number});
+  const Release releases[5] = {number, number, number, 0, 1};
+  watch.send(releases, sizeof(releases));
   peer.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   EXPECT_EQ(peer.statusOfReply(), OK);
 }
@@ -108,46 +110,51 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
     peer.sendFrame(header, std::vector<uint8_t>(bodySize, 0xa5));
     peer.expectClosed(what);
   };
+  using Header = FrameHeader*;
   refused(
-      "no magic", [](FrameHeader* h) { h->magic = 0; }, 0);
+      "no magic", [](Header h) { h->magic = 0; }, 0);
   refused(
-      "no such kind", [](FrameHeader* h) { h->kind = FrameKind{99}; }, 0);
+      "no such kind", [](Header h) { h->kind = FrameKind{99}; }, 0);
   refused(
-      "a reply to nothing", [](FrameHeader* h) { h->kind = FrameKind::kReply; }, 0);
+      "a reply to nothing", [](Header h) { h->kind = FrameKind::kReply; }, 0);
   refused(
-      "a claim of nothing", [](FrameHeader* h) { h->kind = FrameKind::kClaimed; }, 0);
+      "a claim of nothing", [](Header h) { h->kind = FrameKind::kClaimed; }, 0);
   refused(
-      "less than it states", [](FrameHeader* h) { h->dataSize = 100; }, 99);
+      "less than it states", [](Header h) { h->dataSize = 100; }, 99);
   refused(
-      "more than it states", [](FrameHeader* h) { h->dataSize = 100; }, 101);
+      "more than it states", [](Header h) { h->dataSize = 100; }, 101);
   refused(
-      "above the limit", [](FrameHeader* h) { h->dataSize = kMaxDataSize + 1; }, 100);
+      "above the limit", [](Header h) { h->dataSize = kMaxDataSize + 1; }, 100);
   refused(
-      "far above the limit", [](FrameHeader* h) { h->dataSize = ~0U; }, 100);
+      "far above the limit", [](Header h) { h->dataSize = ~0U; }, 100);
   refused(
-      "more objects than fit", [](FrameHeader* h) { h->objectCount = 1; }, sizeof(ObjectEntry));
+      "more objects than fit", [](Header h) { h->objectCount = 1; }, sizeof(ObjectEntry));
   refused(
-      "very many objects", [](FrameHeader* h) { h->objectCount = ~0U; }, 100);
+      "very many objects", [](Header h) { h->objectCount = ~0U; }, 100);
 
   RawPeer half = channel();
-  half.send(&request, sizeof(request) / 2);
+  half.sendBytes(std::string(reinterpret_cast<const char*>(&request), sizeof(request) / 2));
   half.expectClosed("half a header");
 
   std::mt19937 random(1);
   for (int i = 0; i < 300; ++i) {
     RawPeer peer(path);
-    if (i % 2 == 0) peer.greet(ConnectionKind::kChannel);
-    std::vector<uint8_t> bytes(random() % 200 + 1);
-    for (uint8_t& byte : bytes) byte = static_cast<uint8_t>(random());
-    peer.send(bytes.data(), bytes.size());
+    std::string bytes(random() % 200 + 1, '\0');
+    for (char& byte : bytes) byte = static_cast<char>(random());
+    if (i % 2 == 0) {
+      peer.greet(ConnectionKind::kChannel);
+      peer.sendBytes(bytes);
+    } else {
+      peer.send(bytes.data(), bytes.size());
+    }
     peer.expectClosed("noise");
   }
 }
 
 TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
   RawPeer peer = channel();
-  const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 20000};
-  peer.sendFrame(header, std::vector<uint8_t>(kFirstPacketSize - sizeof(header)));
+  const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 100'000};
+  peer.sendFrame(header, std::vector<uint8_t>(SharedSlot::kCapacity - sizeof(header)));
   std::vector<RawPeer> silent;
   for (int i = 0; i < 100; ++i) silent.emplace_back(path);
   EXPECT_EQ(increment(service, 5), 6) << "while they wait";
@@ -191,12 +198,19 @@ TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
   EXPECT_EQ(increment(service, 5), 6) << "while threads wait to send half a megabyte";
   for (RawPeer& late : channels) {
     EXPECT_EQ(late.statusOfReply(), OK);
-    size_t received = 0;
-    while (received < sizeof(FrameHeader) + kSize) {
-      const size_t size = late.receive(64 * 1024).size();
-      ASSERT_GT(size, 0U) << "it was not given up";
-      received += size;
-    }
+    size_t left = sizeof(FrameHeader) + kSize - SharedSlot::kCapacity;
+    std::vector<uint8_t> packet(kPacketSize);
+    for (; left > kPacketSize; left -= kPacketSize) ASSERT_TRUE(late.receive(packet.data(), kPacketSize));
+    EXPECT_TRUE(late.receive(packet.data(), left)) << "the rest";
+  }
+}
+
+TEST_F(HostilePeerTest, MemoryThatIsNone) {
+  for (const char* memory : {"", "/dev/null"}) {
+    const UniqueFd fd(::open(memory, O_RDWR | O_CLOEXEC));
+    RawPeer peer(path);
+    peer.greetWith(ConnectionKind::kChannel, fd.get());
+    peer.expectClosed(memory);
   }
 }
 
@@ -240,6 +254,8 @@ CHILD_ROLE(otherUser) {
   if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 2;
   parent.ready();
   RawPeer peer(args[0]);
+  // Without a Hello, the time limit would close it, too.
+  peer.greet(ConnectionKind::kWatch);
   peer.expectClosed("another user");
   return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
 }

@@ -1,3 +1,4 @@
+#include <poll.h>
 #include <sys/stat.h>
 #include <unistd.h>
 
@@ -94,19 +95,24 @@ class HostileService {
 
   void serve(int connection) const {
     Hello hello{};
-    if (::recv(connection, &hello, sizeof(hello), 0) != sizeof(hello)) return;
-    if (hello.kind == ConnectionKind::kWatch && !send(connection, answers_.toWatch)) return;
-    for (FrameHeader frame{}; ::recv(connection, &frame, sizeof(frame), 0) > 0;) {
-      const bool isAcquire = frame.kind == FrameKind::kAcquire;
-      if (!isAcquire && frame.kind != FrameKind::kRequest) continue;
-      if (!send(connection, isAcquire ? answers_.toAcquire : answers_.toRequest)) return;
+    UniqueFd memory;
+    pollfd poller{connection, POLLIN, 0};
+    if (::poll(&poller, 1, -1) <= 0 || !receiveHello(connection, &hello, &memory)) return;
+    if (hello.kind == ConnectionKind::kWatch) {
+      const std::string& answer = answers_.toWatch;
+      if (answer.empty() || ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL) <= 0) return;
+      char byte;
+      ::recv(connection, &byte, 1, 0);
+      return;
     }
-  }
-
-  /** Nothing to be sent is the end of the connection. */
-  static bool send(int connection, const std::string& answer) {
-    return !answer.empty() && ::send(connection, answer.data(), answer.size(), MSG_NOSIGNAL) ==
-                                  static_cast<ssize_t>(answer.size());
+    vesk::test::RawSlots slots(SharedSlots::accept(memory));
+    for (std::string bytes; (bytes = slots.receive(connection)).size() >= sizeof(FrameHeader);) {
+      FrameHeader frame{};
+      std::memcpy(&frame, bytes.data(), sizeof(frame));
+      const std::string& answer = frame.kind == FrameKind::kAcquire ? answers_.toAcquire : answers_.toRequest;
+      // Without an answer, the connection ends.
+      if (answer.empty() || !slots.send(connection, answer)) return;
+    }
   }
 
   const Answers answers_;
@@ -197,13 +203,14 @@ TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
   {
     RawPeer watch(path);
     watch.greet(ConnectionKind::kWatch);
-    watch.receive();
+    Hello answer{};
+    ASSERT_TRUE(watch.receive(&answer, sizeof(answer)));
     RawPeer channel(path);
     channel.greet(ConnectionKind::kChannel);
     channel.sendFrame({.kind = FrameKind::kAcquire, .object = number});
     ASSERT_EQ(channel.statusOfReply(), OK);
     channel.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = TestObject::kMakeObject});
-    EXPECT_GT(channel.receive().size(), sizeof(FrameHeader));
+    EXPECT_GT(channel.receiveFrame().size(), sizeof(FrameHeader));
     EXPECT_EQ(alive(), 2);
   }
   waitUntil("the object to go", [&] { return alive() == 1; });

@@ -80,6 +80,18 @@ TEST_F(ServiceManagerTest, AServiceLivesUntilItsNameIsTakenByAnother) {
   EXPECT_EQ(increment(lookUp("test.own"), 1), 2);
 }
 
+TEST_F(ServiceManagerTest, AServiceLivesAlsoIfTwoThreadsRegisterItsName) {
+  for (int round = 0; round < 100; ++round) {
+    std::vector<std::thread> threads;
+    for (int i = 0; i < 4; ++i) {
+      threads.emplace_back(
+          [] { EXPECT_EQ(defaultServiceManager()->addService(String16("test.own"), new TestObject()), OK); });
+    }
+    for (std::thread& thread : threads) thread.join();
+    ASSERT_NE(lookUp("test.own"), nullptr);
+  }
+}
+
 TEST_F(ServiceManagerTest, ANameOfADeadProcessIsNoService) {
   ServiceProcess alive("test.alive");
   {

@@ -85,6 +85,9 @@ status_t TestObject::onTransact(uint32_t code, const Parcel& data, Parcel* reply
       limit.rlim_cur = number == 0 ? limit.rlim_max : static_cast<rlim_t>(number);
       return ::setrlimit(RLIMIT_NOFILE, &limit);
     }
+    case kSleep:
+      std::this_thread::sleep_for(std::chrono::milliseconds(50));
+      return OK;
     case kCountAlive:
       return reply->writeInt32(alive);
     case kExit:

@@ -46,6 +46,8 @@ class TestObject : public android::BBinder {
     kForgetCaller,
     /** int32 in: the number of file descriptors that the process may have; 0 lifts the limit. */
     kLimitFiles,
+    /** Takes 50 ms. */
+    kSleep,
     /** The number of TestObjects in the process out. */
     kCountAlive,
   };

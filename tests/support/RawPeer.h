@@ -1,6 +1,7 @@
 #pragma once
 
 #include <gtest/gtest.h>
+#include <poll.h>
 #include <sys/socket.h>
 #include <sys/time.h>
 #include <sys/un.h>
@@ -15,12 +16,14 @@
 #include <vector>
 
 #include "ChildProcess.h"
+#include "Connect.h"
 #include "Frame.h"
+#include "SharedSlots.h"
 #include "UniqueFd.h"
 
 namespace vesk::test {
 
-/** The process that a raw peer says it is. */
+/** The process that a raw peer claims to be. */
 constexpr uint64_t kStranger = 0x5712a9e5;
 
 /** The socket of the process that serves a name. */
@@ -36,6 +39,53 @@ inline uint64_t numberOf(const std::string& name) {
   const std::string link = std::filesystem::read_symlink(directory / name);
   return std::stoull(link.substr(link.find(':') + 1), nullptr, 16);
 }
+
+/** One end of a channel whose frames need not be valid. */
+class RawSlots {
+ public:
+  using SharedSlot = android::transport::SharedSlot;
+
+  RawSlots() = default;
+  explicit RawSlots(android::transport::SharedSlots slots) : slots_(std::move(slots)) {}
+
+  /** Puts the bytes into a slot, and those that don't fit into the socket. */
+  bool send(int socket, const std::string& bytes) {
+    if (!await(socket, [this] { return slots_.out().isEmpty(); })) return false;
+    size_t sent = std::min(bytes.size(), SharedSlot::kCapacity);
+    std::memcpy(slots_.out().bytes(), bytes.data(), sent);
+    slots_.out().fill(sent);
+    while (sent < bytes.size()) {
+      const ssize_t size = ::send(socket, &bytes[sent], std::min(bytes.size() - sent, kPacket), MSG_NOSIGNAL);
+      if (size <= 0) return false;
+      sent += static_cast<size_t>(size);
+    }
+    return true;
+  }
+  /** The part of a frame in a slot; empty at the end of the connection. */
+  std::string receive(int socket) {
+    if (!await(socket, [this] { return slots_.in().isFull(); })) return "";
+    const std::string bytes(reinterpret_cast<char*>(slots_.in().bytes()), slots_.in().size());
+    slots_.in().empty();
+    return bytes;
+  }
+
+ private:
+  static constexpr size_t kPacket = android::transport::kPacketSize;
+
+  template <class Condition>
+  static bool await(int socket, Condition condition) {
+    for (int left = kPatienceMs; left > 0; --left) {
+      pollfd end{socket, POLLRDHUP, 0};
+      const bool isEnd = ::poll(&end, 1, 0) > 0;
+      if (condition()) return true;
+      if (isEnd) return false;
+      ::poll(nullptr, 0, 1);
+    }
+    return false;
+  }
+
+  android::transport::SharedSlots slots_;
+};
 
 /** A connection that sends arbitrary bytes. */
 class RawPeer {
@@ -53,30 +103,31 @@ class RawPeer {
     EXPECT_EQ(::send(fd_.get(), bytes, size, MSG_NOSIGNAL), static_cast<ssize_t>(size));
   }
   void greet(android::transport::ConnectionKind kind) {
-    const android::transport::Hello hello{.kind = kind, .process = kStranger};
-    send(&hello, sizeof(hello));
+    android::transport::UniqueFd memory;
+    if (kind == android::transport::ConnectionKind::kChannel)
+      slots_ = RawSlots(android::transport::SharedSlots::make(&memory));
+    greetWith(kind, memory.get());
+  }
+  void greetWith(android::transport::ConnectionKind kind, int memory) {
+    // A process that refuses the connection may have closed it before.
+    android::transport::sendHello(fd_.get(), {.kind = kind, .process = kStranger}, memory);
   }
   void sendFrame(android::transport::FrameHeader header, std::span<const uint8_t> body = {}) {
-    std::vector<uint8_t> frame(sizeof(header) + body.size());
-    std::memcpy(frame.data(), &header, sizeof(header));
-    std::copy(body.begin(), body.end(), frame.begin() + sizeof(header));
-    send(frame.data(), frame.size());
+    std::string frame(reinterpret_cast<const char*>(&header), sizeof(header));
+    frame.append(body.begin(), body.end());
+    sendBytes(frame);
   }
+  void sendBytes(const std::string& bytes) { EXPECT_TRUE(slots_.send(fd_.get(), bytes)); }
 
   bool receive(void* bytes, size_t size) {
     return ::recv(fd_.get(), bytes, size, 0) == static_cast<ssize_t>(size);
   }
-  /** The next packet, up to a size; all small frames fit this one. */
-  std::string receive(size_t most = 4096) {
-    std::string packet(most, '\0');
-    const ssize_t size = ::recv(fd_.get(), packet.data(), packet.size(), 0);
-    EXPECT_GT(size, 0);
-    packet.resize(static_cast<size_t>(std::max<ssize_t>(size, 0)));
-    return packet;
-  }
+  std::string receiveFrame() { return slots_.receive(fd_.get()); }
   int32_t statusOfReply() {
+    const std::string frame = receiveFrame();
     android::transport::FrameHeader header{};
-    EXPECT_TRUE(receive(&header, sizeof(header)));
+    EXPECT_GE(frame.size(), sizeof(header));
+    std::memcpy(&header, frame.data(), std::min(frame.size(), sizeof(header)));
     EXPECT_EQ(header.kind, android::transport::FrameKind::kReply);
     return header.status;
   }
@@ -88,6 +139,7 @@ class RawPeer {
 
  private:
   android::transport::UniqueFd fd_;
+  RawSlots slots_;
 };
 
 }  // namespace vesk::test
