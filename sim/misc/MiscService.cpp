@@ -70,9 +70,9 @@ constexpr int32_t kMulticastPort = 5004;
 #include <com/qv/MiscService.def>
 #undef METHOD
 
-MiscService::MiscService(double speed, const std::function<void(const std::string&)>& trace)
-    : MiscMethods(speed, {.ate = publisher(ateListeners_, trace), .misc = publisher(miscListeners_, trace)}) {
-}
+MiscMethods::MiscMethods(double speed, const std::function<void(const std::string&)>& trace)
+    : device_(speed, MiscDevice::Sinks{.ate = publisher(ateListeners_, trace),
+                                       .misc = publisher(miscListeners_, trace)}) {}
 
 void MiscService::stopEvents(std::chrono::milliseconds timeout) {
   ateListeners_.stop(timeout);

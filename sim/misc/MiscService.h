@@ -12,9 +12,12 @@
 
 namespace sim {
 
-/** The methods that a method of MiscDevice serves. */
+/** The methods that a method of MiscDevice serves. `trace` is called with a line of text for each event,
+ * under the device's lock. */
 class MiscMethods : public com::qv::BnMiscService {
  public:
+  MiscMethods(double speed, const std::function<void(const std::string&)>& trace);
+
   // The interface's table names these types without their namespace.
   using CommonParcelable = com::qv::CommonParcelable;
   using IAteEventListener = com::qv::IAteEventListener;
@@ -28,8 +31,6 @@ class MiscMethods : public com::qv::BnMiscService {
 #undef METHOD
 
  protected:
-  MiscMethods(double speed, MiscDevice::Sinks sinks) : device_(speed, std::move(sinks)) {}
-
   /** Before device_, which publishes events until it is destroyed. */
   Dispatcher<IAteEventListener> ateListeners_;
   Dispatcher<IMiscEventListener> miscListeners_;
@@ -40,8 +41,7 @@ class MiscMethods : public com::qv::BnMiscService {
  * without a result, or with a record, throw EX_ILLEGAL_STATE with a message. */
 class MiscService : public MiscMethods {
  public:
-  /** `trace` is called with a line of text for each event, under the device's lock. */
-  MiscService(double speed, const std::function<void(const std::string&)>& trace);
+  using MiscMethods::MiscMethods;
 
   /** Stops all events; waits for the listeners' current calls until the timeout. */
   void stopEvents(std::chrono::milliseconds timeout);
