@@ -79,7 +79,7 @@ TEST_F(ConfigFeaturesTest, DoorOpenUrlFillsItsBuffer) {
   };
   check(-1, "");
   connect();
-  for (const size_t length : {1, 13, 510, 511, 512, 900}) {
+  for (const size_t length : {1u, 13u, 510u, 511u, 512u, 900u}) {
     answer(Wire().text(std::u16string(length, u'x')));
     std::string text(std::min<size_t>(length, 511), 'x');
     text.resize(512);

@@ -106,12 +106,12 @@ TEST_F(DatabaseApiTest, SimulatedDeviceServesEveryFunction) {
 TEST_F(DatabaseApiTest, GroupsAreAcceptedAtTheirExactNumberOnly) {
   constexpr int kWrapsIn32Bits = 0x40000000;
   const Wire failure = Wire().i32(-5).text(u"").i32(0);
-  const auto groups = [](int size) { return Wire(kOk).i32(7).record(pattern(size)); };
+  const auto groups = [](size_t size) { return Wire(kOk).i32(7).record(pattern(size)); };
   const struct {
     int count;
     Wire answer;
     int result;
-    int copied;
+    size_t copied;
     bool logs;
   } rows[] = {
       {3, groups(12), 7, 12, false},
@@ -136,7 +136,7 @@ TEST_F(DatabaseApiTest, GroupsAreAcceptedAtTheirExactNumberOnly) {
     service_->answer(row.answer);
     out_ = kUntouched;
     EXPECT_EQ(binder_phonebook_get_contact_groupid(1, row.count, out_.data()), row.result);
-    EXPECT_EQ(out_, pattern(row.copied) + kUntouched.substr(static_cast<size_t>(row.copied)));
+    EXPECT_EQ(out_, pattern(row.copied) + kUntouched.substr(row.copied));
     EXPECT_EQ(log_.take(), sizeErrors("binder_phonebook_get_contact_groupid", row.logs ? 1 : 0));
   }
   service_->answer(groups(0));

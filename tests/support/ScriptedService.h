@@ -19,9 +19,9 @@ class ScriptedBinder : public RecordingBinder {
  public:
   enum Code : uint32_t {
     /** int32 status and the bytes of the answer in. */
-    kAnswer = LAST_CALL_TRANSACTION + 1,
+    kSetAnswer = LAST_CALL_TRANSACTION + 1,
     /** Code, flags and bytes of take(); nothing if that gives none. */
-    kTake,
+    kTakeRequest,
     /** Has the next request end the process. */
     kDie,
   };
@@ -31,11 +31,11 @@ class ScriptedBinder : public RecordingBinder {
                                uint32_t flags) override {
     const std::lock_guard lock(mutex_);
     switch (code) {
-      case kAnswer:
+      case kSetAnswer:
         status = data.readInt32();
         answer = Wire(bytesOf(data).substr(data.dataPosition()));
         return android::OK;
-      case kTake:
+      case kTakeRequest:
         if (const auto request = take()) {
           reply->writeUint32(request->code);
           reply->writeUint32(request->flags);
@@ -79,13 +79,13 @@ class ScriptedService {
     android::Parcel script;
     script.writeInt32(status);
     script.write(answer.bytes().data(), answer.bytes().size());
-    control(ScriptedBinder::kAnswer, script);
+    control(ScriptedBinder::kSetAnswer, script);
   }
 
   /** The only request since the last take; none if there was none or more than one. */
   std::optional<RecordingBinder::Request> take() {
     android::Parcel taken;
-    control(ScriptedBinder::kTake, {}, &taken);
+    control(ScriptedBinder::kTakeRequest, {}, &taken);
     if (taken.dataSize() == 0) return std::nullopt;
     RecordingBinder::Request request{taken.readUint32(), taken.readUint32(), ""};
     request.bytes = bytesOf(taken).substr(taken.dataPosition());
