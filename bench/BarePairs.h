@@ -12,8 +12,8 @@ struct FrameSizes {
 };
 
 /**
- * The baseline: pairs of stream sockets that carry the bytes of a request and its reply, without any other
- * work. To be made before the process that serves them is started.
+ * The baseline: pairs of stream sockets that carry the bytes of a request and its reply, without
+ * any other work. To be made before the process that serves them is started.
  */
 class BarePairs {
  public:

@@ -1,6 +1,6 @@
 /*
- * C calls from an application to a service process, compared with bare sockets: calls of several sizes from
- * one thread, and a short call from many threads.
+ * C calls from an application to a service process, compared with bare sockets: calls of several
+ * sizes from one thread, and a short call from many threads.
  */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>

@@ -1,5 +1,5 @@
-/* An event from a service process to the callback of one application, and to 64 of them in turn, compared
- * with bare sockets. */
+/* An event from a service process to the callback of one application, and to 64 of them in turn,
+ * compared with bare sockets. */
 #include <binder/IServiceManager.h>
 #include <binder/ProcessState.h>
 #include <com/qv/ICallService.h>

@@ -29,7 +29,8 @@ class SizeRecorder : public android::BBinder {
   android::sp<android::IBinder> service_;
 };
 
-/** The sizes of the frames of a call, which `call` makes by a proxy for a service in this process. */
+/** The sizes of the frames of a call, which `call` makes by a proxy for a service in this
+ * process. */
 template <class Proxy, class Service, class Call>
 FrameSizes frameSizes(Call call) {
   const android::sp<SizeRecorder> recorder = new SizeRecorder(new Service);

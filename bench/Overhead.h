@@ -16,8 +16,8 @@ struct OverheadCase {
 };
 
 /**
- * Registers services of this process that answer at once, and connects the library to them. Needs a private
- * runtime directory. A failure here, or in one of the calls, ends the program.
+ * Registers services of this process that answer at once, and connects the library to them. Needs a
+ * private runtime directory. A failure here, or in one of the calls, ends the program.
  */
 void connectToLocalServices();
 

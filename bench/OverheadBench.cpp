@@ -1,5 +1,5 @@
-/* The overhead of the library: C calls to services of the same process, compared with the same transactions
- * written by hand. */
+/* The overhead of the library: C calls to services of the same process, compared with the same
+ * transactions written by hand. */
 #include <benchmark/benchmark.h>
 
 #include <string>

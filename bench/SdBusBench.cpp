@@ -1,5 +1,5 @@
-/* The short call as a D-Bus method of systemd's library, between two processes directly and through a private
- * daemon. */
+/* The short call as a D-Bus method of systemd's library, between two processes directly and through
+ * a private daemon. */
 #include <spawn.h>
 #include <sys/socket.h>
 #include <sys/wait.h>

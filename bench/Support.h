@@ -8,7 +8,8 @@
 
 namespace vesk::bench {
 
-/** A BINDER_RUNTIME_DIR for this program and its children; also turns the log off. To be made first. */
+/** A BINDER_RUNTIME_DIR for this program and its children; also turns the log off. To be made
+ * first. */
 class PrivateRuntimeDir {
  public:
   PrivateRuntimeDir();
@@ -22,8 +23,8 @@ class PrivateRuntimeDir {
   std::string path_;
 };
 
-/** A child process that runs `work`, and is killed when this process ends. To be made before this process has
- * started a thread or made a call. */
+/** A child process that runs `work`, and is killed when this process ends. To be made before this
+ * process has started a thread or made a call. */
 class Child {
  public:
   explicit Child(const std::function<void()>& work);

@@ -81,7 +81,8 @@ constexpr void (*kNoCallInfoLog)(const char*, const vesk_call_info&) = nullptr;
 
 }  // namespace
 
-/* Two of the error texts name other events. They stay as they are, since people search logs for them. */
+/* Two of the error texts name other events. They stay as they are, since people search logs for
+ * them. */
 
 Status CallEventListener::dialCallStartEvent(const CommonParcelable& callInfo) {
   __android_log_print(ANDROID_LOG_INFO, kTag, "%s", __func__);

@@ -24,8 +24,8 @@ int binder_set_security(int index, const char* security) {
   if (service == nullptr) return -1;
   const CommonParcelable request(security, VESK_SECURITY_CONFIG_SIZE);
   service->setSecurityConfig(index, request);
-  // The reply has no record. Callers rely on the request being copied back to them, through a pointer that is
-  // only declared read-only.
+  // The reply has no record. Callers rely on the request being copied back to them, through a
+  // pointer that is only declared read-only.
   request.copyTo(const_cast<char*>(security), VESK_SECURITY_CONFIG_SIZE);
   return 0;
 }

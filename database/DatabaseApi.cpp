@@ -28,8 +28,8 @@ struct ExactSizeOrLog {
   }
 };
 
-/** Sends a record after the method's other arguments. The check afterwards is of the copy that was sent: it
- * is empty if a String8 could not allocate its memory. */
+/** Sends a record after the method's other arguments. The check afterwards is of the copy that was
+ * sent: it is empty if a String8 could not allocate its memory. */
 template <size_t kSize, class... Parameters, class... Arguments>
 int sendRecord(const char* function, const void* bytes, Status (IDatabaseService::*method)(Parameters...),
                Arguments... arguments) {

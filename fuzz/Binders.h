@@ -7,13 +7,14 @@
 
 namespace vesk::fuzz {
 
-/** Reads log messages instead of printing them, and sets a private BINDER_RUNTIME_DIR. Later calls do
- * nothing. */
+/** Reads log messages instead of printing them, and sets a private BINDER_RUNTIME_DIR. Later calls
+ * do nothing. */
 void setUp();
 
 /**
- * Fills a parcel with `bytes`, as if received from another process. In each flattened binder the reserved
- * bytes select the object: one of `objects`, another local one, a dead remote one, or none.
+ * Fills a parcel with `bytes`, as if received from another process. In each flattened binder the
+ * reserved bytes select the object: one of `objects`, another local one, a dead remote one, or
+ * none.
  */
 void fill(android::Parcel* parcel, Bytes bytes, std::span<const android::sp<android::IBinder>> objects = {});
 

@@ -1,6 +1,6 @@
 /*
- * Sends events to the library's three listeners. The application's callbacks must be called for well-formed
- * events only, and may read all of their arguments.
+ * Sends events to the library's three listeners. The application's callbacks must be called for
+ * well-formed events only, and may read all of their arguments.
  */
 #include <binder/IServiceManager.h>
 #include <com/qv/ICallService.h>

@@ -28,7 +28,8 @@ extern int calls;
 struct Transaction {
   /** An index into interfaces(). */
   uint8_t interface;
-  /** For a stub: no token precedes `data`. For a proxy: the transaction fails with the status `flags`. */
+  /** For a stub: no token precedes `data`. For a proxy: the transaction fails with the status
+   * `flags`. */
   bool isRaw;
   uint32_t code;
   uint32_t flags;

@@ -12,7 +12,8 @@
 
 namespace vesk::fuzz {
 
-/** Processes and objects that an input can name, by small numbers, although their real numbers are random. */
+/** Processes and objects that an input can name, by small numbers, although their real numbers are
+ * random. */
 struct Known {
   std::vector<uint64_t> processes;
   std::vector<uint64_t> objects;
@@ -25,13 +26,15 @@ struct Packet {
 };
 
 /**
- * What a process sends over a channel: packets, each after its size. A size with the highest bit set stands
- * for so many times 16 bytes of zeros that are not in the input; with the two highest, the next packet goes
- * over the socket. The packets hold about 100 kB at most, which goes into a socket's buffer at once.
+ * What a process sends over a channel: packets, each after its size. A size with the highest bit
+ * set stands for so many times 16 bytes of zeros that are not in the input; with the two highest,
+ * the next packet goes over the socket. The packets hold about 100 kB at most, which goes into a
+ * socket's buffer at once.
  */
 std::vector<Packet> packetsOf(Bytes bytes, const Known& known);
 
-/** The process at the other end of a channel, which sends packets without regard to what it receives. */
+/** The process at the other end of a channel, which sends packets without regard to what it
+ * receives. */
 class Sender {
  public:
   /** `slots` and `socket` are those of its end. */

@@ -1,5 +1,5 @@
-/* Reads and writes of a Parcel in any order: a failed read changes nothing, and what was read can be written
- * and read again. */
+/* Reads and writes of a Parcel in any order: a failed read changes nothing, and what was read can
+ * be written and read again. */
 #include <binder/Parcel.h>
 #include <com/qv/CommonParcelable.h>
 

@@ -1,4 +1,5 @@
-/* What a process reads from those that it calls: a service whose process answers with packets of any kind. */
+/* What a process reads from those that it calls: a service whose process answers with packets of
+ * any kind. */
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>

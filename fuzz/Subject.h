@@ -1,5 +1,5 @@
-/* Defines the function COM_QV_INTERFACE(), which returns the Interface for the rows of that interface.
- * Included once for each interface, by Interfaces.cpp. */
+/* Defines the function COM_QV_INTERFACE(), which returns the Interface for the rows of that
+ * interface. Included once for each interface, by Interfaces.cpp. */
 
 #define COM_QV_I COM_QV_CAT(I, COM_QV_INTERFACE)
 #define COM_QV_BN COM_QV_CAT(Bn, COM_QV_INTERFACE)

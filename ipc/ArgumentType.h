@@ -12,8 +12,8 @@
 
 namespace com::qv {
 
-/** The operations of one argument type behind function pointers. Marshalling goes through these, so that it
- * is compiled once and not for each parameter list. */
+/** The operations of one argument type behind function pointers. Marshalling goes through these, so
+ * that it is compiled once and not for each parameter list. */
 struct ArgumentType {
   status_t (*write)(Parcel* parcel, const void* value);
   status_t (*read)(const Parcel& parcel, void* value);

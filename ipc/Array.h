@@ -8,8 +8,8 @@
 
 namespace com::qv {
 
-/* The destinations of a list in the application's array. `isUsable` is false for an array without the
- * function that is needed: a mistake of the caller, and no reason for a call. */
+/* The destinations of a list in the application's array. `isUsable` is false for an array without
+ * the function that is needed: a mistake of the caller, and no reason for a call. */
 
 /** Stores each element at its index. */
 template <size_t kSize>
@@ -35,8 +35,8 @@ struct AppendTo {
   }
 };
 
-/** Calls a method with a list as out-argument. 0, also for a failed call, which is an empty list; -1 without
- * a client, when nothing of the array is read, or with an unusable array. */
+/** Calls a method with a list as out-argument. 0, also for a failed call, which is an empty list;
+ * -1 without a client, when nothing of the array is read, or with an unusable array. */
 template <class Client, class Destination, class Method>
 int fill(const ClientApi<Client>& service, Destination destination, Method method) {
   if (service.proxy() == nullptr || !destination.isUsable()) return -1;

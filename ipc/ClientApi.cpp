@@ -16,7 +16,8 @@ constinit ClientSlot* firstSlot = nullptr;
 struct ReleaseAtExit {
   ~ReleaseAtExit() {
     for (ClientSlot* slot = firstSlot; slot != nullptr; slot = slot->next_) {
-      // A forked child releases only a client that it has connected itself: the others are its parent's.
+      // A forked child releases only a client that it has connected itself: the others are its
+      // parent's.
       if (slot->connectedPid_ == ::getpid()) slot->disconnect();
     }
   }
@@ -48,8 +49,8 @@ void ClientSlot::unlinkFromDeath(const Connection& connection) {
 
 void ClientSlot::linkToDeath(const android::sp<ClientBase>& client) {
   if (client->binder->linkToDeath(client, nullptr, 0) != android::DEAD_OBJECT) return;
-  // The service died before the link, and the binder sends no obituary. The death is reported on a new
-  // thread, since the application may hold locks around its connect.
+  // The service died before the link, and the binder sends no obituary. The death is reported on a
+  // new thread, since the application may hold locks around its connect.
   try {
     std::thread([client] { client->binderDied(client->binder); }).detach();
   } catch (const std::exception&) {

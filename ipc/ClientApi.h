@@ -78,8 +78,8 @@ class ClientSlot {
       storeCallbacks();
       std::swap(current_, connection);
     }
-    // `connection` is the earlier one now. It is released without the lock, since its destructor may call
-    // back into here.
+    // `connection` is the earlier one now. It is released without the lock, since its destructor
+    // may call back into here.
     unlinkFromDeath(connection);
   }
 
@@ -102,10 +102,11 @@ class ClientSlot {
 };
 
 /**
- * The current client of a service, and the steps that all of its C functions share. Each C function calls one
- * member with a method of the proxy, its arguments and its failure values. The member keeps a reference to
- * the proxy during the call and ignores the Status: the out-values decide the result. All members may be
- * called from any thread. They are not inlined, so that they are compiled once for each parameter list.
+ * The current client of a service, and the steps that all of its C functions share. Each C function
+ * calls one member with a method of the proxy, its arguments and its failure values. The member
+ * keeps a reference to the proxy during the call and ignores the Status: the out-values decide the
+ * result. All members may be called from any thread. They are not inlined, so that they are
+ * compiled once for each parameter list.
  */
 template <class Client>
 class ClientApi : public ClientSlot {
@@ -114,8 +115,8 @@ class ClientApi : public ClientSlot {
   template <class... Parameters>
   using Method = android::binder::Status (Interface::*)(Parameters...);
 
-  /** The one object of the process. It is never destroyed, since calls and events may still use it while the
-   * process exits; only its client is released then. */
+  /** The one object of the process. It is never destroyed, since calls and events may still use it
+   * while the process exits; only its client is released then. */
   static ClientApi& instance() {
     static ClientApi& api = *new ClientApi;
     return api;
@@ -146,7 +147,8 @@ class ClientApi : public ClientSlot {
     return current_.client == nullptr ? nullptr : static_cast<const Client&>(*current_.client).service;
   }
 
-  /** A method whose reply is ignored. 0 once the call was made, even if it failed; -1 without a client. */
+  /** A method whose reply is ignored. 0 once the call was made, even if it failed; -1 without a
+   * client. */
   template <class... Parameters, class... Arguments>
   [[gnu::noinline]] int send(Method<Parameters...> method, Arguments... arguments) const {
     const android::sp<Interface> proxy = this->proxy();
@@ -160,7 +162,8 @@ class ClientApi : public ClientSlot {
     return 0;
   }
 
-  /** A method with one int32_t or bool as out-argument, which is the result; -1 or false on failure. */
+  /** A method with one int32_t or bool as out-argument, which is the result; -1 or false on
+   * failure. */
   template <class... Parameters, class... Arguments>
   int value(Method<Parameters...> method, Arguments... arguments) const {
     constexpr int kFailed = failed<OutValue<Parameters...>>();
@@ -178,15 +181,16 @@ class ClientApi : public ClientSlot {
     return result;
   }
 
-  /** A method with one record of `kSize` bytes as out-argument: 0 and the record copied to `record`, or -1
-   * and `record` untouched. */
+  /** A method with one record of `kSize` bytes as out-argument: 0 and the record copied to
+   * `record`, or -1 and `record` untouched. */
   template <size_t kSize, class... Parameters, class... Arguments>
   int fetch(void* record, Method<Parameters...> method, Arguments... arguments) const {
     return fetch(ExactSize{record, kSize}, method, arguments...);
   }
 
-  /** A method with one record as out-argument, which `rule.store(record)` accepts or refuses. -1 if it was
-   * refused; otherwise the method's int32_t out-argument, -1 before the call, or 0 if it has none. */
+  /** A method with one record as out-argument, which `rule.store(record)` accepts or refuses. -1 if
+   * it was refused; otherwise the method's int32_t out-argument, -1 before the call, or 0 if it has
+   * none. */
   template <class Rule, class... Parameters, class... Arguments>
   [[gnu::noinline]] int fetch(Rule rule, Method<Parameters...> method, Arguments... arguments) const {
     const android::sp<Interface> proxy = this->proxy();
@@ -202,7 +206,8 @@ class ClientApi : public ClientSlot {
     return rule.store(record) ? result : -1;
   }
 
-  /** A method with one text as out-argument. The result is that of `rule`, one of the rules in Text.h. */
+  /** A method with one text as out-argument. The result is that of `rule`, one of the rules in
+   * Text.h. */
   template <class Rule, class... Parameters, class... Arguments>
   [[gnu::noinline]] int text(IfNotConnected ifNotConnected, Rule rule, Method<Parameters...> method,
                              Arguments... arguments) const {
@@ -214,9 +219,9 @@ class ClientApi : public ClientSlot {
   }
 
   /**
-   * A method with a list of records as out-argument. Calls `store(index, bytes)` for each element of exactly
-   * `kSize` bytes; `index` counts these only. `store` returns false to stop. The result is the number of
-   * stored elements; -1 without a client.
+   * A method with a list of records as out-argument. Calls `store(index, bytes)` for each element
+   * of exactly `kSize` bytes; `index` counts these only. `store` returns false to stop. The result
+   * is the number of stored elements; -1 without a client.
    */
   template <size_t kSize, class Store>
   int list(Store store, Method<std::vector<CommonParcelable>*> method) const {
@@ -250,8 +255,8 @@ class ClientApi : public ClientSlot {
     }
   }
 
-  /** Calls the method with the C function's arguments converted to its parameters. A null text raises the
-   * standard library's logic error here. */
+  /** Calls the method with the C function's arguments converted to its parameters. A null text
+   * raises the standard library's logic error here. */
   template <class... Parameters, class... Arguments>
   static void invoke(Interface& proxy, Method<Parameters...> method, const Arguments&... arguments) {
     (proxy.*method)(static_cast<Parameters>(arguments)...);

@@ -1,6 +1,6 @@
 /*
- * Defines the classes that <com/qv/detail/DeclareInterface.h> declares. Included once per interface with
- * COM_QV_INTERFACE defined, for example as CallService.
+ * Defines the classes that <com/qv/detail/DeclareInterface.h> declares. Included once per interface
+ * with COM_QV_INTERFACE defined, for example as CallService.
  */
 
 #include <com/qv/detail/Methods.h>
@@ -48,8 +48,8 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
     : android::BpInterface<COM_QV_I>(remote) {}
 [[gnu::flatten]] COM_QV_BP::~COM_QV_BP() = default;
 
-/** One instance for each parameter list. `code` is last, so that the other arguments stay in their registers.
- */
+/** One instance for each parameter list. `code` is last, so that the other arguments stay in their
+ * registers. / */
 template <class... Parameters>
 [[gnu::noinline]] android::binder::Status COM_QV_BP::callRemote(Parameters... parameters, uint32_t code) {
   using Types = SignatureOf<Parameters...>;

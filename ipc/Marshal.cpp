@@ -36,8 +36,8 @@ status_t read(const Parcel& parcel, CommonParcelable* value) {
 
 status_t write(Parcel* parcel, const std::vector<CommonParcelable>& value) {
   if (value.size() > static_cast<size_t>(std::numeric_limits<int32_t>::max())) return android::BAD_VALUE;
-  // Reserves the memory of the whole list at once: its count, each element's marker, length, bytes and zeros.
-  // A failure shows in the writes below.
+  // Reserves the memory of the whole list at once: its count, each element's marker, length, bytes
+  // and zeros. A failure shows in the writes below.
   size_t room = sizeof(int32_t);
   for (const CommonParcelable& element : value) room += 3 * sizeof(int32_t) + element.blob().length();
   static_cast<void>(parcel->setDataCapacity(parcel->dataSize() + room));

@@ -7,7 +7,8 @@
 #include <com/qv/CommonParcelable.h>
 #include <utils/String16.h>
 
-/* The wire form of each argument type: one pair of functions. A failed `read` leaves the value untouched. */
+/* The wire form of each argument type: one pair of functions. A failed `read` leaves the value
+ * untouched. */
 namespace com::qv {
 
 using android::Parcel;

@@ -26,8 +26,9 @@ class Values {
   ArgumentStorage storage_[kMaxParameters];
 };
 
-/** Calls `f` with the index of each out-parameter in the order of a reply: the last one first, since it is
- * the method's return value, then the others as declared. Stops at the first failure. */
+/** Calls `f` with the index of each out-parameter in the order of a reply: the last one first,
+ * since it is the method's return value, then the others as declared. Stops at the first
+ * failure. */
 template <class F>
 status_t forEachOut(size_t count, F f) {
   if (count == 0) return android::OK;

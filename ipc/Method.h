@@ -11,16 +11,16 @@
 #include "ipc/ArgumentType.h"
 
 /*
- * The two ends of a method: callMethod in the proxy, serveMethod in the stub. Both interpret a Signature, the
- * description of a parameter list, and handle arguments by address.
+ * The two ends of a method: callMethod in the proxy, serveMethod in the stub. Both interpret a
+ * Signature, the description of a parameter list, and handle arguments by address.
  */
 namespace com::qv {
 
 /** The limit of the list macros in <com/qv/detail/Methods.h>. */
 constexpr size_t kMaxParameters = 8;
 
-/** A method of any interface and any parameter list; cast back to its own type before the call. With
- * std::bit_cast, since -Wcast-function-type objects to the other casts. */
+/** A method of any interface and any parameter list; cast back to its own type before the call.
+ * With std::bit_cast, since -Wcast-function-type objects to the other casts. */
 using AnyMethod = android::binder::Status (android::IInterface::*)();
 
 /** A parameter list: the in-parameters, then the out-parameters. */
@@ -85,8 +85,8 @@ struct SignatureOf {
 /**
  * Calls a method of a remote object.
  *
- * @param values the addresses of the arguments; out-values are written only when the whole reply has been
- * read
+ * @param values the addresses of the arguments; out-values are written only when the whole reply has
+ *               been read
  */
 android::binder::Status callMethod(android::IBinder* remote, const android::String16& token, uint32_t code,
                                    const Signature& signature, void* const* values);

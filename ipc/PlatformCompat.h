@@ -17,8 +17,8 @@ const char* bytesOf(const String& string) {
   }
 }
 
-/** Reads a blob. The older form reports no error but returns an empty blob, which no receiver accepts as a
- * record. */
+/** Reads a blob. The older form reports no error but returns an empty blob, which no receiver
+ * accepts as a record. */
 template <typename Parcel, typename String>
 android::status_t readBlob(const Parcel& parcel, String* blob) {
   if constexpr (requires { parcel.readString8(blob); }) {

@@ -5,8 +5,8 @@
 
 namespace com::qv {
 
-/** A small value that any thread replaces as a whole or reads by copy. It has no destructor: events may still
- * read it while the process exits. */
+/** A small value that any thread replaces as a whole or reads by copy. It has no destructor: events
+ * may still read it while the process exits. */
 template <class T>
 class Synchronized {
   static_assert(std::is_trivially_destructible_v<T> && std::is_trivially_destructible_v<std::mutex>);

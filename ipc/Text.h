@@ -4,8 +4,8 @@
 
 namespace com::qv {
 
-/* The rules for copying a text to the caller's buffer. `store` returns the C function's result. Nothing is
- * written with a size of 0 or less. */
+/* The rules for copying a text to the caller's buffer. `store` returns the C function's result.
+ * Nothing is written with a size of 0 or less. */
 
 /** Always terminated, truncated to fit. */
 struct Truncate {
@@ -21,8 +21,8 @@ struct AllOrNothing {
   int store(const std::string& text) const;
 };
 
-/** Truncated to fit, and the rest of the buffer filled with zeros. For an empty text the result is `onEmpty`
- * and nothing is written. */
+/** Truncated to fit, and the rest of the buffer filled with zeros. For an empty text the result is
+ * `onEmpty` and nothing is written. */
 struct TruncateZeroFill {
   char* buffer;
   int size;

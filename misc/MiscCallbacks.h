@@ -18,8 +18,8 @@ inline constexpr vesk_misc_callbacks kNoCallbacks{
 /** The callbacks of the current connection. */
 inline constinit Synchronized<vesk_misc_callbacks> miscCallbacks{kNoCallbacks};
 
-/** Calls the application's callback. There is no test for null: the application has to give a function for
- * each event. */
+/** Calls the application's callback. There is no test for null: the application has to give a
+ * function for each event. */
 template <class... Parameters, class... Arguments>
 android::binder::Status notify(void (*vesk_misc_callbacks::*callback)(Parameters...),
                                Arguments... arguments) {

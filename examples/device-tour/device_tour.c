@@ -1,6 +1,6 @@
 /*
- * Uses each of the six services of the simulated device, and checks every result. The records have the
- * layouts of that device, which docs/simulated-device.md lists.
+ * Uses each of the six services of the simulated device, and checks every result. The records have
+ * the layouts of that device, which docs/simulated-device.md lists.
  */
 
 /* For nanosleep() and clock_gettime() in strict C. */

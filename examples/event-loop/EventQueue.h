@@ -8,8 +8,8 @@
 #include <vector>
 
 /**
- * Passes events from the library's threads to the main loop: callbacks call post(); the loop polls fd() and
- * calls take().
+ * Passes events from the library's threads to the main loop: callbacks call post(); the loop polls
+ * fd() and calls take().
  */
 template <class Event>
 class EventQueue {

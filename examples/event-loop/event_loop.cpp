@@ -1,6 +1,6 @@
 /*
- * event_loop NUMBER: calls NUMBER and prints the events, until SIGINT or SIGTERM. If the call service dies,
- * it connects and calls again.
+ * event_loop NUMBER: calls NUMBER and prints the events, until SIGINT or SIGTERM. If the call
+ * service dies, it connects and calls again.
  *
  * All decisions are made on the main thread, in one loop that waits for signals and events.
  */
@@ -106,8 +106,8 @@ class Caller {
   int channel_ = kNone;
 };
 
-/** A descriptor that becomes readable on SIGINT and SIGTERM. To be called before any thread starts, since
- * threads inherit the blocked signals. */
+/** A descriptor that becomes readable on SIGINT and SIGTERM. To be called before any thread starts,
+ * since threads inherit the blocked signals. */
 int endSignals() {
   sigset_t signals;
   sigemptyset(&signals);

@@ -1,4 +1,5 @@
-/* Serves three methods of the call service, and refuses the others with EX_UNSUPPORTED_OPERATION. */
+/* Serves three methods of the call service, and refuses the others with
+ * EX_UNSUPPORTED_OPERATION. */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
 #include <com/qv/ICallService.h>

@@ -1,4 +1,5 @@
-/* The four kinds of results, a number, a text, a record and a list of records, and their failures. */
+/* The four kinds of results, a number, a text, a record and a list of records, and their
+ * failures. */
 #include <assert.h>
 #include <stdint.h>
 #include <stdio.h>
@@ -18,8 +19,8 @@ static void show_number(void) {
 static void show_text(void) {
   char greeting[32] = "";
   binder_set_greeting_word("Good morning");
-  /* A long text is truncated; the buffer always ends with a zero byte. Without a connection it keeps its
-   * content. */
+  /* A long text is truncated; the buffer always ends with a zero byte. Without a connection it
+   * keeps its content. */
   binder_get_greeting_word(greeting, sizeof(greeting));
   printf("the greeting is '%s'\n", greeting);
 }

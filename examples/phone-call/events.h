@@ -1,8 +1,8 @@
 /*
  * Passes events from the library's threads to the application's main thread.
  *
- * The service waits until a callback returns. So the callbacks only copy the event into a queue, from which
- * the main thread takes it.
+ * The service waits until a callback returns. So the callbacks only copy the event into a queue,
+ * from which the main thread takes it.
  */
 #ifndef EVENTS_H
 #define EVENTS_H

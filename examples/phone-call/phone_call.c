@@ -1,11 +1,12 @@
 /*
- * A first application: it makes and takes phone calls through the call service and prints the events.
+ * A first application: it makes and takes phone calls through the call service and prints the
+ * events.
  *
  *   phone_call            a call, a conference, an engaged number, an incoming call
  *   phone_call --outage   then also waits until the call service is killed and started again
  *
- * It exits with 0 only if every step succeeded. The numbers and the states of a call are those of the
- * simulated device; see docs/simulated-device.md.
+ * It exits with 0 only if every step succeeded. The numbers and the states of a call are those of
+ * the simulated device; see docs/simulated-device.md.
  */
 #include <stdio.h>
 #include <string.h>

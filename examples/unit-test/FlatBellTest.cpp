@@ -1,6 +1,6 @@
 /*
- * A unit test of flat_bell.c without a device, with a fake call service. The fake runs in the test's own
- * process, in the last test in another one, which that test kills.
+ * A unit test of flat_bell.c without a device, with a fake call service. The fake runs in the
+ * test's own process, in the last test in another one, which that test kills.
  */
 #include <binder/IPCThreadState.h>
 #include <binder/IServiceManager.h>
@@ -23,7 +23,8 @@ namespace {
 
 using android::binder::Status;
 
-/** Accepts calls to 200, fails with an exception for 666, and refuses other numbers with a reason. */
+/** Accepts calls to 200, fails with an exception for 666, and refuses other numbers with a
+ * reason. */
 class FakeCallService : public com::qv::DefaultCallService {
  public:
   Status registerCallEventListener(const android::sp<com::qv::ICallEventListener>& listener) override {

@@ -1,5 +1,6 @@
 /*
- * The bell of a flat: tries the telephones of the residents in turn until the call service accepts a call.
+ * The bell of a flat: tries the telephones of the residents in turn until the call service accepts
+ * a call.
  */
 #ifndef FLAT_BELL_H
 #define FLAT_BELL_H
@@ -11,7 +12,8 @@
 extern "C" {
 #endif
 
-/* To be called first, and again after the service has died. False if the call service is not running. */
+/* To be called first, and again after the service has died. False if the call service is not
+ * running. */
 bool flat_bell_connect(void);
 
 /* True from a successful connect until the service dies. */

@@ -12,14 +12,14 @@
 namespace android::transport {
 
 /**
- * Runs code that may block, such as the application's, for threads that must not. Each callback has a thread
- * to itself, so that none waits for another; only while there can be no more threads they queue for those
- * that exist.
+ * Runs code that may block, such as the application's, for threads that must not. Each callback has
+ * a thread to itself, so that none waits for another; only while there can be no more threads they
+ * queue for those that exist.
  */
 class CallbackExecutor {
  public:
-  /** Starts the first thread, which never ends. False if there can be none. `mask` is the signal mask of all
-   * threads. */
+  /** Starts the first thread, which never ends. False if there can be none. `mask` is the signal
+   * mask of all threads. */
   bool start(const sigset_t& mask);
 
   /** Never blocks. */

@@ -140,8 +140,8 @@ void Channel::spin() {
   for (unsigned looks = 1; !state_->slots.in().isFull() && passed < duration; ++looks) {
     pauseProcessor();
     if (looks % kLooksPerYield != 0) continue;
-    // The other side may be waiting for this processor: the scheduler expects a thread that wakes another to
-    // sleep next.
+    // The other side may be waiting for this processor: the scheduler expects a thread that wakes
+    // another to sleep next.
     ::sched_yield();
     passed = Clock::now() - start;
   }

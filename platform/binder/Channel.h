@@ -21,9 +21,9 @@
 namespace android::transport {
 
 /**
- * A connection that carries frames between a caller and a server thread, one at a time. A frame goes through
- * a shared slot, and what doesn't fit follows over the socket. The end of the socket is that of the channel.
- * After an error the channel is of no more use.
+ * A connection that carries frames between a caller and a server thread, one at a time. A frame
+ * goes through a shared slot, and what doesn't fit follows over the socket. The end of the socket
+ * is that of the channel. After an error the channel is of no more use.
  *
  * One thread at a time uses a channel. retire() may be called from any.
  */
@@ -34,28 +34,32 @@ class Channel {
   Channel(const Channel&) = delete;
   Channel& operator=(const Channel&) = delete;
 
-  /** Has the reactor watch for the end, once and before anything else; `onEnd` is called by it then. */
+  /** Has the reactor watch for the end, once and before anything else; `onEnd` is called by it
+   * then. */
   status_t watchEnd(Reactor* reactor, std::function<void()> onEnd = {});
 
   /**
-   * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the other side is
-   * gone, WOULD_BLOCK if it has not taken the frame before by the deadline, FAILED_TRANSACTION for other
-   * errors. A request, and a reply without objects, is to be followed by a wait for the next frame.
+   * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the
+   * other side is gone, WOULD_BLOCK if it has not taken the frame before by the deadline,
+   * FAILED_TRANSACTION for other errors. A request, and a reply without objects, is to be followed
+   * by a wait for the next frame.
    */
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {}, const Deadline& deadline = {});
 
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,
-   * WOULD_BLOCK at the deadline, FAILED_TRANSACTION if the frame is not valid or there is no memory for it.
+   * WOULD_BLOCK at the deadline, FAILED_TRANSACTION if the frame is not valid or there is no memory
+   * for it.
    */
   status_t receive(FrameHeader* header, Parcel* data, const Deadline& deadline = {});
 
-  /** Serving side: waits until there is a request to receive. DEAD_OBJECT at the end, and once the channel
-   * was retired. */
+  /** Serving side: waits until there is a request to receive. DEAD_OBJECT at the end, and once the
+   * channel was retired. */
   status_t awaitRequest();
 
-  /** Serving side: ends awaitRequest(), unless there is a request. False if no thread waits there. */
+  /** Serving side: ends awaitRequest(), unless there is a request. False if no thread waits
+   * there. */
   bool retire();
   /** Serving side: how many requests there were. */
   uint32_t requests() const { return state_->requests.load(std::memory_order_relaxed); }
@@ -63,7 +67,8 @@ class Channel {
   /** Whether the other side is known to be gone. */
   bool hasEnded() const { return state_->stage.load(std::memory_order_relaxed) == kEnded; }
 
-  /** Whether the other side has not taken the last frame. Once the channel has ended, it never will. */
+  /** Whether the other side has not taken the last frame. Once the channel has ended, it never
+   * will. */
   bool hasUntaken() { return !state_->slots.out().isEmpty(); }
   /** Waits until the other side has taken the last frame; false if the channel ends before. */
   bool awaitTaken() { return !hasUntaken() || awaitRoom({}) == OK; }
@@ -78,8 +83,8 @@ class Channel {
 
   enum Stage : uint32_t { kOpen, kRetired, kEnded };
 
-  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep at the
-   * slots. */
+  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep
+   * at the slots. */
   struct State {
     explicit State(SharedSlots s) : slots(std::move(s)) {}
 
@@ -90,8 +95,8 @@ class Channel {
     std::atomic<uint32_t> requests{0};
   };
 
-  /** Wakes the threads of this side, and again after a while if one still sleeps: the other side can undo
-   * what wakes it. */
+  /** Wakes the threads of this side, and again after a while if one still sleeps: the other side
+   * can undo what wakes it. */
   static void end(Reactor* reactor, const std::shared_ptr<State>& state);
 
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);

@@ -18,11 +18,12 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/** A process that is stopped or stuck accepts nothing when its queue is full. The error number; EAGAIN at the
- * deadline. */
+/** A process that is stopped or stuck accepts nothing when its queue is full. The error number;
+ * EAGAIN at the deadline. */
 int connectBy(Clock::time_point deadline, int socket, const sockaddr_un& address) {
   for (;;) {
-    // A time limit of 0 would mean none. It is set for each attempt, so that signals don't extend the wait.
+    // A time limit of 0 would mean none. It is set for each attempt, so that signals don't extend
+    // the wait.
     const int leftMs = std::max(1, millisecondsUntil(deadline));
     timeval limit = {};
     limit.tv_sec = leftMs / 1000;

@@ -52,8 +52,8 @@ void HolderProcess::sendDeath(ObjectDeath number) {
   const auto sending = [&] {
     return ::send(watch_.get(), &number, sizeof(number), MSG_NOSIGNAL | MSG_DONTWAIT);
   };
-  // A process that has left so many unread is stuck: this one counts as dead to it, and not the object as
-  // alive.
+  // A process that has left so many unread is stuck: this one counts as dead to it, and not the
+  // object as alive.
   if (retryOnInterrupt(sending) < 0) ::shutdown(watch_.get(), SHUT_RDWR);
 }
 

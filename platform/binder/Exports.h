@@ -30,9 +30,11 @@ class HolderProcess {
   int watch() const { return watch_.get(); }
   Reactor::Key watchKey = 0;
 
-  /** Counts a reference. False if the holder is dead already, or the object has lost that number. */
+  /** Counts a reference. False if the holder is dead already, or the object has lost that
+   * number. */
   bool hold(uint64_t number, const sp<BBinder>& object);
-  /** Drops a reference. The object if it was the last one, so that it is destroyed without a lock. */
+  /** Drops a reference. The object if it was the last one, so that it is destroyed without a
+   * lock. */
   sp<BBinder> drop(uint64_t number);
   /** Drops all references to an object; null if there was none. */
   sp<BBinder> forget(uint64_t number);
@@ -66,8 +68,8 @@ class Exports {
   sp<BBinder> find(uint64_t number);
   /** The object of that number is destroyed. */
   void remove(uint64_t number);
-  /** Takes the object's number away for good; 0 if it has none. All references by that number are dropped;
-   * `holders` are the processes that had some. */
+  /** Takes the object's number away for good; 0 if it has none. All references by that number are
+   * dropped; `holders` are the processes that had some. */
   uint64_t retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders);
   static bool isNumberOf(const BBinder& object, uint64_t number) {
     return object.exportedAs_.load() == number;

@@ -7,17 +7,19 @@
 /*
  * The protocol between two processes, in the byte order of the machine that both run on.
  *
- * A connection begins with the Hello of the process that connects. The owner answers the Hello of a watch
- * connection with its own, and the end of this connection is the death of the other process. Over it, the
- * owner sends an ObjectDeath for each object that dies while its process lives, and the holder sends
- * Releases.
+ * A connection begins with the Hello of the process that connects. The owner answers the Hello of a
+ * watch connection with its own, and the end of this connection is the death of the other process.
+ * Over it, the owner sends an ObjectDeath for each object that dies while its process lives, and
+ * the holder sends Releases.
  *
- * With the Hello of a channel comes the descriptor of its SharedSlots. Frames go through them: a FrameHeader,
- * the parcel's data, and an ObjectEntry for each binder in it; the part that doesn't fit into a slot follows
- * over the socket. The caller sends a request or an acquire, and the server answers it with a reply. A reply
- * that holds binders is followed by a claimed frame: until then its sender holds them.
+ * With the Hello of a channel comes the descriptor of its SharedSlots. Frames go through them: a
+ * FrameHeader, the parcel's data, and an ObjectEntry for each binder in it; the part that doesn't
+ * fit into a slot follows over the socket. The caller sends a request or an acquire, and the server
+ * answers it with a reply. A reply that holds binders is followed by a claimed frame: until then
+ * its sender holds them.
  *
- * The server may close a channel at any time. A frame that it has not taken from the slot was not received.
+ * The server may close a channel at any time. A frame that it has not taken from the slot was not
+ * received.
  */
 namespace android::transport {
 
@@ -49,7 +51,8 @@ enum class FrameKind : uint32_t {
   kAcquire = 4,
 };
 
-/** In a request: the one before was answered a moment ago, so the next is likely to follow as fast. */
+/** In a request: the one before was answered a moment ago, so the next is likely to follow as
+ * fast. */
 constexpr uint32_t kHintBackToBack = 1;
 
 struct FrameHeader {
@@ -65,8 +68,8 @@ struct FrameHeader {
   uint32_t hints = 0;
 };
 
-/** A binder in the data: the process it lives in, its number there, and where its place in the data begins.
- */
+/** A binder in the data: the process it lives in, its number there, and where its place in the data
+ * begins. / */
 struct ObjectEntry {
   uint64_t owner;
   uint64_t number;

@@ -9,7 +9,8 @@
 
 namespace android::transport {
 
-/** The unused channels to a process. The one used last is taken first: its memory is in the caches. */
+/** The unused channels to a process. The one used last is taken first: its memory is in the
+ * caches. */
 class IdleChannels {
  public:
   /** One that has not ended as far as this process knows; null if there is none. */

@@ -25,7 +25,8 @@ namespace {
 /** Until a failure for want of descriptors or threads is followed by another attempt. */
 constexpr std::chrono::milliseconds kRetryTime(50);
 constexpr std::chrono::seconds kHelloTimeout(5);
-/** More than ever connect at a time, and few enough to leave descriptors for those that send a Hello. */
+/** More than ever connect at a time, and few enough to leave descriptors for those that send a
+ * Hello. */
 constexpr size_t kMaxPendingConnections = 512;
 
 }  // namespace

@@ -24,8 +24,8 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /**
- * How long a process may take to answer that it can be watched or that an object may be held, for which none
- * of its own code has to run. A process that is stopped or stuck counts as out of reach.
+ * How long a process may take to answer that it can be watched or that an object may be held, for
+ * which none of its own code has to run. A process that is stopped or stuck counts as out of reach.
  */
 constexpr std::chrono::milliseconds kAnswerTimeout(5000);
 /** How often a frame is sent that the owner has not taken from channels that ended. */
@@ -33,8 +33,8 @@ constexpr int kMaxAttempts = 4;
 
 Clock::time_point answerDeadline() { return Clock::now() + kAnswerTimeout; }
 
-/** Logs why a process can't be reached, unless that was the last failure. Not to be called under a lock: the
- * application's logger may use the binder. */
+/** Logs why a process can't be reached, unless that was the last failure. Not to be called under a
+ * lock: the application's logger may use the binder. */
 void logOnce(const std::string& failure) {
   static std::mutex& mutex = *new std::mutex;
   static std::string& last = *new std::string;
@@ -56,8 +56,8 @@ status_t OwnerProcess::connect() {
     if (connected_) return *connected_;
     connected_ = status = openWatch(&failure);
     if (status != OK) {
-      // The threads that waited for this attempt share its failure. The next makes a new one, since the cause
-      // may have gone.
+      // The threads that waited for this attempt share its failure. The next makes a new one, since
+      // the cause may have gone.
       dead_.store(true, std::memory_order_release);
       Transport::self().owners.remove(*this);
     }

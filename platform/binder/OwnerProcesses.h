@@ -25,7 +25,8 @@ class BpBinder;
 
 namespace android::transport {
 
-/** Another process whose objects this one holds: the channels to it and the proxies of its objects. */
+/** Another process whose objects this one holds: the channels to it and the proxies of its
+ * objects. */
 class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
  public:
   explicit OwnerProcess(uint64_t process, bool dead = false) : id_(process), dead_(dead) {}
@@ -33,8 +34,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   uint64_t id() const { return id_; }
   bool isDead() const { return dead_.load(); }
 
-  /** Makes the watch connection, if there is none yet. After a failure this OwnerProcess is of no more use.
-   */
+  /** Makes the watch connection, if there is none yet. After a failure this OwnerProcess is of no
+   * more use. / */
   status_t connect();
 
   /** The one proxy of an object. DEAD_OBJECT if the object is dead. */
@@ -60,7 +61,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   status_t acquire(uint64_t number);
   /** Never waits. Under the lock. */
   void release(uint64_t number);
-  /** As many as the watch connection takes; the reactor waits for room for the others. Under the lock. */
+  /** As many as the watch connection takes; the reactor waits for room for the others. Under the
+   * lock. */
   void sendReleases();
   /** Under the lock. */
   sp<BpBinder> knownProxy(uint64_t number);
@@ -80,8 +82,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   uint32_t watchedEvents_ = 0;
   std::vector<Release> unsentReleases_;
   std::unordered_map<uint64_t, wp<BpBinder>> proxies_;
-  /** Objects that threads are about to acquire, and whether they died meanwhile. The deaths of others need
-   * not be remembered: their process answers that they are dead. */
+  /** Objects that threads are about to acquire, and whether they died meanwhile. The deaths of
+   * others need not be remembered: their process answers that they are dead. */
   struct Acquiring {
     int threads = 0;
     bool isDead = false;

@@ -15,8 +15,9 @@ using transport::FlatBinder;
 
 namespace {
 
-// A string that shares the parcel's contents keeps all of them alive, so neither large contents nor short
-// texts are shared. A list of 100 records is below the limit; sharing it saves 100 allocations.
+// A string that shares the parcel's contents keeps all of them alive, so neither large contents nor
+// short texts are shared. A list of 100 records is below the limit; sharing it saves 100
+// allocations.
 constexpr size_t kMaxSharedCapacity = 64 * 1024;
 constexpr size_t kMinSharedText = 64;
 

@@ -10,8 +10,8 @@
 namespace android::transport {
 
 /**
- * A binder in a parcel's contents. It is a placeholder: the parcel's table of objects has the object, and in
- * a frame the table of the frame. A null binder has no entry there and `present` 0.
+ * A binder in a parcel's contents. It is a placeholder: the parcel's table of objects has the
+ * object, and in a frame the table of the frame. A null binder has no entry there and `present` 0.
  */
 struct FlatBinder {
   uint32_t type = kType;
@@ -29,7 +29,8 @@ class ParcelAccess {
 
   static std::span<const Object> objects(const Parcel& parcel) { return parcel.objects_; }
 
-  /** Replaces the contents with `size` bytes, which the caller fills; null if there is no memory for them. */
+  /** Replaces the contents with `size` bytes, which the caller fills; null if there is no memory
+   * for them. */
   static uint8_t* prepare(Parcel* parcel, size_t size);
 
   /** Whether there is a non-null FlatBinder at `offset`. */

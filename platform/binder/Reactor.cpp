@@ -12,8 +12,8 @@ namespace android::transport {
 
 namespace {
 
-/** The application's signal handlers run on the application's threads; faults must be seen where they happen.
- */
+/** The application's signal handlers run on the application's threads; faults must be seen where
+ * they happen. / */
 sigset_t maskOfReactor() {
   sigset_t mask;
   sigfillset(&mask);

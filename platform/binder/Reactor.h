@@ -18,9 +18,9 @@
 namespace android::transport {
 
 /**
- * The thread that watches descriptors. It calls their handlers, one at a time, without holding a lock. A
- * handler must not block, must not run the application's code, and must not log: callbacks() does that for
- * it.
+ * The thread that watches descriptors. It calls their handlers, one at a time, without holding a
+ * lock. A handler must not block, must not run the application's code, and must not log:
+ * callbacks() does that for it.
  */
 class Reactor {
  public:
@@ -28,12 +28,12 @@ class Reactor {
   /** Names a watched descriptor; never used twice. 0 names none. */
   using Key = uint64_t;
 
-  /** Calls `handler` while `fd` has one of the epoll events. `key` is set before the first call. Logs
-   * nothing. */
+  /** Calls `handler` while `fd` has one of the epoll events. `key` is set before the first call.
+   * Logs nothing. */
   status_t add(int fd, uint32_t events, Handler handler, Key* key);
   void setEvents(Key key, uint32_t events);
-  /** Ends the watch, before the descriptor is closed. The handler may still run once if another thread calls
-   * this. */
+  /** Ends the watch, before the descriptor is closed. The handler may still run once if another
+   * thread calls this. */
   void remove(Key key);
 
   /** Calls `handler` once. To be used by handlers only. */

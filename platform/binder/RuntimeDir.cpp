@@ -84,8 +84,8 @@ std::optional<Address> parse(std::string_view text) {
   return address;
 }
 
-/** Connects to a socket and leaves again, without waiting; the error number. EAGAIN is that of a queue that
- * is full. */
+/** Connects to a socket and leaves again, without waiting; the error number. EAGAIN is that of a
+ * queue that is full. */
 int probe(const sockaddr_un& address) {
   const UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket.valid()) return errno;
@@ -120,8 +120,9 @@ bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
 }
 
 /**
- * Keeps others from changing names between a look and an act: without it, an exiting process might remove its
- * successor's name. Only for a while, since a process that is stopped in the middle must not stop all others.
+ * Keeps others from changing names between a look and an act: without it, an exiting process might
+ * remove its successor's name. Only for a while, since a process that is stopped in the middle must
+ * not stop all others.
  */
 class NamesLock {
  public:
@@ -165,8 +166,9 @@ int faultOfDirectory(std::string* fault) {
 status_t statusOfFault(int error) { return error == ENOENT ? -error : PERMISSION_DENIED; }
 
 /**
- * Removes what processes have left that were killed. A socket on which nobody listens is a dead process's;
- * one that isn't ready yet, and a link that isn't a name yet, is so if nobody else has the lock.
+ * Removes what processes have left that were killed. A socket on which nobody listens is a dead
+ * process's; one that isn't ready yet, and a link that isn't a name yet, is so if nobody else has
+ * the lock.
  */
 void sweep(const NamesLock& lock) {
   forEachEntry([&](const std::string& name) {
@@ -201,7 +203,8 @@ bool socketAddress(uint64_t process, sockaddr_un* address) {
 status_t openSocket(uint64_t process, UniqueFd* socket, std::string* failure) {
   const NamesLock lock;
   sweep(lock);
-  // Others take a socket on which nobody listens for a dead one, so it gets its name only when it is ready.
+  // Others take a socket on which nobody listens for a dead one, so it gets its name only when it
+  // is ready.
   const std::string unready = kUnreadySocketPrefix + hex(process);
   sockaddr_un address;
   UniqueFd opened(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));

@@ -16,9 +16,9 @@ class HolderProcess;
 struct Transport;
 
 /**
- * The channels that this process serves, each on a thread of its own. Those that wait for a request are
- * closed when the process needs room, and all but a few once they were unused for some seconds: the caller
- * opens another when it needs one.
+ * The channels that this process serves, each on a thread of its own. Those that wait for a request
+ * are closed when the process needs room, and all but a few once they were unused for some seconds:
+ * the caller opens another when it needs one.
  */
 class ServedChannels {
  public:
@@ -27,7 +27,8 @@ class ServedChannels {
   /** Serves a channel until it ends. The Hello is still in the socket. */
   void serve(UniqueFd socket, const std::shared_ptr<HolderProcess>& holder, uid_t uid);
 
-  /** Closes nearly all channels that wait for a request, for their threads, descriptors and memory. */
+  /** Closes nearly all channels that wait for a request, for their threads, descriptors and
+   * memory. */
   void makeRoom();
 
   /** Closes unused channels from now on. Called by the reactor when there is another channel. */

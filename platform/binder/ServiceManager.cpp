@@ -60,8 +60,8 @@ class ServiceManager : public IServiceManager {
     if (fileName.empty()) return nullptr;
     sp<IBinder> service;
     const auto address = runtime_dir::lookUp(fileName);
-    // Asked of the kernel, since the obituary of a process whose objects are held here may still be on its
-    // way.
+    // Asked of the kernel, since the obituary of a process whose objects are held here may still be
+    // on its way.
     if (address && runtime_dir::isListening(address->process)) {
       Transport::self().objectAt(*address, &service);
     }
@@ -75,7 +75,8 @@ class ServiceManager : public IServiceManager {
     Address address;
     if (const status_t status = transport.addressOf(service.get(), &address); status != OK) return status;
     if (const status_t status = runtime_dir::prepare(); status != OK) return status;
-    // Both are destroyed and logged without the lock, under which the application's code must not run.
+    // Both are destroyed and logged without the lock, under which the application's code must not
+    // run.
     sp<IBinder> before;
     std::string failure;
     // Of two threads that register a name, the one that publishes last has its object kept.

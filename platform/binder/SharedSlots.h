@@ -10,10 +10,11 @@
 namespace android::transport {
 
 /**
- * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the other takes
- * them out, and each can sleep until that is possible.
+ * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the
+ * other takes them out, and each can sleep until that is possible.
  *
- * A hostile process may change all of it at any time: everything is read once, and checked after that.
+ * A hostile process may change all of it at any time: everything is read once, and checked after
+ * that.
  */
 class SharedSlot {
  public:
@@ -46,8 +47,8 @@ class SharedSlot {
   size_t size() const { return *const_cast<const volatile uint32_t*>(&size_); }
   uint8_t* bytes() { return bytes_; }
 
-  /** The receiver, or the sender, sleeps; not if `isOver` holds, and perhaps not long enough. False at the
-   * deadline. The thread that makes `isOver` hold calls rouse...() after that. */
+  /** The receiver, or the sender, sleeps; not if `isOver` holds, and perhaps not long enough. False
+   * at the deadline. The thread that makes `isOver` hold calls rouse...() after that. */
   template <class Condition>
   bool sleepUntilFull(Condition isOver, const Deadline& deadline) {
     return !prepareSleep(kEmpty, kAwaited) || isOver() || sleep(kEmpty, kAwaited, deadline);
@@ -93,8 +94,8 @@ class SharedSlots {
   SharedSlots& operator=(SharedSlots&& other) noexcept;
   ~SharedSlots();
 
-  /** New ones for the calling side, and their memory for the other side. None, with errno, after a failure.
-   */
+  /** New ones for the calling side, and their memory for the other side. None, with errno, after a
+   * failure. / */
   static SharedSlots make(UniqueFd* shared);
   /** Those of a caller, for the serving side. None if their memory is not as make() makes it. */
   static SharedSlots accept(const UniqueFd& shared);

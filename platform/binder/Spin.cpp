@@ -10,8 +10,8 @@ namespace android::transport {
 
 namespace {
 
-/** Longer than it takes to wake a thread on a sleeping processor, so that two sides that both sleep get into
- * step. */
+/** Longer than it takes to wake a thread on a sleeping processor, so that two sides that both sleep
+ * get into step. */
 constexpr int kDefaultPatienceUs = 50;
 constexpr int kMostPatienceUs = 1000;
 

@@ -8,8 +8,8 @@
 namespace android::transport {
 
 /**
- * Learns whether it pays to look for a frame before sleeping. Each time that it didn't, twice as many waits
- * as before go by without a look, and each time that it did, half as many.
+ * Learns whether it pays to look for a frame before sleeping. Each time that it didn't, twice as
+ * many waits as before go by without a look, and each time that it did, half as many.
  */
 class SpinBackoff {
  public:
@@ -40,8 +40,8 @@ class SpinBackoff {
   uint64_t looks_ = 0;
 };
 
-/** How many threads of this process look for frames at a time: fewer than it has processors, so that there is
- * one for whoever is to send them. */
+/** How many threads of this process look for frames at a time: fewer than it has processors, so
+ * that there is one for whoever is to send them. */
 class SpinLimiter {
  public:
   static SpinLimiter& self();
@@ -59,8 +59,8 @@ class SpinLimiter {
   }
   void leave() { count_.fetch_sub(1, std::memory_order_relaxed); }
 
-  /** A look took so much longer than it should have, since others had use for the processor: nobody looks for
-   * a time that makes little of that. */
+  /** A look took so much longer than it should have, since others had use for the processor: nobody
+   * looks for a time that makes little of that. */
   void wasPreempted(std::chrono::nanoseconds time);
 
   /** Whether so many threads call at once that each processor has enough to do. */

@@ -103,8 +103,8 @@ status_t Status::readFromParcel(const Parcel& parcel) {
     status_t status = parcel.readUtf8FromUtf16(&message);
     if (status == OK) status = found.message_.setTo(message.data(), message.size());
     if (status != OK) return status;
-    // Platforms before 8.0 write no remote stack trace. As nothing follows an exception in a reply, the rest
-    // is shorter then.
+    // Platforms before 8.0 write no remote stack trace. As nothing follows an exception in a reply,
+    // the rest is shorter then.
     const bool hasDetail = found.exception_ == EX_SERVICE_SPECIFIC || found.exception_ == EX_PARCELABLE;
     if (parcel.dataAvail() > (hasDetail ? sizeof(int32_t) : 0)) status = skipBlock(parcel);
     if (status != OK || !hasDetail) return status;

@@ -37,8 +37,8 @@ class ErrnoKeeper {
   const int saved_ = errno;
 };
 
-// The lowest priority of the tag that passes the rules of ANDROID_LOG_TAGS. The last matching rule counts;
-// malformed rules are ignored.
+// The lowest priority of the tag that passes the rules of ANDROID_LOG_TAGS. The last matching rule
+// counts; malformed rules are ignored.
 int32_t thresholdFor(std::string_view tag, std::string_view rules) {
   constexpr std::string_view kSeparators = " \t,";
   int32_t others = ANDROID_LOG_VERBOSE;

@@ -2,11 +2,11 @@
 
 namespace android {
 
-// Decrements are acquire-release, so that the thread that deletes sees the writes of all other holders. No
-// stand-alone fences: the thread sanitizer does not follow them.
+// Decrements are acquire-release, so that the thread that deletes sees the writes of all other
+// holders. No stand-alone fences: the thread sanitizer does not follow them.
 
-// The next three run for each copy of a strong pointer; inline saves calls through the procedure linkage
-// table.
+// The next three run for each copy of a strong pointer; inline saves calls through the procedure
+// linkage table.
 
 // Completes a new strong reference, given the word before it was counted.
 inline void RefBase::weakref_type::onStrongTaken(uint32_t before) {

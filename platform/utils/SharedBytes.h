@@ -10,8 +10,8 @@
 
 namespace android {
 
-// Bytes with a reference count in front. The count may change on any thread; only the holder of the single
-// reference may write to the bytes.
+// Bytes with a reference count in front. The count may change on any thread; only the holder of the
+// single reference may write to the bytes.
 class SharedBytes {
  public:
   // With one reference. Throws std::bad_alloc.

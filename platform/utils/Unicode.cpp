@@ -24,8 +24,8 @@ size_t asciiRun(const uint8_t* src, size_t length) {
   return run;
 }
 
-// The number of bytes of the well-formed character that starts here, or 0 if it is malformed. The range of
-// the second byte excludes overlong forms, surrogates and values above U+10FFFF.
+// The number of bytes of the well-formed character that starts here, or 0 if it is malformed. The
+// range of the second byte excludes overlong forms, surrogates and values above U+10FFFF.
 size_t characterLength(const uint8_t* src, size_t available) {
   const uint8_t lead = src[0];
   if (lead < 0x80) return 1;

@@ -12,8 +12,8 @@
 
 namespace sim {
 
-/** The methods that a method of MiscDevice serves. `trace` is called with a line of text for each event,
- * under the device's lock. */
+/** The methods that a method of MiscDevice serves. `trace` is called with a line of text for each
+ * event, under the device's lock. */
 class MiscMethods : public com::qv::BnMiscService {
  public:
   MiscMethods(double speed, const std::function<void(const std::string&)>& trace);

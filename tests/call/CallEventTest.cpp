@@ -23,7 +23,8 @@ using vesk::test::RecordingBinder;
 
 namespace {
 
-/** A call of a callback: its place among the parameters of connect_call_service, and its arguments. */
+/** A call of a callback: its place among the parameters of connect_call_service, and its
+ * arguments. */
 struct Called {
   int index;
   std::string arguments;
@@ -114,8 +115,8 @@ const std::string kCompletion = withInt(withText(std::string(516, '~'), 0, "300"
 
 CommonParcelable parcel(const std::string& bytes) { return {bytes.data(), bytes.size()}; }
 
-/** An event with its code, the callback and its arguments, and the log: lines of a priority's letter and a
- * text. */
+/** An event with its code, the callback and its arguments, and the log: lines of a priority's
+ * letter and a text. */
 struct Event {
   uint32_t code;
   Status (*fire)(ICallEventListener&);

@@ -12,8 +12,8 @@ using namespace vesk::test;
 
 namespace {
 
-/** The size of the record in the answer is checked, and a mismatch logged; with the service's result or
- * without one. */
+/** The size of the record in the answer is checked, and a mismatch logged; with the service's
+ * result or without one. */
 constexpr Expected kAnswerAndRecord{.success = kAnswer, .failed = -1, .absent = -1, .logsFailure = true};
 constexpr Expected kLoudlyFetched{.success = 0, .failed = -1, .absent = -1, .logsFailure = true};
 /** The size of the record that was sent is checked, after the call. */

@@ -5,7 +5,8 @@
 #include "bench/Overhead.h"
 #include "bench/Support.h"
 
-/* How often a call asks for memory. All of the program's requests come by here, operator new's among them. */
+/* How often a call asks for memory. All of the program's requests come by here, operator new's
+ * among them. */
 
 extern "C" {
 

@@ -17,9 +17,9 @@
 #include "LogCapture.h"
 #include "TestService.h"
 
-/* Calls of the kernel and of the C library that fail under the transport: in this program they are the
- * functions below, which fail when they are told to. Each failure gives an error that names its cause, or
- * nothing but a delay, and when it goes all is well again. */
+/* Calls of the kernel and of the C library that fail under the transport: in this program they are
+ * the functions below, which fail when they are told to. Each failure gives an error that names its
+ * cause, or nothing but a delay, and when it goes all is well again. */
 
 using android::DEAD_OBJECT;
 using android::FAILED_TRANSACTION;
@@ -108,8 +108,8 @@ std::string textOf(const std::vector<vesk::test::LogLine>& lines) {
   return text;
 }
 
-/** A service that is told of its next fault: "call error times"; nothing fails after any other message. Each
- * is answered with what was logged since the one before. */
+/** A service that is told of its next fault: "call error times"; nothing fails after any other
+ * message. Each is answered with what was logged since the one before. */
 CHILD_ROLE(faultyService) {
   isSpared = true;
   vesk::test::LogCapture log;

@@ -13,7 +13,8 @@
 #include "RawPeer.h"
 #include "TestService.h"
 
-/* Raw connections to a service process: whatever comes over them costs that connection and nothing else. */
+/* Raw connections to a service process: whatever comes over them costs that connection and nothing
+ * else. */
 
 using android::DEAD_OBJECT;
 using android::IBinder;

@@ -14,8 +14,8 @@
 #include "RawPeer.h"
 #include "TestService.h"
 
-/* A registered process that answers with nonsense, and a directory that isn't what it should be: whoever
- * calls gets an error, and reaches all others. */
+/* A registered process that answers with nonsense, and a directory that isn't what it should be:
+ * whoever calls gets an error, and reaches all others. */
 
 using android::IBinder;
 using android::OK;
@@ -28,7 +28,8 @@ using vesk::test::RawPeer;
 
 namespace {
 
-/** The hostile process; another for each row, since its predecessor's end may not have been told yet. */
+/** The hostile process; another for each row, since its predecessor's end may not have been told
+ * yet. */
 uint64_t hostileProcess = 0x1000;
 
 /** What a service's process sends instead of what it should. */

@@ -15,7 +15,8 @@
 
 namespace {
 
-// Runs the body in a process of its own, as the environment is read once, and returns its writes to stderr.
+// Runs the body in a process of its own, as the environment is read once, and returns its writes to
+// stderr.
 std::vector<std::string> stderrOf(const std::function<void()>& body, const char* tags = nullptr) {
   int ends[2];
   EXPECT_EQ(socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);

@@ -18,8 +18,8 @@ thread_local bool memoryIsShort = false;
 
 }  // namespace
 
-// Replaces the allocations of the platform's libraries, too. Not inlined: GCC warns of mismatched allocation
-// functions when it sees only one of a pair.
+// Replaces the allocations of the platform's libraries, too. Not inlined: GCC warns of mismatched
+// allocation functions when it sees only one of a pair.
 [[gnu::noinline]] void* operator new(size_t size) {
   void* const memory = memoryIsShort ? nullptr : malloc(size);
   if (memory == nullptr) throw std::bad_alloc();
@@ -49,8 +49,8 @@ struct Kind {
   std::string name;
   std::string bytes;
   std::function<status_t(Parcel*)> write;
-  // Reads into a target with another value and checks the target: the value after OK, untouched after an
-  // error.
+  // Reads into a target with another value and checks the target: the value after OK, untouched
+  // after an error.
   std::function<status_t(const Parcel&)> read;
 };
 

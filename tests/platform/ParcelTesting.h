@@ -26,8 +26,8 @@ inline std::string unhex(const std::string& digits) {
   return bytes;
 }
 
-// Fills a parcel so that the contents end where its memory ends, so that the address sanitizer reports a read
-// beyond them. Returns their start, where the position is then.
+// Fills a parcel so that the contents end where its memory ends, so that the address sanitizer
+// reports a read beyond them. Returns their start, where the position is then.
 inline size_t fillTightly(Parcel* parcel, const std::string& contents) {
   const std::string filler(Parcel::kInlineCapacity, '\xEE');
   const std::string all = filler + contents;

@@ -213,7 +213,8 @@ TEST_P(LimitedServiceTest, AnswersEachOfABurstOfCallersAndShrinksAgain) {
   EXPECT_EQ(increment(service, 1), 2);
 }
 
-/** Uses a service and then forks, again and again; the child exits through the destructors of its parent. */
+/** Uses a service and then forks, again and again; the child exits through the destructors of its
+ * parent. */
 CHILD_ROLE(forker) {
   static sp<IBinder> service;  // Its destructor runs in both processes.
   static sp<IBinder> own = new TestObject();

@@ -22,8 +22,8 @@ class TestObject : public android::BBinder {
     kEcho,
     /** int32 size in, a reply of that size. */
     kReplyOfSize,
-    /** int32 depth, binder: calls kNest of the binder with a depth of one less and itself; out the number of
-       calls below. */
+    /** int32 depth, binder: calls kNest of the binder with a depth of one less and itself; out the
+     * number of calls below. */
     kNest,
     /** Tells the test, then doesn't return. */
     kHang,

@@ -16,9 +16,10 @@
 #include "ChildProcess.h"
 
 /*
- * A storm: services that are killed and started again at random, under applications that connect, call and
- * get events on many threads. Nothing may hang or crash, each connection reports its service's death
- * exactly once, each call gives its answer or its failure, and nothing may be left over.
+ * A storm: services that are killed and started again at random, under applications that connect,
+ * call and get events on many threads. Nothing may hang or crash, each connection reports its
+ * service's death exactly once, each call gives its answer or its failure, and nothing may be left
+ * over.
  *
  *     storm [--seconds N] [--seed N] [--services N] [--apps N] [--threads N]
  */
@@ -130,7 +131,8 @@ class Storm {
       } else {
         kill(service);
       }
-      // Some live for too short a time for any connect, others for long enough for thousands of calls.
+      // Some live for too short a time for any connect, others for long enough for thousands of
+      // calls.
       std::this_thread::sleep_for(
           std::chrono::milliseconds(random_() % 3 == 0 ? random_() % 400 : random_() % 20));
     }
@@ -139,7 +141,8 @@ class Storm {
     return order("settle", true);
   }
 
-  /** The applications go while the services stay, which then must hold nothing for them any more. */
+  /** The applications go while the services stay, which then must hold nothing for them any
+   * more. */
   bool leaveFirst() {
     for (unsigned i = 0; i < options_.services; ++i) start(i);
     if (!order("run")) return false;

@@ -39,8 +39,8 @@ struct Holdings {
   }
 };
 
-/** Before the transport is used. The thread sanitizer starts a thread of its own with the first that is
- * started. */
+/** Before the transport is used. The thread sanitizer starts a thread of its own with the first
+ * that is started. */
 inline Holdings atStart() {
   std::thread([] {}).join();
   return Holdings::now();

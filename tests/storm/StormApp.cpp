@@ -233,8 +233,8 @@ class App {
 void checkAfterDeaths(bool impatient, const storm::Holdings& limit) {
   for (size_t service = 0; service < kServices; ++service) {
     Counts& count = counts[service];
-    // Without replacements each connection was the current one when its service died. One that has been
-    // replaced reports no death, but may have done so before.
+    // Without replacements each connection was the current one when its service died. One that has
+    // been replaced reports no death, but may have done so before.
     const int least = impatient ? 0 : count.connects.load();
     const auto end = std::chrono::steady_clock::now() + kHang;
     while (count.deaths < least && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
@@ -267,7 +267,8 @@ size_t memory() {
 #endif
 }
 
-/** Takes orders as messages, which it answers: "run", "settle" once all services are dead, "stop". */
+/** Takes orders as messages, which it answers: "run", "settle" once all services are dead,
+ * "stop". */
 CHILD_ROLE(app) {
   const storm::Holdings limit = storm::withTransport(storm::atStart());
   // The deaths of thousands are no news here.

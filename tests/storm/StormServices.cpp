@@ -13,8 +13,8 @@
 #include "ChildProcess.h"
 #include "Storm.h"
 
-/* The services that are killed. Each answers so that its caller can tell whether it is the answer to its
- * call. */
+/* The services that are killed. Each answers so that its caller can tell whether it is the answer
+ * to its call. */
 
 using android::sp;
 using android::String16;

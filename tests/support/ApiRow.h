@@ -16,9 +16,9 @@
 #include "Wire.h"
 
 /*
- * The tables of the C functions' tests. A row states the function, the code of its method and the sizes of
- * its records; its group states the results. Arguments and
- * the bytes of requests and answers follow from the types of the function and of its method.
+ * The tables of the C functions' tests. A row states the function, the code of its method and the
+ * sizes of its records; its group states the results. Arguments and the bytes of requests and
+ * answers follow from the types of the function and of its method.
  */
 namespace vesk::test {
 
@@ -28,7 +28,8 @@ using Result = std::optional<int>;
 /** The int32_t or bool in every answer that has one. */
 constexpr int kAnswer = 4711;
 
-/** The buffer that functions receive into, and the room that they are given unless a test says otherwise. */
+/** The buffer that functions receive into, and the room that they are given unless a test says
+ * otherwise. */
 constexpr int kBufferSize = 4600;
 
 /** The results of a C function. */
@@ -37,7 +38,8 @@ struct Expected {
   Result failed = std::nullopt; /**< after a failed call, and with a record of another size */
   Result absent = std::nullopt; /**< without a connection */
   enum Text { kNone, kTruncate, kAllOrNothing, kZeroFill } text = kNone;
-  /** A null pointer for a record is sent as an empty record, sent and refused afterwards, or not sent. */
+  /** A null pointer for a record is sent as an empty record, sent and refused afterwards, or not
+   * sent. */
   enum Null { kSent, kSentAndRefused, kRefused } null = kSent;
   bool logsFailure = false; /**< a record of another size */
   bool logsRecord = false;  /**< the content of a record */

@@ -65,8 +65,8 @@ class ApiTest : public ScriptedTest {
               (std::vector<LogLine>{{ANDROID_LOG_INFO, tag_, "Connect " + std::string(name_) + " done. "}}));
   }
 
-  /** A connection without death notification stays when its service dies: calls fail until the next connect.
-   */
+  /** A connection without death notification stays when its service dies: calls fail until the next
+   * connect. / */
   template <class Connect>
   void expectConnectionOutlivesService(Connect connect) {
     const auto results = [this] {
@@ -131,7 +131,8 @@ class ApiTest : public ScriptedTest {
     EXPECT_EQ(seen.size(), codes);
   }
 
-  /** A null text raises the standard library's error and sends nothing; a null record follows its rule. */
+  /** A null text raises the standard library's error and sends nothing; a null record follows its
+   * rule. */
   void expectNullPointers() {
     for (const ApiRow& row : rows_) {
       answer(outValues(row, pattern(receivedSize(row))));
@@ -153,7 +154,8 @@ class ApiTest : public ScriptedTest {
     }
   }
 
-  /** No answer, an exception, half an answer, records one byte off: nothing is taken of any of them. */
+  /** No answer, an exception, half an answer, records one byte off: nothing is taken of any of
+   * them. */
   void expectFailures() {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.function);
@@ -203,8 +205,8 @@ class ApiTest : public ScriptedTest {
   }
 
   /**
-   * The simulated device's service takes the calls of all rows, in their order, but those that say otherwise,
-   * and answers with records of the right sizes and with values that are no refusals.
+   * The simulated device's service takes the calls of all rows, in their order, but those that say
+   * otherwise, and answers with records of the right sizes and with values that are no refusals.
    */
   template <class Connect>
   void expectServedBy(const android::sp<android::BBinder>& device, Connect connect) {

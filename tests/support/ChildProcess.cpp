@@ -47,8 +47,8 @@ std::map<std::string, Role>& roles() {
   return all;
 }
 
-/** This program, as another build made it if the environment names one, and so that the kernel can start it.
- */
+/** This program, as another build made it if the environment names one, and so that the kernel can
+ * start it. / */
 std::string ownProgram() {
   const char* chosen = std::getenv("VESK_TEST_CHILDREN");
   const std::filesystem::path directory = chosen != nullptr ? chosen : VESK_RUN_DIRECTORY;

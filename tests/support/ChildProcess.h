@@ -9,8 +9,8 @@
 
 namespace vesk::test {
 
-/** Waiting for anything longer than this is a failure of the test. Sanitizers on a busy machine take their
- * time. */
+/** Waiting for anything longer than this is a failure of the test. Sanitizers on a busy machine
+ * take their time. */
 constexpr int kPatienceMs = 30'000;
 
 /** Messages between a test and its child, over a socket pair. */
@@ -23,8 +23,8 @@ class Channel {
 
   /** False if the other side has gone. */
   bool send(std::string_view message) const;
-  /** The next message; empty if the other side has gone. A failure of the test if none comes in time; -1
-   * waits for ever. */
+  /** The next message; empty if the other side has gone. A failure of the test if none comes in
+   * time; -1 waits for ever. */
   std::string receive(int timeoutMs = kPatienceMs) const;
   void close();
 
@@ -50,11 +50,11 @@ class ChildProcess {
 
   /** Waits for the child to end by itself: its exit code, or the signal's number negated. */
   int wait();
-  /** Ends the child with a signal that it doesn't survive, and waits for that. A failure of the test if
-   * something else ended it. */
+  /** Ends the child with a signal that it doesn't survive, and waits for that. A failure of the
+   * test if something else ended it. */
   void kill(int signal = SIGKILL);
-  /** Closes the channel, which ends a role that waits in Parent::waitForEnd(). A failure unless it exits with
-   * 0. */
+  /** Closes the channel, which ends a role that waits in Parent::waitForEnd(). A failure unless it
+   * exits with 0. */
   void stop();
   /** Returns when no thread of the child runs any more, which a bare SIGSTOP says nothing about. */
   void suspend();
@@ -99,8 +99,8 @@ struct RoleRegistration {
 /** Runs the role that the command line asks for; false if it asks for none. */
 bool runRole(int argc, char** argv, int* exitCode);
 
-/** A meeting place of this process and its children alone: BINDER_RUNTIME_DIR is set, and removed at the end.
- */
+/** A meeting place of this process and its children alone: BINDER_RUNTIME_DIR is set, and removed
+ * at the end. / */
 class PrivateRuntimeDir {
  public:
   PrivateRuntimeDir();

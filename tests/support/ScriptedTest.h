@@ -49,8 +49,8 @@ class ScriptedTest : public testing::Test {
     return Wire().text(descriptor_).append(arguments).bytes();
   }
 
-  /** Ends the service, if it runs, and with it a connection with death notification. The lines up to that of
-   * the death, the last step. */
+  /** Ends the service, if it runs, and with it a connection with death notification. The lines up
+   * to that of the death, the last step. */
   std::vector<LogLine> die() {
     if (!service_.has_value()) return {};
     service_->kill();

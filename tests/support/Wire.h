@@ -7,7 +7,8 @@
 
 namespace vesk::test {
 
-/** Builds the bytes of a parcel by hand, so that tests don't take the marshalling's word for them. */
+/** Builds the bytes of a parcel by hand, so that tests don't take the marshalling's word for
+ * them. */
 class Wire {
  public:
   Wire() = default;

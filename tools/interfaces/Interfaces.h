@@ -31,8 +31,8 @@ struct Method {
 
   std::span<const Parameter> ins() const;
   std::span<const Parameter> outs() const;
-  /** The types of the values in a reply, in its order: the return value, which is the last out-parameter,
-   * comes first. */
+  /** The types of the values in a reply, in its order: the return value, which is the last
+   * out-parameter, comes first. */
   std::vector<Type> replyTypes() const;
   /** A single record, or a list of records. */
   bool takesRecord() const;

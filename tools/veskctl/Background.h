@@ -22,8 +22,8 @@ inline Clock::time_point deadlineAfter(double seconds) {
 }
 
 /**
- * Runs work that waits for another process, and may hang, on a thread of its own. After a timeout the thread
- * keeps running detached, so the work must own everything that it uses.
+ * Runs work that waits for another process, and may hang, on a thread of its own. After a timeout
+ * the thread keeps running detached, so the work must own everything that it uses.
  */
 template <class T>
 class Background {

@@ -14,8 +14,8 @@ using android::Parcel;
 using android::status_t;
 using android::String16;
 
-/** A request for the process id, which every object answers on newer platforms. The headers of older ones
- * have no constant for it. */
+/** A request for the process id, which every object answers on newer platforms. The headers of
+ * older ones have no constant for it. */
 constexpr uint32_t kDebugPidTransaction = '_' << 24 | 'P' << 16 | 'I' << 8 | 'D';
 
 std::optional<pid_t> pidOf(android::IBinder& binder) {

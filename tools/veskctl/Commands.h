@@ -11,7 +11,8 @@ namespace veskctl {
 int listServices(const Settings& settings);
 int listMethods(const std::string& interface, const Settings& settings);
 int pingServices(const std::vector<std::string>& services, const Settings& settings);
-/** `words`: service, method, arguments. `at`: the name to look the service up by, or empty for its own. */
+/** `words`: service, method, arguments. `at`: the name to look the service up by, or empty for its
+ * own. */
 int callMethod(const std::vector<std::string>& words, const std::string& at, const Settings& settings);
 int watchEvents(const std::vector<std::string>& topics, const Settings& settings);
 

@@ -31,8 +31,8 @@ enum class Style { kHeading, kGood, kBad, kDim };
 std::string styled(const Settings& settings, Style style, std::string_view text);
 
 /**
- * Writes to the standard output. If its reader has closed it, the process exits at once with kOk; after any
- * other failure, with kOtherFailure.
+ * Writes to the standard output. If its reader has closed it, the process exits at once with kOk;
+ * after any other failure, with kOtherFailure.
  */
 void print(std::string_view text);
 void flush();

@@ -12,7 +12,8 @@ namespace veskctl {
 /** On one line: the fields of a record if its layout is known, else its first bytes. */
 std::string brief(const Parameter& parameter, const Value& value);
 
-/** Name, type and value for the answer to a call; records with all their bytes. Ends with a newline. */
+/** Name, type and value for the answer to a call; records with all their bytes. Ends with a
+ * newline. */
 std::string inFull(const Parameter& parameter, const Value& value, size_t nameWidth);
 
 /** A record becomes {size, hex, fields}. */

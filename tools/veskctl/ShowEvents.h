@@ -5,10 +5,12 @@
 
 namespace veskctl {
 
-/** Blocks SIGINT and SIGTERM, which showEvents() then receives. To be called before any thread is started. */
+/** Blocks SIGINT and SIGTERM, which showEvents() then receives. To be called before any thread is
+ * started. */
 void blockSignals();
 
-/** Prints the queued events until SIGINT or SIGTERM arrives or the reader of the output closes it. */
+/** Prints the queued events until SIGINT or SIGTERM arrives or the reader of the output closes
+ * it. */
 int showEvents(EventQueue& queue, const Settings& settings);
 
 }  // namespace veskctl

@@ -61,25 +61,25 @@ struct __android_log_message {
   const char* message;
 };
 
-/** Receives a message, on the thread that logs and on several threads at once. The strings are valid only
- * during the call. */
+/** Receives a message, on the thread that logs and on several threads at once. The strings are
+ * valid only during the call. */
 typedef void (*__android_logger_function)(const struct __android_log_message* log_message);
 
-/** Passes the message to the logger regardless of the minimum priority, after replacing a null tag or
- * message. */
+/** Passes the message to the logger regardless of the minimum priority, after replacing a null tag
+ * or message. */
 void __android_log_write_log_message(struct __android_log_message* log_message);
 
 /** Sets the logger of this process. Null stands for the default, __android_log_stderr_logger. */
 void __android_log_set_logger(__android_logger_function logger);
 
 /**
- * Writes the message to stderr, each line after date, time, process, thread, priority and tag, in a single
- * write.
+ * Writes the message to stderr, each line after date, time, process, thread, priority and tag, in a
+ * single write.
  *
- * The environment variable ANDROID_LOG_TAGS filters the messages: a list of `tag:priority`, separated by
- * blanks or commas, for example "CallClient:I *:S". `*` stands for all other tags; the priority is one of V D
- * I W E F S (silent), V if left out. Without a `*` all messages of other tags are written. The variable is
- * read once, at the first message.
+ * The environment variable ANDROID_LOG_TAGS filters the messages: a list of `tag:priority`,
+ * separated by blanks or commas, for example "CallClient:I *:S". `*` stands for all other tags; the
+ * priority is one of V D I W E F S (silent), V if left out. Without a `*` all messages of other
+ * tags are written. The variable is read once, at the first message.
  */
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
@@ -87,7 +87,8 @@ void __android_log_stderr_logger(const struct __android_log_message* log_message
 int __android_log_is_loggable(int prio, const char* tag, int default_prio);
 
 /**
- * Sets the lowest priority that reaches the logger. ANDROID_LOG_DEFAULT, the initial value, is no limit.
+ * Sets the lowest priority that reaches the logger. ANDROID_LOG_DEFAULT, the initial value, is no
+ * limit.
  *
  * @return the previous minimum
  */

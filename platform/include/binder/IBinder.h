@@ -21,8 +21,8 @@ constexpr uint32_t B_PACK_CHARS(char c1, char c2, char c3, char c4) {
 }
 
 /**
- * An object that can be called from another process: a BBinder where it lives, a proxy everywhere else.
- * All members may be called from any thread.
+ * An object that can be called from another process: a BBinder where it lives, a proxy everywhere
+ * else. All members may be called from any thread.
  */
 class IBinder : public virtual RefBase {
  public:
@@ -44,10 +44,12 @@ class IBinder : public virtual RefBase {
   IBinder(const IBinder&) = delete;
   IBinder& operator=(const IBinder&) = delete;
 
-  /** The interface object of this binder if it lives in this process and has that descriptor, else null. */
+  /** The interface object of this binder if it lives in this process and has that descriptor, else
+   * null. */
   virtual sp<IInterface> queryLocalInterface(const String16& descriptor);
 
-  /** The descriptor of the object's interface. A proxy queries its object once; empty if that fails. */
+  /** The descriptor of the object's interface. A proxy queries its object once; empty if that
+   * fails. */
   virtual const String16& getInterfaceDescriptor() const = 0;
 
   /** False once the object's process is known to have died. Always true for a local object. */
@@ -57,10 +59,10 @@ class IBinder : public virtual RefBase {
   virtual status_t pingBinder() = 0;
 
   /**
-   * Sends `data` to the object and waits for `reply`, which may be null and is left empty on failure.
-   * Returns what the object's onTransact returned, or
-   * DEAD_OBJECT          the object's process died, before or during the call,
-   * FAILED_TRANSACTION   `data` or `reply` is larger than 1 MiB, or the connection can't be made.
+   * Sends `data` to the object and waits for `reply`, which may be null and is left empty on
+   * failure. Returns what the object's onTransact returned, or DEAD_OBJECT          the object's
+   * process died, before or during the call, FAILED_TRANSACTION   `data` or `reply` is larger than
+   * 1 MiB, or the connection can't be made.
    */
   virtual status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) = 0;
 
@@ -71,17 +73,17 @@ class IBinder : public virtual RefBase {
   };
 
   /**
-   * Notifies `recipient` once, on a binder thread, when the object's process dies. Only a weak reference to
-   * the recipient is kept. DEAD_OBJECT if the process has died already, INVALID_OPERATION for an object of
-   * this process.
+   * Notifies `recipient` once, on a binder thread, when the object's process dies. Only a weak
+   * reference to the recipient is kept. DEAD_OBJECT if the process has died already,
+   * INVALID_OPERATION for an object of this process.
    */
   virtual status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
                                uint32_t flags = 0) = 0;
 
   /**
-   * Reverts one linkToDeath with the same recipient, or with the same cookie if the recipient is null.
-   * `outRecipient`, if not null, receives the recipient. NAME_NOT_FOUND if there is no such link, DEAD_OBJECT
-   * once the object has died.
+   * Reverts one linkToDeath with the same recipient, or with the same cookie if the recipient is
+   * null. `outRecipient`, if not null, receives the recipient. NAME_NOT_FOUND if there is no such
+   * link, DEAD_OBJECT once the object has died.
    */
   virtual status_t unlinkToDeath(const wp<DeathRecipient>& recipient, void* cookie = nullptr,
                                  uint32_t flags = 0, wp<DeathRecipient>* outRecipient = nullptr) = 0;

@@ -9,8 +9,8 @@ class IInterface : public virtual RefBase {
  public:
   IInterface();
 
-  /** The binder of an interface object: the object itself if it is local, the remote object of a proxy, null
-   * for null. */
+  /** The binder of an interface object: the object itself if it is local, the remote object of a
+   * proxy, null for null. */
   static sp<IBinder> asBinder(const IInterface* iface);
   static sp<IBinder> asBinder(const sp<IInterface>& iface);
 

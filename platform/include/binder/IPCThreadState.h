@@ -15,7 +15,8 @@ class IPCThreadState {
   pid_t getCallingPid() const;
   uid_t getCallingUid() const;
 
-  /** Makes this process count as the caller. The result is the argument of restoreCallingIdentity. */
+  /** Makes this process count as the caller. The result is the argument of
+   * restoreCallingIdentity. */
   int64_t clearCallingIdentity();
   void restoreCallingIdentity(int64_t token);
 

@@ -18,9 +18,9 @@ class IServiceManager : public virtual RefBase {
   virtual sp<IBinder> checkService(const String16& name) const = 0;
 
   /**
-   * Registers `service` under `name`, in place of any earlier one. BAD_VALUE for a null service or a name
-   * that is empty, longer than 127 bytes of UTF-8, begins with a dot or holds a '/' or a control character;
-   * PERMISSION_DENIED or another error if the runtime directory can't be used.
+   * Registers `service` under `name`, in place of any earlier one. BAD_VALUE for a null service or
+   * a name that is empty, longer than 127 bytes of UTF-8, begins with a dot or holds a '/' or a
+   * control character; PERMISSION_DENIED or another error if the runtime directory can't be used.
    */
   virtual status_t addService(const String16& name, const sp<IBinder>& service) = 0;
 

@@ -23,11 +23,12 @@ class ParcelAccess;
 /**
  * The contents of one transaction. Everything is little-endian and padded to four bytes.
  *
- * A failed read changes neither its target nor the position. Its status is NOT_ENOUGH_DATA if the contents
- * end too soon, UNEXPECTED_NULL for a null string, vector or parcelable, BAD_TYPE for a value of another
- * type. A failed write changes nothing; its status is NO_MEMORY if no other is given. The first
- * kInlineCapacity bytes need no allocation. A String8 that is read may share the contents of a parcel of up
- * to 64 KiB, which it keeps alive; its copies don't. Not for use by several threads at once.
+ * A failed read changes neither its target nor the position. Its status is NOT_ENOUGH_DATA if the
+ * contents end too soon, UNEXPECTED_NULL for a null string, vector or parcelable, BAD_TYPE for a
+ * value of another type. A failed write changes nothing; its status is NO_MEMORY if no other is
+ * given. The first kInlineCapacity bytes need no allocation. A String8 that is read may share the
+ * contents of a parcel of up to 64 KiB, which it keeps alive; its copies don't. Not for use by
+ * several threads at once.
  */
 class Parcel {
  public:
@@ -53,8 +54,8 @@ class Parcel {
 
   /** The token that opens a request: the descriptor as a String16. */
   status_t writeInterfaceToken(const String16& interface);
-  /** Reads a token and compares it. The position is after the token then, even if it differs; unchanged if
-   * there is none. */
+  /** Reads a token and compares it. The position is after the token then, even if it differs;
+   * unchanged if there is none. */
   bool enforceInterface(const String16& interface) const;
   /** As enforceInterface, with the descriptor of `binder`. */
   bool checkInterface(IBinder* binder) const;
@@ -83,8 +84,8 @@ class Parcel {
   status_t writeStrongBinder(const sp<IBinder>& val);
 
   status_t read(void* outData, size_t len) const;
-  /** The next `len` bytes in place, valid until the parcel changes; null if there are fewer. Padding is
-   * skipped. */
+  /** The next `len` bytes in place, valid until the parcel changes; null if there are fewer.
+   * Padding is skipped. */
   const void* readInplace(size_t len) const;
   int32_t readInt32() const;
   status_t readInt32(int32_t* pArg) const;
@@ -101,7 +102,8 @@ class Parcel {
   status_t readString8(String8* pArg) const;
   String16 readString16() const;
   status_t readString16(String16* pArg) const;
-  /** The next String16 in place, zero-terminated, valid until the parcel changes; null if there is none. */
+  /** The next String16 in place, zero-terminated, valid until the parcel changes; null if there is
+   * none. */
   const char16_t* readString16Inplace(size_t* outLen) const;
   /** A String16 as UTF-8; an unpaired surrogate becomes U+FFFD. */
   status_t readUtf8FromUtf16(std::string* str) const;
@@ -109,7 +111,8 @@ class Parcel {
   status_t readString16Vector(std::vector<String16>* val) const;
   status_t readParcelable(Parcelable* parcelable) const;
   sp<IBinder> readStrongBinder() const;
-  /** Null if null was written. BAD_TYPE if no object was written here, even if the bytes look like one. */
+  /** Null if null was written. BAD_TYPE if no object was written here, even if the bytes look like
+   * one. */
   status_t readStrongBinder(sp<IBinder>* val) const;
 
  private:
@@ -121,17 +124,19 @@ class Parcel {
     sp<IBinder> binder;
   };
 
-  /** Makes capacity for `size` bytes that no string shares; false if there is no memory for them. */
+  /** Makes capacity for `size` bytes that no string shares; false if there is no memory for
+   * them. */
   bool reserve(size_t size);
   bool reallocate(size_t size);
   void releaseData();
   bool isInline() const { return data_ == inline_; }
   /** Whether strings share the contents. */
   bool isShared() const;
-  /** The address for the next `len` bytes, with the padding after them zeroed; null if there is no memory for
-   * them. */
+  /** The address for the next `len` bytes, with the padding after them zeroed; null if there is no
+   * memory for them. */
   uint8_t* claim(size_t len);
-  /** Before a write between two offsets: drops the objects there, or zeroes the gap before the first. */
+  /** Before a write between two offsets: drops the objects there, or zeroes the gap before the
+   * first. */
   void clear(size_t from, size_t to);
   /** Removes the objects that lie, even in part, between two offsets. */
   void dropObjects(size_t from, size_t to);

@@ -10,8 +10,8 @@ class ProcessState : public virtual RefBase {
   static sp<ProcessState> self();
 
   /**
-   * Starts the binder threads. Until this or IPCThreadState::joinThreadPool has been called, incoming
-   * transactions wait. Further calls do nothing.
+   * Starts the binder threads. Until this or IPCThreadState::joinThreadPool has been called,
+   * incoming transactions wait. Further calls do nothing.
    */
   void startThreadPool();
 

@@ -8,8 +8,8 @@
 
 namespace android::binder {
 
-/** The outcome of a call: ok, an exception that the service raised, or a transport error. It opens every
- * reply. */
+/** The outcome of a call: ok, an exception that the service raised, or a transport error. It opens
+ * every reply. */
 class Status final {
  public:
   enum Exception : int32_t {
@@ -40,7 +40,8 @@ class Status final {
 
   Status() = default;
 
-  /** Reads the header of a reply. An error is returned and becomes the status, as a transport error. */
+  /** Reads the header of a reply. An error is returned and becomes the status, as a transport
+   * error. */
   status_t readFromParcel(const Parcel& parcel);
   /** Writes the header of a reply. A transport error is returned instead. */
   status_t writeToParcel(Parcel* parcel) const;

@@ -15,8 +15,9 @@ namespace android {
 
 // Base of every object that is held through sp and wp. Derive with plain or virtual inheritance.
 //
-// The last strong reference deletes the object. An object that never had one is deleted by its creator. All
-// functions may be called from any thread; a hook runs on the thread that takes or drops the reference.
+// The last strong reference deletes the object. An object that never had one is deleted by its
+// creator. All functions may be called from any thread; a hook runs on the thread that takes or
+// drops the reference.
 class RefBase {
  public:
   void incStrong(const void* id) const;
@@ -45,8 +46,8 @@ class RefBase {
     void decStrong(const void* id);
     void onStrongTaken(uint32_t before);
 
-    // Set in strong_ until the first strong reference is taken. In the counter's own word, so that a
-    // promotion distinguishes an object without a reference yet from one that just died.
+    // Set in strong_ until the first strong reference is taken. In the counter's own word, so that
+    // a promotion distinguishes an object without a reference yet from one that just died.
     static constexpr uint32_t kNeverHeld = 1u << 31;
 
     // The number of strong references.
@@ -77,8 +78,8 @@ class RefBase {
   weakref_type* const refs_;
 };
 
-// Pointer that does not keep its object alive. promote() returns a strong pointer, or null once the object is
-// dead.
+// Pointer that does not keep its object alive. promote() returns a strong pointer, or null once the
+// object is dead.
 template <typename T>
 class wp {
  public:
@@ -131,8 +132,8 @@ class wp {
   RefBase::weakref_type* refs_ = nullptr;
 };
 
-// Two weak pointers are equal if they were made from the same object. This compares the counters: their
-// address, unlike the object's, is not reused while one of the pointers exists.
+// Two weak pointers are equal if they were made from the same object. This compares the counters:
+// their address, unlike the object's, is not reused while one of the pointers exists.
 template <typename T, typename U>
 bool operator==(const wp<T>& a, const wp<U>& b) {
   return a.get_refs() == b.get_refs();

@@ -12,7 +12,8 @@ namespace android {
 
 class String8;
 
-// A string of UTF-16 units, which may be zeros and unpaired surrogates. Comparisons include all units.
+// A string of UTF-16 units, which may be zeros and unpaired surrogates. Comparisons include all
+// units.
 class String16 {
  public:
   String16() = default;

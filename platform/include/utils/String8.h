@@ -14,8 +14,8 @@ namespace android {
 class SharedBytes;
 class String16;
 
-// A string of bytes, usually UTF-8, which may be zeros. Comparisons include all bytes. Copies share their
-// bytes until one of them changes; different threads may use different copies.
+// A string of bytes, usually UTF-8, which may be zeros. Comparisons include all bytes. Copies share
+// their bytes until one of them changes; different threads may use different copies.
 class String8 {
  public:
   String8() = default;
@@ -91,8 +91,8 @@ class String8 {
  private:
   friend class Parcel;
 
-  // Takes over a reference to the owner. A string that begins within the owner's bytes is a part of a parcel;
-  // its copies don't share them, so that they don't keep the parcel's contents alive.
+  // Takes over a reference to the owner. A string that begins within the owner's bytes is a part of
+  // a parcel; its copies don't share them, so that they don't keep the parcel's contents alive.
   String8(const char* data, size_t size, SharedBytes* owner) : data_(data), size_(size), owner_(owner) {}
   // A string of that length, whose bytes the caller fills.
   static String8 blank(size_t length, char** bytes);

@@ -8,8 +8,8 @@
 
 namespace android {
 
-// Owning pointer to an object with a reference count of its own (see RefBase). The pointer itself is not
-// thread-safe: copying an sp while another thread assigns to it is a race.
+// Owning pointer to an object with a reference count of its own (see RefBase). The pointer itself
+// is not thread-safe: copying an sp while another thread assigns to it is a race.
 template <typename T>
 class sp {
  public:

@@ -36,7 +36,8 @@ bool areDerivable(const android::sp<android::IBinder>& binder) {
 
 int main() {
   const android::sp<android::IBinder> service = new CallService;
-  // Not asInterface(), which would give the object itself: the call is to go through proxy and stub.
+  // Not asInterface(), which would give the object itself: the call is to go through proxy and
+  // stub.
   const android::sp<com::qv::ICallService> proxy = new com::qv::BpCallService(service);
   using namespace com::qv;
   const bool derivable =

@@ -1,8 +1,8 @@
 /*
- * Declares the classes of one interface from its rows. Included once per interface, outside of any namespace,
- * with COM_QV_INTERFACE defined as the interface's name without the leading I, for example CallService. Its
- * rows are in <com/qv/CallService.def> then. The macro is undefined again at the end. The bodies come from
- * ipc/DefineInterface.h.
+ * Declares the classes of one interface from its rows. Included once per interface, outside of any
+ * namespace, with COM_QV_INTERFACE defined as the interface's name without the leading I, for
+ * example CallService. Its rows are in <com/qv/CallService.def> then. The macro is undefined again
+ * at the end. The bodies come from ipc/DefineInterface.h.
  */
 
 #include <com/qv/detail/Platform.h>
@@ -24,8 +24,8 @@ namespace com::qv {
 /** The interface: one method for each row, in code order. */
 class COM_QV_EXPORT COM_QV_I : public android::IInterface {
  public:
-  /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the process
-   * exits. */
+  /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the
+   * process exits. */
   static const android::String16& descriptor;
   virtual const android::String16& getInterfaceDescriptor() const { return descriptor; }
 
@@ -52,8 +52,8 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
   COM_QV_HIDDEN android::binder::Status callRemote(Parameters... parameters, uint32_t code);
 };
 
-/** The stub, from which a process that serves the whole interface derives. Methods are called on binder
- * threads, several at once. */
+/** The stub, from which a process that serves the whole interface derives. Methods are called on
+ * binder threads, several at once. */
 class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
  public:
   COM_QV_BN();
@@ -63,8 +63,8 @@ class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
                                uint32_t flags = 0) override;
 };
 
-/** A stub that answers EX_UNSUPPORTED_OPERATION to everything, for a process that serves a part of the
- * interface. */
+/** A stub that answers EX_UNSUPPORTED_OPERATION to everything, for a process that serves a part of
+ * the interface. */
 class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
  public:
 #define METHOD(code, name, ...)                                                                           \

@@ -6,8 +6,8 @@
  *
  *   METHOD(14, makeCall, (int32_t, line), (const std::string&, number), (int32_t*, result))
  *
- * The including file defines METHOD(code, name, ...) and undefines it afterwards. The macros below expand
- * the parameters of that row to
+ * The including file defines METHOD(code, name, ...) and undefines it afterwards. The macros below
+ * expand the parameters of that row to
  *
  *   COM_QV_PARAMS(__VA_ARGS__)   int32_t line, const std::string& number, int32_t* result
  *   COM_QV_TYPES(__VA_ARGS__)    int32_t, const std::string&, int32_t*

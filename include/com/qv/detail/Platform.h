@@ -1,8 +1,8 @@
 #pragma once
 
 /*
- * Before any platform header. Those of some generations use names of these headers without including them,
- * because the standard library of their time brought the names along.
+ * Before any platform header. Those of some generations use names of these headers without
+ * including them, because the standard library of their time brought the names along.
  */
 #include <atomic>
 #include <cstddef>
