@@ -4,6 +4,7 @@
 #include <sys/epoll.h>
 #include <unistd.h>
 
+#include <algorithm>
 #include <array>
 #include <cerrno>
 #include <chrono>
@@ -142,9 +143,12 @@ void Listener::dropLate() {
   transport_.reactor.runAfter(left, [this] { dropLate(); });
 }
 
-void Listener::drop(PendingPointer connection) {
+void Listener::drop(const PendingPointer& connection) {
   transport_.reactor.remove(connection->key);
-  std::erase(pendingConnections_, connection);
+  // By address: `connection` may be an element itself.
+  std::erase_if(pendingConnections_, [address = connection.get()](const PendingPointer& pending) {
+    return pending.get() == address;
+  });
 }
 
 void Listener::onReadable(PendingPointer connection) {
@@ -189,10 +193,10 @@ void Listener::onReleases(const std::shared_ptr<HolderProcess>& holder) {
   const ssize_t size = retryOnInterrupt(
       [&] { return ::recv(holder->watch(), releases.data(), sizeof(releases), MSG_DONTWAIT | MSG_TRUNC); });
   if (size < 0 && (errno == EAGAIN || errno == EWOULDBLOCK)) return;
-  if (size <= 0 || static_cast<size_t>(size) > sizeof(releases) || size % sizeof(Release) != 0)
-    return endHolder(holder);
+  const auto bytes = static_cast<size_t>(std::max<ssize_t>(size, 0));
+  if (bytes == 0 || bytes > sizeof(releases) || bytes % sizeof(Release) != 0) return endHolder(holder);
   std::vector<sp<BBinder>> dropped;
-  for (size_t i = 0; i < static_cast<size_t>(size) / sizeof(Release); ++i) {
+  for (size_t i = 0; i < bytes / sizeof(Release); ++i) {
     if (sp<BBinder> object = holder->drop(releases[i]); object != nullptr)
       dropped.push_back(std::move(object));
   }

@@ -59,7 +59,7 @@ class Listener {
   void startServer(const PendingPointer& connection, const std::shared_ptr<HolderProcess>& holder);
   /** Stops watching a descriptor for a while, since a shortage would make it a busy loop. */
   void pause(Reactor::Key key);
-  void drop(PendingPointer connection);
+  void drop(const PendingPointer& connection);
   void dropLate();
   void endHolder(const std::shared_ptr<HolderProcess>& holder);
   void logFailure(const char* what, int error);
