@@ -49,7 +49,7 @@ android::sp<COM_QV_I> COM_QV_I::asInterface(const android::sp<android::IBinder>&
 [[gnu::flatten]] COM_QV_BP::~COM_QV_BP() = default;
 
 /** One instance for each parameter list. `code` is last, so that the other arguments stay in their
- * registers. / */
+ * registers. */
 template <class... Parameters>
 [[gnu::noinline]] android::binder::Status COM_QV_BP::callRemote(Parameters... parameters, uint32_t code) {
   using Types = SignatureOf<Parameters...>;

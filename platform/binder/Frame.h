@@ -69,7 +69,7 @@ struct FrameHeader {
 };
 
 /** A binder in the data: the process it lives in, its number there, and where its place in the data
- * begins. / */
+ * begins. */
 struct ObjectEntry {
   uint64_t owner;
   uint64_t number;

@@ -35,7 +35,7 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   bool isDead() const { return dead_.load(); }
 
   /** Makes the watch connection, if there is none yet. After a failure this OwnerProcess is of no
-   * more use. / */
+   * more use. */
   status_t connect();
 
   /** The one proxy of an object. DEAD_OBJECT if the object is dead. */

@@ -13,7 +13,7 @@ namespace android::transport {
 namespace {
 
 /** The application's signal handlers run on the application's threads; faults must be seen where
- * they happen. / */
+ * they happen. */
 sigset_t maskOfReactor() {
   sigset_t mask;
   sigfillset(&mask);

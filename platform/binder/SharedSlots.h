@@ -95,7 +95,7 @@ class SharedSlots {
   ~SharedSlots();
 
   /** New ones for the calling side, and their memory for the other side. None, with errno, after a
-   * failure. / */
+   * failure. */
   static SharedSlots make(UniqueFd* shared);
   /** Those of a caller, for the serving side. None if their memory is not as make() makes it. */
   static SharedSlots accept(const UniqueFd& shared);

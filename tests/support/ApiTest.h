@@ -66,7 +66,7 @@ class ApiTest : public ScriptedTest {
   }
 
   /** A connection without death notification stays when its service dies: calls fail until the next
-   * connect. / */
+   * connect. */
   template <class Connect>
   void expectConnectionOutlivesService(Connect connect) {
     const auto results = [this] {

@@ -48,7 +48,7 @@ std::map<std::string, Role>& roles() {
 }
 
 /** This program, as another build made it if the environment names one, and so that the kernel can
- * start it. / */
+ * start it. */
 std::string ownProgram() {
   const char* chosen = std::getenv("VESK_TEST_CHILDREN");
   const std::filesystem::path directory = chosen != nullptr ? chosen : VESK_RUN_DIRECTORY;

@@ -100,7 +100,7 @@ struct RoleRegistration {
 bool runRole(int argc, char** argv, int* exitCode);
 
 /** A meeting place of this process and its children alone: BINDER_RUNTIME_DIR is set, and removed
- * at the end. / */
+ * at the end. */
 class PrivateRuntimeDir {
  public:
   PrivateRuntimeDir();

@@ -22,11 +22,11 @@ class BBinder : public IBinder {
   status_t pingBinder() override;
 
   /** Serves a DUMP_TRANSACTION. The host platform sends no file descriptors: `fd` is -1 and `args`
-   * is empty. / */
+   * is empty. */
   virtual status_t dump(int fd, const Vector<String16>& args);
 
   /** Serves a ping and the debug-pid transaction, and runs onTransact for the others, on the
-   * calling thread. / */
+   * calling thread. */
   status_t transact(uint32_t code, const Parcel& data, Parcel* reply, uint32_t flags = 0) final;
 
   status_t linkToDeath(const sp<DeathRecipient>& recipient, void* cookie = nullptr,
