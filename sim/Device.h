@@ -30,8 +30,8 @@ class Device {
 
   const std::vector<android::sp<FaultInjector>>& services() const { return services_; }
   FaultInjector& service(const vesk::interfaces::Interface& interface) const;
-  /** Has the service die for its callers, and ends its listeners' subscriptions. Returns the number
-   * of deaths. */
+  /** Simulates the death of the service's process, and ends the subscriptions of its listeners.
+   * Returns the number of deaths so far. */
   uint64_t kill(FaultInjector& service);
 
   /** Stops all events; waits for the listeners' current calls until the timeout. */

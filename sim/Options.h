@@ -12,7 +12,7 @@ namespace sim {
 struct IncomingCall {
   Time after;
   std::string number;
-  /** 0 for the first registered one. */
+  /** 0 for the first registered line. */
   int32_t line = 0;
 
   bool operator==(const IncomingCall&) const = default;
@@ -28,8 +28,8 @@ struct Options {
   std::string script;
 };
 
-/** Parses WHEN:NUMBER[:LINE], WHEN being a number with the unit s or ms. Empty for an invalid
- * number or line, too. */
+/** Parses WHEN:NUMBER[:LINE], where WHEN is a time with the unit s or ms. Empty if a part is
+ * invalid. */
 std::optional<IncomingCall> parseIncomingCall(const std::string& text);
 
 /** Parses the command line. Exits after the help, the version or an error message. */

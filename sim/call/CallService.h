@@ -10,7 +10,7 @@
 
 namespace sim {
 
-/** The methods that a method of the phone serves. */
+/** The methods that forward to the method of Phone with the same name. */
 class PhoneMethods : public com::qv::BnCallService {
  public:
   // The interface's table names these types without their namespace.
@@ -27,7 +27,7 @@ class PhoneMethods : public com::qv::BnCallService {
  protected:
   PhoneMethods(double speed, Phone::Sink sink) : phone_(speed, std::move(sink)) {}
 
-  /** Before phone_, which publishes events until it is destroyed. */
+  /** Declared before phone_, which publishes events until it is destroyed. */
   EventDispatcher dispatcher_;
   RealTime<Phone> phone_;
 };

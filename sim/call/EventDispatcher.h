@@ -12,8 +12,10 @@ class EventDispatcher : public Dispatcher<com::qv::ICallEventListener> {
  public:
   using Dispatcher::Dispatcher;
 
-  /** `extraBytes` returns, for each event with a record, what to add to the length of that. To be
-   * called before the first event. */
+  /**
+   * For each event with a record, `extraBytes` returns the number of bytes to add to the record; it
+   * may be negative. To be called before the first event.
+   */
   void corrupt(std::function<int32_t(EventType)> extraBytes) { extraBytes_ = std::move(extraBytes); }
 
   void publish(const Event& event);

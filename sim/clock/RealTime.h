@@ -11,13 +11,13 @@
 
 namespace sim {
 
-/** Runs a model in real time, or a multiple of it. Thread-safe. A model is a class with advanceTo()
- * and nextTimer(), as Phone has them. */
+/** Runs a model in real time, or a multiple of it. Thread-safe. A model is a class with the methods
+ * advanceTo() and nextTimer(), such as Phone. */
 template <typename Model>
 class RealTime {
  public:
-  /** `speed` is the number of model seconds in a real one; `args` go to the model's constructor.
-   * The model runs, and calls out, under a lock. */
+  /** `speed` is the number of model seconds in a real second; `args` are passed to the model's
+   * constructor. A lock is held while the model runs, and while it calls its sinks. */
   template <typename... Args>
   explicit RealTime(double speed, Args&&... args)
       : speed_(speed), model_(std::forward<Args>(args)...), timers_([this] { runTimers(); }) {}
@@ -45,7 +45,7 @@ class RealTime {
  private:
   using Clock = std::chrono::steady_clock;
 
-  /** Has the timer thread look for a nearer timer, after the lock is released. */
+  /** Wakes the timer thread after the lock is released, since the next timer may have changed. */
   struct Wake {
     std::condition_variable& changed;
     ~Wake() { changed.notify_one(); }

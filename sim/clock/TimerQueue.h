@@ -33,9 +33,10 @@ class TimerQueue {
   std::optional<Time> next() const;
 
   /**
-   * Moves the clock and runs the timers that are due, in order of time and, at one time, of
-   * after(). Each action sees its own time as now(); a timer that it sets for a time up to `time`
-   * runs, too. The clock never moves back.
+   * Moves the clock and runs the timers that are due, in the order of their times; timers of the
+   * same time run in the order of the calls to after(). During an action, now() is the time of its
+   * timer. If an action sets a timer for a time up to `time`, that timer runs, too. The clock never
+   * moves back.
    */
   void advanceTo(Time time);
 

@@ -14,7 +14,7 @@ class Runner;
 
 /** A parsed command line. */
 struct Command {
-  /** Returns the output, or the reason of a refusal: lines that each end with a newline. */
+  /** Returns the output, or the reason of a refusal. Each line ends with a newline. */
   std::function<std::string(Runner&)> run;
   /** How long a script pauses afterwards. */
   Time wait{0};
@@ -23,8 +23,8 @@ struct Command {
 /** The words of a command line after the command. */
 using Words = std::vector<std::string>;
 
-/** Parses the arguments of a command. Without a result, `error` is the reason or, if it stays
- * empty, wrong usage. */
+/** Parses the arguments of a command. On failure returns nothing and sets `error` to the reason; if
+ * `error` is empty, the usage is wrong. */
 using ParseArguments = std::optional<Command> (*)(const Words& words, std::string* error);
 
 struct CommandRow {
@@ -36,11 +36,11 @@ struct CommandRow {
   ParseArguments parse;
 };
 
-/** The rows by subject. */
+/** The commands by subject. */
 std::span<const CommandRow> deskCommands();
 std::span<const CommandRow> faultCommands();
 
-/** Parses a line. An empty line, or a comment, gives neither a command nor an error. */
+/** Parses a line. For an empty line or a comment, returns nothing and leaves `error` empty. */
 std::optional<Command> parseCommand(const std::string& line, std::string* error);
 
 /** The possible completions of the last of `words`. */

@@ -47,7 +47,10 @@ class Runner {
   std::multimap<Clock::time_point, std::function<void()>> timers_;
 };
 
-/** Parses all of a script; without a result, `error` has each wrong line and its reason. */
+/**
+ * Parses a whole script. On failure returns nothing and sets `error` to the invalid lines and their
+ * reasons.
+ */
 std::optional<std::vector<Command>> parseScript(const std::string& path, std::string* error);
 
 }  // namespace sim

@@ -7,7 +7,7 @@
 
 namespace sim {
 
-/** Parses `text`, which has to be a number as a whole. */
+/** Parses a number; empty if `text` is anything else. */
 template <typename Number>
 std::optional<Number> parseNumber(std::string_view text) {
   Number number{};

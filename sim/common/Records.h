@@ -14,13 +14,13 @@ namespace sim {
 
 /* Conversion between the records of the interfaces and their bytes. */
 
-/** Truncates the text to fit. Writes no terminating zero: the record has to be zeroed before. */
+/** Copies a text, truncated to fit. Writes no terminating zero, so `to` must contain zeros. */
 template <size_t Size>
 void copyText(char (&to)[Size], std::string_view text) {
   text.copy(to, Size - 1);
 }
 
-/** `record` with another text in one field. */
+/** Returns a copy of `record` with another text in one field. */
 template <typename Record, size_t Size>
 Record with(char (Record::*field)[Size], std::string_view text, Record record = {}) {
   std::fill(std::begin(record.*field), std::end(record.*field), '\0');
@@ -28,20 +28,21 @@ Record with(char (Record::*field)[Size], std::string_view text, Record record = 
   return record;
 }
 
-/** The text up to its zero, or the whole field. */
+/** The text of a field, up to its zero byte or the end of the field. */
 template <size_t Size>
 std::string_view textOf(const char (&from)[Size]) {
   return {from, strnlen(from, Size)};
 }
 
-/** Valid as long as the record. */
+/** The bytes of a record, valid as long as the record. */
 template <typename Record>
 std::string_view bytesOf(const Record& record) {
   static_assert(std::has_unique_object_representations_v<Record>, "padding would be sent uninitialised");
   return {reinterpret_cast<const char*>(&record), sizeof(record)};
 }
 
-/** Longer by `extraBytes`, which are zeros, or shorter if that is negative. */
+/** Returns a copy with `extraBytes` zeros added, or with bytes removed if `extraBytes` is
+ * negative. */
 inline std::string resized(std::string_view bytes, int32_t extraBytes) {
   std::string result(bytes);
   const int64_t size = static_cast<int64_t>(bytes.size()) + extraBytes;
@@ -54,7 +55,7 @@ com::qv::CommonParcelable pack(const Record& record) {
   return {bytesOf(record).data(), sizeof(record)};
 }
 
-/** Empty if the size does not match. */
+/** The record with these bytes; empty if the size does not match. */
 template <typename Record>
 std::optional<Record> unpack(std::string_view bytes) {
   Record record;

@@ -11,14 +11,14 @@
 
 #include "clock/RealTime.h"
 
-/* What the services of the device share. */
+/* Helpers of all services of the device. */
 
 namespace sim {
 
-/** The result of a method that refuses and returns an integer. */
+/** The result of a method that returns an integer and refuses. */
 constexpr int32_t kRefused = -1;
 
-/** Why a model did nothing; empty if it did what was asked. */
+/** The reason why a model refused a request; empty after success. */
 using Refusal = std::optional<std::string>;
 
 inline android::binder::Status refuse(const std::string& why,
@@ -27,9 +27,9 @@ inline android::binder::Status refuse(const std::string& why,
 }
 
 /**
- * Passes a call of a service's method on to a method of the model, which returns nothing, a
- * Refusal, which becomes EX_ILLEGAL_STATE, or the value of the last parameter. Without a method for
- * the arguments: EX_UNSUPPORTED_OPERATION.
+ * Forwards a call of a service to a method of the model. That method returns nothing, or a Refusal,
+ * which becomes EX_ILLEGAL_STATE, or a value, which becomes the last argument. If the model has no
+ * method for the arguments, the result is EX_UNSUPPORTED_OPERATION.
  */
 template <typename Model, typename Method, typename... Args>
 android::binder::Status forward(RealTime<Model>& model, Method method, const Args&... args) {
@@ -55,7 +55,7 @@ android::binder::Status forward(RealTime<Model>& model, Method method, const Arg
   }
 }
 
-/** The definition of a service's method that forwards to the method of the same name of `model`. */
+/** Defines a method of a service that forwards to the method of `model` with the same name. */
 #define SIM_FORWARD(service, model, name, ...)                                                  \
   android::binder::Status service::name(COM_QV_PARAMS(__VA_ARGS__)) {                           \
     return forward(model, [](auto& used, const auto&... args) -> decltype(used.name(args...)) { \

@@ -6,8 +6,8 @@
 
 namespace sim {
 
-/* The records of the config service that this device lays out; docs/simulated-device.md shows them.
- * All others are opaque to it. */
+/* The records of the config service with fields that the simulated device uses;
+ * docs/simulated-device.md shows them. All others are opaque to the device. */
 
 struct DsskeyRecord {
   int32_t type;
@@ -39,7 +39,7 @@ static_assert(sizeof(LineRecord) == VESK_LINE_INFO_SIZE);
 
 struct NetworkStatusRecord {
   int32_t up;
-  /** 0: cable. */
+  /** 0 for a cable. */
   int32_t type;
   char mac[24];
   char ip[64];

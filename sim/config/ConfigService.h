@@ -7,8 +7,10 @@
 
 namespace sim {
 
-/** The config service of the simulated device: the settings, and the methods that do more than read
- * or set one. */
+/**
+ * The config service of the simulated device. The base class serves the methods that only get or
+ * set a setting; this class serves the others.
+ */
 class ConfigService : public SettingService {
  public:
   using SettingService::SettingService;
@@ -90,7 +92,7 @@ class ConfigService : public SettingService {
   Status setInputlogsReadDone(int32_t* result) override;
 
  private:
-  /** The indices of the MDC keys of a page that are set. */
+  /** The indices of the MDC keys that are set on a page. */
   std::set<int32_t> mdcKeys(int32_t page);
 
   /** The start of the uptime. */

@@ -12,7 +12,7 @@ class Console {
  public:
   explicit Console(Runner& runner) : runner_(runner) {}
 
-  /** Takes bytes of the input, and runs each complete line. */
+  /** Appends bytes of the input, and runs each complete line. */
   void feed(std::string_view bytes);
   /** Runs a line. */
   void run(const std::string& line);

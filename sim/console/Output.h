@@ -10,7 +10,7 @@
 namespace sim {
 
 /** Writes the standard output on a thread of its own, so that callers never block. If stdout isn't
- * read, lines beyond kMaxLines are discarded, and counted in the output. Thread-safe. */
+ * read, lines beyond kMaxLines are discarded, and the output states their number. Thread-safe. */
 class Output {
  public:
   static constexpr size_t kMaxLines = 10'000;
@@ -22,8 +22,8 @@ class Output {
   void say(std::string lines);
   /** Waits until all lines are written, or until the timeout. */
   void flush(std::chrono::milliseconds timeout);
-  /** On a terminal: each write replaces the line of the prompt, and makes `fd`, an eventfd,
-   * readable. */
+  /** For a terminal: from now on each write replaces the line of the prompt and makes the eventfd
+   * `fd` readable. */
   void aroundPrompt(int fd);
 
  private:

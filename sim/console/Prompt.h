@@ -4,8 +4,8 @@
 
 namespace sim {
 
-/** The prompt on a terminal, with line editing, history and completion. There is one at most, on
- * one thread. */
+/** The prompt on a terminal, with line editing, history and completion. At most one exists at a
+ * time, and one thread uses it. */
 class Prompt {
  public:
   explicit Prompt(Console& console);

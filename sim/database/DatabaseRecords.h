@@ -15,14 +15,14 @@ namespace sim {
 
 struct ContactRecord {
   int32_t id;
-  /** For calls; 0 for any. */
+  /** The line for calls; 0 for any. */
   int32_t line;
   char name[256];
   /** Office, mobile, home. */
   char numbers[3][64];
   char email[128];
   char company[128];
-  /** Empty without one. */
+  /** The name of the picture; empty without a picture. */
   char picture[128];
   char note[3652];
 };
@@ -49,14 +49,14 @@ struct PictureRecord {
   /** In bytes. */
   int32_t size;
   char name[120];
-  /** Row by row, from black 0 to white 255. */
+  /** Row by row, from 0 (black) to 255 (white). */
   uint8_t pixels[kSide * kSide];
 };
 static_assert(sizeof(PictureRecord) == VESK_CONTACT_PICTURE_SIZE);
 
 struct BlacklistRecord {
   int32_t id;
-  /** Calls that come in 1, that are made here 2, both 0. */
+  /** 1 for incoming calls, 2 for outgoing calls, 0 for both. */
   int32_t direction;
   char number[48];
 };
@@ -77,12 +77,12 @@ enum class CallKind : int32_t { kMade = 1, kReceived = 2, kMissed = 3 };
 
 struct CallLogRecord {
   int32_t id;
-  /** The number of the entry before this one, or 0. Set on reading. */
+  /** The number of the previous entry, or 0. Set when the entry is read. */
   int32_t older;
   int32_t line;
   CallKind kind;
   uint32_t time;
-  /** From answer to end. */
+  /** From the answer to the end of the call. */
   int32_t seconds;
   char number[64];
   char name[192];
@@ -93,7 +93,7 @@ struct MemoRecord {
   int32_t id;
   /** 0 if it is never due. */
   uint32_t due;
-  /** 1 after a check found it due. */
+  /** 1 after a check has found the memo due. */
   int32_t done;
   int32_t reserved;
   char text[252];
@@ -131,7 +131,7 @@ struct PhonebookRequestRecord {
   /** The contact to delete. */
   int32_t id;
   int32_t reserved;
-  /** To search for. */
+  /** The text to search for. */
   char text[36];
   ContactRecord contact;
 };
@@ -145,7 +145,7 @@ static_assert(sizeof(VoiceMailRecord) == VESK_VOICE_MAIL_COUNT_SIZE);
 
 enum class SmsBox : int32_t { kAll = 0, kUnread = 1, kInbox = 2, kSent = 3, kDrafts = 4 };
 
-/** Only stored: the interface counts messages, but has no method that reads one. */
+/** This record is only stored: the interface has no method that reads a message. */
 struct SmsRecord {
   int32_t id;
   /** kInbox, kSent or kDrafts. */

@@ -17,7 +17,7 @@
 
 namespace sim {
 
-/** The record at an index that counts from 0; empty if there is none. */
+/** The record at an index from 0; empty if there is none. */
 template <typename Record>
 std::optional<Record> entryAt(const std::vector<Record>& records, int32_t index) {
   if (index < 0 || static_cast<size_t>(index) >= records.size()) return std::nullopt;
@@ -37,8 +37,8 @@ class DatabaseService : public com::qv::BnDatabaseService {
 
   explicit DatabaseService(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** To be called first: creates the tables with the content of a new device. False, with the
-   * reason in `error`, if the store fails. */
+  /** Creates the tables with the content of a new device, if they are missing. To be called first.
+   * False, with the reason in `error`, if the store fails. */
   bool prepare(std::string* error);
 
   /** Stores an incoming short message. False if the number or the text is too long, or the store
@@ -60,9 +60,9 @@ class DatabaseService : public com::qv::BnDatabaseService {
   using Work = std::function<int32_t(Transaction&)>;
 
   /**
-   * Returns the result of `work`, which runs in a transaction. If that is kRefused, or the store
-   * fails, nothing is changed; the reason of a failure goes to `error` or, if that is null, to the
-   * log.
+   * Runs `work` in a transaction and returns its result. If the result is kRefused, or the store
+   * fails, nothing is changed. The reason of a failure is stored in `error` or, if that is null,
+   * logged.
    */
   int32_t perform(const Work& work, std::string* error = nullptr);
   Status answer(int32_t* result, const Work& work);
@@ -113,7 +113,7 @@ class DatabaseService : public com::qv::BnDatabaseService {
 
   /** Guards the members below. */
   std::mutex mutex_;
-  /** The contacts that the last request or search has found, in order. */
+  /** The contacts that the last request or search found, in order. */
   std::vector<int32_t> listed_;
   /** The same for the remote phonebooks. */
   std::vector<ContactRecord> foundXml_;

@@ -7,8 +7,8 @@
 
 namespace sim {
 
-/** Calls a method of a listener with the values of an event's payload. Their types follow from the
- * event, so that other combinations of method and payload only have to compile. */
+/** Calls a method of a listener with the values of an event's payload. The event determines their
+ * types; other combinations of method and payload have to compile, but are never run. */
 template <typename Listener, typename Method, typename... Values>
 android::binder::Status deliver(Listener& listener, Method method, const std::tuple<Values...>& values) {
   if constexpr (std::is_invocable_v<Method, Listener&, const Values&...>) {

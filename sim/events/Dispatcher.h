@@ -18,7 +18,7 @@ namespace sim {
 /** The part of Dispatcher that does not depend on the type of the listeners. */
 class DispatcherBase {
  public:
-  /** Exceeds any burst; a listener that hangs costs some megabytes. */
+  /** More than any burst of events. The queue of a listener that hangs takes some megabytes. */
   static constexpr size_t kMaxQueued = 100'000;
 
   DispatcherBase(const DispatcherBase&) = delete;
@@ -31,7 +31,7 @@ class DispatcherBase {
   using Message = std::function<android::binder::Status(android::IInterface& listener)>;
 
   explicit DispatcherBase(size_t maxQueued) : maxQueued_(maxQueued) {}
-  /** Leaves the threads of hanging listeners behind; they do not use this object. */
+  /** Does not wait for the threads of listeners that hang; they do not use this object. */
   ~DispatcherBase();
 
   void subscribe(pid_t process, const android::sp<android::IInterface>& listener);
@@ -46,9 +46,9 @@ class DispatcherBase {
 };
 
 /**
- * Sends events to listeners. Each listening process has a queue and a thread of its own, so that it
- * gets all events in order and does not delay the others when it is slow or hangs. Thread-safe.
- * Only stop() waits for listeners.
+ * Sends events to listeners. Each listening process has a queue and a thread of its own: it gets
+ * all events in order, and does not delay other processes if it is slow or hangs. Only stop() waits
+ * for listeners. Thread-safe.
  */
 template <typename Listener>
 class Dispatcher : public DispatcherBase {
@@ -56,13 +56,13 @@ class Dispatcher : public DispatcherBase {
   /** A listener with more than `maxQueued` pending events is dropped. */
   explicit Dispatcher(size_t maxQueued = kMaxQueued) : DispatcherBase(maxQueued) {}
 
-  /** Subscribes a listener to the events from now on, until its process dies or its queue is full.
-   * A process has one listener: a later one replaces the earlier. */
+  /** Subscribes a listener to all further events, until its process dies or its queue is full. A
+   * process has one listener: a later one replaces the earlier one. */
   void subscribe(pid_t process, const android::sp<Listener>& listener) {
     DispatcherBase::subscribe(process, listener);
   }
 
-  /** Subscribes a listener of the process whose call is being served; null is EX_NULL_POINTER. */
+  /** Subscribes a listener of the calling process; EX_NULL_POINTER for null. */
   android::binder::Status subscribeCaller(const android::sp<Listener>& listener) {
     using android::binder::Status;
     if (listener == nullptr)

@@ -32,11 +32,11 @@ struct ModuleKey {
   char value[46];
   /** 0 for an unused key. */
   uint8_t type;
-  /** 0 for any. */
+  /** 0 for any line. */
   uint8_t line;
 };
 
-/** In bytes: its size is no multiple of four. */
+/** Made of bytes, since its size is not a multiple of four. */
 struct ModuleKeysRecord {
   uint8_t module;
   uint8_t keys;
@@ -46,7 +46,7 @@ static_assert(sizeof(ModuleKeysRecord) == VESK_EXK_CONFIG_SIZE);
 
 struct AddKeyRecord {
   int32_t module;
-  /** 0 for the first unused one. */
+  /** 0 for the first unused key. */
   int32_t key;
   int32_t type;
   int32_t line;
@@ -60,7 +60,7 @@ struct KeyStateRecord {
   int32_t selector;
   int32_t module;
   int32_t key;
-  /** 0 for none; other values have the meaning that the application gives them. */
+  /** 0 for none; the application defines the other values. */
   int32_t state;
   char text[188];
 };

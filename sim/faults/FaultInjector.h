@@ -13,7 +13,7 @@
 
 namespace sim {
 
-/** A fault of the next calls of a service, or of the next events of one kind. */
+/** A fault in the next calls of a service, or in the next events of one kind. */
 struct Fault {
   enum Kind { kFail, kDelay, kShort };
   static constexpr int32_t kAlways = -1;
@@ -32,8 +32,9 @@ struct Fault {
   int32_t bytes = -1;
 };
 
-/** The interface of the listeners that get the service's events; null if it has none whose events
- * carry records. */
+/**
+ * The interface of the listeners of the service; null if the service has no events with records.
+ */
 const vesk::interfaces::Interface* eventsOf(const vesk::interfaces::Interface& service);
 
 /** A proxy between a service and its callers, which applies faults to the calls. Thread-safe,
@@ -50,15 +51,18 @@ class FaultInjector : public android::BBinder {
 
   /** Registers the service, for the first time or after its death. */
   android::status_t registerService();
-  /** Has the effect of the death of the service's process on its callers. Returns the number of
-   * deaths. */
+  /** Simulates the death of the service's process for its callers. Returns the number of deaths so
+   * far. */
   uint64_t die();
   uint64_t deaths() const;
 
   void add(const Fault& fault);
   /** Removes all faults. Delayed calls go on at once. */
   void clearFaults();
-  /** Added to the length of this event's record; 0 without a fault. */
+  /**
+   * Counts an event against the fault of its kind. Returns the number of bytes to add to the
+   * event's record; 0 without a fault.
+   */
   int32_t takeExtraBytes(const Method& event);
   /** One line for each fault; empty without faults. */
   std::string describe() const;

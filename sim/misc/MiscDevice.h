@@ -30,10 +30,10 @@ inline constexpr std::array kRecordings = {
 enum PlayState : int32_t { kStopped = 0, kPlaying = 1, kPaused = 2 };
 
 /**
- * The part of the device behind the misc service: test mode, display, USB disk, multicast. Methods
- * that carry the name of one of the service serve it; a refusal changes nothing. Each event goes to
- * a sink, in order, during the call that causes it; sinks must not call back. Time passes only in
- * advanceTo(). Not thread-safe.
+ * The model of the misc service: test mode, display, USB disk, multicast. The methods of the
+ * service forward to those with the same names. A refusal changes nothing. Each event goes to a
+ * sink, in order, during the call that causes it; sinks must not call this object. Time passes only
+ * in advanceTo(). Not thread-safe.
  */
 class MiscDevice {
  public:
@@ -42,7 +42,7 @@ class MiscDevice {
     std::function<void(const MiscEvent&)> misc;
   };
 
-  /** The tests; kAll is all of them in turn. */
+  /** The tests; kAll runs all of them in turn. */
   enum Test : int32_t { kAll = 0, kDisplay = 1, kTouchScreen = 2, kRestart = 3 };
   enum TouchResult : int32_t { kPassed = 0, kFailed = 1 };
 
@@ -83,7 +83,7 @@ class MiscDevice {
   void notifyLcdScreenShotReady();
 
   void setUdisk(bool present);
-  /** 1 with a disk, 0 without. The client gives 3 if the call fails. */
+  /** 1 with a disk, 0 without. The C function returns 3 if the call fails. */
   int32_t getUdiskStatus() const { return hasUdisk_; }
   int32_t playRecFileStart(std::string_view file);
   void playRecFileStop();
@@ -131,8 +131,9 @@ class MiscDevice {
   bool hasUdisk_ = true;
   PlayState playState_ = kStopped;
   TimerQueue::Id playTimer_ = 0;
-  /** The end of playing, and, on pause, the time that is left. */
+  /** While playing: the time at which it ends. */
   Time playEnd_{0};
+  /** While paused: the rest of the recording. */
   Time playLeft_{0};
 
   std::optional<std::string> multicast_ = "page-all";

@@ -6,7 +6,7 @@
 
 namespace sim {
 
-/* The events of the misc service, named as the methods of its listeners. */
+/* The events of the misc service, with the names of its listeners' methods. */
 
 enum class AteEventType {
 #define METHOD(code, name, ...) name = (code),

@@ -12,8 +12,10 @@
 
 namespace sim {
 
-/** The methods that a method of MiscDevice serves. `trace` is called with a line of text for each
- * event, under the device's lock. */
+/**
+ * The methods that forward to the method of MiscDevice with the same name. `trace` is called with a
+ * line of text for each event, under the device's lock.
+ */
 class MiscMethods : public com::qv::BnMiscService {
  public:
   MiscMethods(double speed, const std::function<void(const std::string&)>& trace);
@@ -31,7 +33,7 @@ class MiscMethods : public com::qv::BnMiscService {
 #undef METHOD
 
  protected:
-  /** Before device_, which publishes events until it is destroyed. */
+  /** Declared before device_, which publishes events until it is destroyed. */
   Dispatcher<IAteEventListener> ateListeners_;
   Dispatcher<IMiscEventListener> miscListeners_;
   RealTime<MiscDevice> device_;

@@ -16,15 +16,15 @@ struct Contact {
   Time answersAfter = Time(1500);
   /** From the answer to the end of the call by the remote party. */
   Time hangsUpAfter = kNever;
-  /** From the end of an answered call to a call back. */
+  /** From the end of an answered call to the call back. */
   Time callsBackAfter = kNever;
-  /** From the first attempt. A later attempt succeeds. */
+  /** From the first attempt to call. Attempts after that time succeed. */
   Time engagedFor = Time(0);
   bool ivr = false;
   bool video = false;
 };
 
-/** The contacts of the device, each with another behaviour. */
+/** The numbers that can be called, each with a different behaviour. */
 inline constexpr std::array kDirectory = {
     Contact{.number = "200", .name = "Alice Meyer"},
     Contact{.number = "201", .name = "Ben Okafor", .answersAfter = Time(2500)},

@@ -68,14 +68,14 @@ struct CompletionInfo {
   bool operator==(const CompletionInfo&) const = default;
 };
 
-/** Named as the methods of the listener. */
+/** The events, with the names of the listener's methods. */
 enum class EventType {
 #define METHOD(code, name, ...) name = (code),
 #include <com/qv/CallEventListener.def>
 #undef METHOD
 };
 
-/** The type follows from the parameters of the listener's method. */
+/** The event determines the alternative: the one for the parameters of the listener's method. */
 using EventPayload = std::variant<std::monostate, int32_t, CallInfo, ConferenceInfo, KeyInfo, AutoRedialInfo,
                                   CompletionInfo, std::string>;
 

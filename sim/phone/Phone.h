@@ -29,11 +29,11 @@ struct Snapshot {
 };
 
 /**
- * A telephone with lines, channels and remote parties. Its methods have the names and meanings of
- * those of the call service, which docs/simulated-device.md describes: channel 0 stands for the
- * current call, line 0 for the first registered one. Each event goes to the sink, in order, during
- * the call that causes it; the sink must not call back. Time passes only in advanceTo(). Not
- * thread-safe.
+ * The model of the call service: a telephone with lines, channels and remote parties. The methods
+ * of the service, which docs/simulated-device.md describes, forward to those with the same names.
+ * Channel 0 stands for the current call, line 0 for the first registered line. Each event goes to
+ * the sink, in order, during the method that causes it; the sink must not call this object. Time
+ * passes only in advanceTo(). Not thread-safe.
  */
 class Phone {
  public:
@@ -43,7 +43,7 @@ class Phone {
   /** Lines 1 and 2 are registered with a server, line 3 is not. */
   static constexpr int32_t kRegisteredLines = 2;
   static constexpr int32_t kChannels = 8;
-  /** There is one conference at most. */
+  /** There is at most one conference. */
   static constexpr int32_t kConferenceNumber = 1;
   static constexpr int32_t kHeadsetKey = 226;
   static constexpr int32_t kAutoRedialTimes = 5;
@@ -78,7 +78,7 @@ class Phone {
   bool getCallHaveIvr() const;
   int32_t getFirstValidLine() const { return 1; }
 
-  /** Has a call arrive. */
+  /** Starts an incoming call. */
   Refusal incomingCall(int32_t line, const std::string& number);
   void scheduleIncomingCall(Time delay, int32_t line, const std::string& number);
 
@@ -130,7 +130,7 @@ class Phone {
   /** Empty if there is none. */
   std::optional<Snapshot> snapshot(int32_t chan, int32_t index) const;
 
-  /* State that the user sees and hears. */
+  /* State that the user can see and hear. */
   std::vector<CallInfo> calls() const;
   int32_t tone() const { return tone_; }
   bool doorLedOn() const { return doorLedTimer_ != 0; }

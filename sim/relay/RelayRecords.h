@@ -37,7 +37,7 @@ struct RelayNameRecord {
 };
 static_assert(sizeof(RelayNameRecord) == VESK_RELAY_DEV_NAME_SIZE);
 
-/** kSwitch keeps its state, kPulse goes off by itself. */
+/** An output of type kSwitch keeps its state; one of type kPulse goes off by itself. */
 enum class RelayType : int32_t { kSwitch = 0, kPulse = 1 };
 
 /** An output, as transferred and as stored. */
@@ -92,7 +92,7 @@ struct RelayOutputRecord {
 };
 static_assert(sizeof(RelayOutputRecord) == VESK_RELAY_DO_CHANNEL_SIZE);
 
-/** kPulse switches on, and off by itself, for outputs of both types. */
+/** After kPulse, outputs of both types go off by themselves. */
 enum class RelayAct : int32_t { kOff = 0, kOn = 1, kToggle = 2, kPulse = 3 };
 
 struct RelayActRecord {

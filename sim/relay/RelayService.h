@@ -30,8 +30,8 @@ class RelayService : public com::qv::BnRelayService {
 #undef METHOD
 
  private:
-  /** Returns 0 if `method`, called with the record, returns true. A record of another size is
-   * refused. */
+  /** Calls `method` with the record. The result is 0 if `method` returns true, otherwise kRefused.
+   * A record of another size is refused. */
   template <typename Record, typename Method>
   Status apply(const CommonParcelable& record, int32_t* result, Method method);
 

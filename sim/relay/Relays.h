@@ -14,8 +14,11 @@
 
 namespace sim {
 
-/** The relay device: eight outputs, whose configuration is in the store. It changes between begin()
- * and commit(), by one process at a time. Time passes only in advanceTo(). Not thread-safe. */
+/**
+ * The model of the relay service: a device with eight outputs. Their configuration is in the store;
+ * one process at a time can change it, between begin() and commit(). Time passes only in
+ * advanceTo(). Not thread-safe.
+ */
 class Relays {
  public:
   /** There is one device. */
@@ -36,10 +39,11 @@ class Relays {
   std::string name() const;
   RelayOutputsRecord outputs() const;
 
-  /* False, without a change, on refusal or if the store fails. */
+  /* These methods return false, and change nothing, on refusal or if the store fails. */
   bool setName(const RelayNameRecord& name);
   /**
-   * A second begin() of a process discards its changes. The death of a process ends its bracket.
+   * Begins the changes of a process. A second begin() of the same process discards its changes, and
+   * so does the death of the process.
    */
   bool begin(pid_t process);
   bool setType(pid_t process, const RelayTypeRecord& type);
@@ -71,7 +75,8 @@ class Relays {
 
   static bool isOutput(int32_t output) { return output >= 1 && output <= kRelayOutputs; }
   static bool isActable(const RelayActRecord& act);
-  /** The output in the bracket of the process; null without a bracket or such an output. */
+  /** The output as changed by the process; null if the process has not called begin(), or there is
+   * no such output. */
   RelayOutput* toChange(pid_t process, int32_t device, int32_t output);
   Output& at(int32_t output) { return outputs_[static_cast<size_t>(output - 1)]; }
   const Output& at(int32_t output) const { return outputs_[static_cast<size_t>(output - 1)]; }

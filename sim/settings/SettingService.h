@@ -16,8 +16,8 @@
 
 namespace sim {
 
-/** The methods of the config service that read and set the values in SettingTable.cpp. A method
- * without a setting does nothing and returns 0. */
+/** The methods of the config service that get and set the values in SettingTable.cpp. A method that
+ * is not in the table does nothing and returns 0. */
 class SettingService : public com::qv::BnConfigService {
  public:
   // The interface's table names these types without their namespace.
@@ -46,13 +46,13 @@ class SettingService : public com::qv::BnConfigService {
   /** The key of a setting's value. */
   static std::string keyOf(ConfigMethod method, const std::vector<Argument>& arguments);
 
-  /** Does what the table gives for `method`. */
+  /** Gets or sets the setting that the table has for `method`. */
   Status perform(ConfigMethod method, std::vector<Argument> arguments, const Answer& answer = {});
 
   const std::shared_ptr<Settings> settings_;
 
  private:
-  /** The same with the parameters of the method. */
+  /** Calls perform() with the parameters of the method. */
   template <typename... Args>
   Status performRow(ConfigMethod method, const Args&... args);
 };

@@ -12,29 +12,29 @@
 
 namespace sim {
 
-/** A record of zeros, but for the text at its beginning. */
+/** A record that begins with a text and otherwise contains zeros. */
 struct RecordOf {
   size_t size;
   std::string_view text = {};
 };
 
-/** The number of the values that are set for another getter. */
+/** The number of values that are set for another getter. */
 struct CountOf {
   ConfigMethod getter;
 };
 
 /**
- * A value that one method sets and another returns. It is kept separately for each combination of
- * the arguments other than the value; the value is the last record of the setter, or else its last
- * argument.
+ * A value that one method sets and another returns. The value is the last record of the setter or,
+ * without a record, its last argument. There is a separate value for each combination of the other
+ * arguments.
  */
 struct Setting {
-  /** Either may be none. */
+  /** Either may be ConfigMethod::none. */
   ConfigMethod getter;
   ConfigMethod setter;
   /** The value before it is set. Switches are numbers. */
   std::variant<int32_t, std::string_view, RecordOf, CountOf> preset;
-  /** There is one value for all combinations of the other arguments. */
+  /** True if there is one value for all combinations of the other arguments. */
   bool shared = false;
 
   /** The key of the value without arguments, and the prefix of all others. */

@@ -14,8 +14,10 @@
 
 namespace sim {
 
-/** All values that are set, by key: texts and records as their bytes, numbers in decimal, switches
- * as 1 or 0. */
+/**
+ * The values that are set, by key. Texts and records are stored as their bytes, numbers in decimal,
+ * switches as 1 or 0.
+ */
 using Values = std::map<std::string, std::string>;
 
 /** Joins the parts with slashes. Different parts give different keys. */
@@ -25,19 +27,20 @@ void extendKey(std::string& key, std::string_view part);
 
 /** The numbers that directly follow `prefix` in keys. */
 std::set<int32_t> numbersAfter(const Values& values, const std::string& prefix);
-/** Erases the keys with `number` after `prefix`; greater numbers decrease by one. */
+/** Erases the keys with `number` directly after `prefix`, and decreases greater numbers there by
+ * one. */
 void eraseNumbered(Values& values, const std::string& prefix, int32_t number);
 
-/** The settings of the device. Changes take effect at once, but outlive the device only if saved.
- * Thread-safe. */
+/** The settings of the device. Changes take effect at once, but are lost at the end of the device
+ * unless they are saved. Thread-safe. */
 class Settings {
  public:
   explicit Settings(std::shared_ptr<Store> store) : store_(std::move(store)) {}
 
-  /** Loads the values that were saved last, or `factory` if none were. False, with the reason in
-   * `error`, if the store fails. */
+  /** Loads the values that were saved last, or `factory` if none were saved. False, with the reason
+   * in `error`, if the store fails. */
   bool load(const Values& factory, std::string* error);
-  /** Saves all values; none of them if it fails. */
+  /** Saves all values. If it fails, none of them is saved. */
   bool save(std::string* error) const;
 
   /** Runs `action` on the values under the lock. */

@@ -11,7 +11,7 @@
 
 namespace sim {
 
-/** A table of the store with blobs by number. Each method is part of a transaction. */
+/** A table of the store that maps numbers to blobs. Each method is part of a transaction. */
 class BlobTable {
  public:
   /** `name` becomes part of the SQL and must not come from a user. */
@@ -39,7 +39,7 @@ class BlobTable {
   const std::string name_;
 };
 
-/** Records by number. Those with a member `id` carry their number. */
+/** A table that maps numbers to records. If a record has a member `id`, that is its number. */
 template <typename Record>
 class RecordTable : public BlobTable {
  public:
@@ -58,7 +58,7 @@ class RecordTable : public BlobTable {
     return records;
   }
 
-  /** Adds a record under a new number, which it returns. */
+  /** Adds a record under a new number. Returns the number. */
   int32_t add(Transaction& transaction, Record record) const {
     record.id = newId(transaction);
     put(transaction, record);

@@ -14,7 +14,7 @@ struct sqlite3_stmt;
 
 namespace sim {
 
-/** Bytes as a parameter of a statement; a std::string_view is a text. */
+/** A parameter of a statement that is a blob; a std::string_view is a text. */
 struct Blob {
   std::string_view bytes;
 };
@@ -40,9 +40,9 @@ class Transaction {
   using ShowRow = std::function<void(const Row&)>;
 
   /**
-   * Runs an SQL statement with `parameters` in the places of its question marks, and calls `show`
-   * with each row of the result. After a failure the transaction has failed: it runs no more
-   * statements and is rolled back.
+   * Runs an SQL statement with `parameters` for its question marks, and calls `show` with each row
+   * of the result. If a statement fails, the transaction runs no more statements and is rolled
+   * back.
    */
   void run(const char* sql, std::initializer_list<Parameter> parameters = {}, const ShowRow& show = {});
 
@@ -51,7 +51,7 @@ class Transaction {
   /** The number of rows that the last INSERT, UPDATE or DELETE changed. */
   int changedRows() const;
 
-  /** Has the transaction rolled back. */
+  /** The transaction runs no more statements and is rolled back. */
   void cancel() { failed_ = true; }
 
  private:
@@ -64,14 +64,16 @@ class Transaction {
   std::string error_;
 };
 
-/** The state of the device, in tables that its services create. A committed transaction survives
- * the end of the process, in any way; an interrupted one leaves no trace. Thread-safe. */
+/**
+ * The state of the device, in tables that its services create. A committed transaction survives any
+ * end of the process; an interrupted one changes nothing. Thread-safe.
+ */
 class Store {
  public:
   /**
-   * Opens the file device.db in `directory`, and creates both if they are missing; without a
-   * directory, opens a database in memory. Null, with the reason in `error`, on failure: a file
-   * that is damaged, of another program or open in another device stays unchanged.
+   * Opens the file device.db in `directory`, and creates both if they are missing. If `directory`
+   * is empty, opens a database in memory. Returns null, with the reason in `error`, on failure. A
+   * file that is damaged, of another program or open in another device stays unchanged.
    */
   static std::unique_ptr<Store> open(const std::string& directory, std::string* error);
 
@@ -79,16 +81,16 @@ class Store {
   Store(const Store&) = delete;
   Store& operator=(const Store&) = delete;
 
-  /** Runs `work`, which must not begin another transaction. True if its changes are committed;
-   * otherwise the reason goes to `error` or, if that is null, to the log. */
+  /** Runs `work`, which must not begin another transaction, and commits its changes. False if they
+   * are not committed; the reason is stored in `error` or, if that is null, logged. */
   bool transact(const std::function<void(Transaction&)>& work, std::string* error = nullptr);
 
  private:
   explicit Store(sqlite3* database) : database_(database) {}
 
-  /** Checks and locks the file, and marks a new one. */
+  /** Checks and locks the file. Marks a new file as one of this program. */
   bool claim(std::string* error);
-  /** For a BEGIN, a COMMIT and the like. */
+  /** Runs a statement without parameters and results, such as BEGIN or COMMIT. */
   bool execute(const char* sql);
   std::string describeFailure() const;
 

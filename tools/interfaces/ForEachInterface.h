@@ -1,6 +1,7 @@
 /*
- * Includes the file ROWS_HEADER once for each interface, with COM_QV_INTERFACE defined as its name.
- * The services come first. ROWS_HEADER undefines COM_QV_INTERFACE; this file undefines ROWS_HEADER.
+ * Includes the file ROWS_HEADER once for each interface, services first, with COM_QV_INTERFACE
+ * defined as the interface's name. ROWS_HEADER must undefine COM_QV_INTERFACE. This file undefines
+ * ROWS_HEADER.
  */
 
 #define COM_QV_INTERFACE CallService

@@ -1,6 +1,6 @@
 /*
- * Defines kMethods from the rows of COM_QV_INTERFACE, in a namespace of the interface's name.
- * Included once for each interface, by InterfaceTable.cpp.
+ * Defines kMethods from the rows of COM_QV_INTERFACE, in a namespace with the interface's name.
+ * InterfaceTable.cpp includes this file once for each interface.
  */
 
 namespace COM_QV_INTERFACE {

@@ -7,12 +7,12 @@
 #include <string_view>
 #include <vector>
 
-/* The interfaces of include/com/qv as data: their methods, and the parameters of these. */
+/* The interfaces of include/com/qv as data: their methods and parameters. */
 namespace vesk::interfaces {
 
 enum class Type { kInt32, kBool, kString, kInt32s, kStrings, kRecord, kRecords, kListener };
 
-/** As users write and read it: int32, string[], record ... */
+/** The name of a type in input and output: int32, string[], record ... */
 const char* nameOf(Type type);
 
 struct Parameter {
@@ -31,20 +31,22 @@ struct Method {
 
   std::span<const Parameter> ins() const;
   std::span<const Parameter> outs() const;
-  /** The types of the values in a reply, in its order: the return value, which is the last
-   * out-parameter, comes first. */
+  /**
+   * The types of the values in a reply, in their order. The last out-parameter, which is the return
+   * value, comes first.
+   */
   std::vector<Type> replyTypes() const;
-  /** A single record, or a list of records. */
+  /* True for a single record and for a list of records. */
   bool takesRecord() const;
   bool returnsRecord() const;
-  /** makeCall(int32 line, string number) -> int32 result */
+  /** For example "makeCall(int32 line, string number) -> int32 result". */
   std::string signature() const;
 };
 
 struct Interface {
   /** The short name: "call" for the service, "call-events" for its listener. */
   const char* name;
-  /** The class without its I: "CallService". */
+  /** The name of the class without the leading I: "CallService". */
   const char* className;
   /** In code order, from 1, without a gap. */
   std::span<const Method> methods;
@@ -67,10 +69,10 @@ std::span<const Interface> all();
 std::span<const Interface> services();
 std::span<const Interface> listeners();
 
-/** By its short name or its name in the service manager; null if there is no such service. */
+/** Finds a service by its short name or its name in the service manager; null if there is none. */
 const Interface* findService(std::string_view name);
 
-/** The method of a service with which a listener of that interface is registered. */
+/** The method of a service that registers listeners of an interface. */
 struct Registration {
   const Interface* service;
   const Method* method;

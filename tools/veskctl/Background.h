@@ -13,17 +13,17 @@ namespace veskctl {
 
 using Clock = std::chrono::steady_clock;
 
-/** The time in that many seconds; 0 means no limit, ten years in practice. */
+/** The time `seconds` from now. 0 means no limit, which is ten years in practice. */
 inline Clock::time_point deadlineAfter(double seconds) {
-  // time_point::max() would overflow in the conversions that waiting makes.
+  // wait_until() converts the time, so time_point::max() would overflow.
   constexpr std::chrono::hours kNoLimit(24 * 3650);
   if (seconds <= 0) return Clock::now() + kNoLimit;
   return Clock::now() + std::chrono::duration_cast<Clock::duration>(std::chrono::duration<double>(seconds));
 }
 
 /**
- * Runs work that waits for another process, and may hang, on a thread of its own. After a timeout
- * the thread keeps running detached, so the work must own everything that it uses.
+ * Runs work that may hang, because it waits for another process, on a thread of its own. The thread
+ * is detached and may outlive this object, so the work must own everything that it uses.
  */
 template <class T>
 class Background {

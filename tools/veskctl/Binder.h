@@ -18,11 +18,11 @@ namespace veskctl {
 /** The service of that name, or null, without waiting for it. */
 android::sp<android::IBinder> findService(const std::string& name);
 
-/** The state of a service, found without calling its methods. */
+/** The state of a service, determined without calling its methods. */
 struct ServiceState {
   bool isAlive = false;
   std::chrono::duration<double, std::milli> roundTrip{};
-  /** Not set on older platforms, which do not report it. */
+  /** Empty on older platforms, which do not report it. */
   std::optional<pid_t> pid;
   std::string descriptor;
 };
@@ -30,11 +30,11 @@ ServiceState inspect(const std::string& serviceName);
 
 struct Answer {
   android::binder::Status status;
-  /** In the order of Method::outs(); empty unless the status is ok. */
+  /** The results in the order of Method::outs(); empty if the status is not ok. */
   std::vector<Value> outs;
 };
 
-/** Makes one call, with the bytes that the library's proxy would send. The values have the types of
+/** Makes one call. Sends the same bytes as the library's proxy. The values must have the types of
  * Method::ins(). */
 Answer transact(android::IBinder& binder, const Interface& interface, const Method& method,
                 const std::vector<Value>& ins);

@@ -28,7 +28,7 @@ struct Event {
   std::string reason;
 };
 
-/** Passes events from binder threads to the main thread, in order. Safe to use from any thread. */
+/** Passes events from binder threads to the main thread, in order. Thread-safe. */
 class EventQueue {
  public:
   EventQueue();
@@ -36,7 +36,7 @@ class EventQueue {
   EventQueue(const EventQueue&) = delete;
   EventQueue& operator=(const EventQueue&) = delete;
 
-  /** Becomes readable when there are events. */
+  /** A descriptor that is readable while there are events. */
   int fd() const { return fd_; }
   void push(Event event);
   std::vector<Event> take();
@@ -47,7 +47,7 @@ class EventQueue {
   std::vector<Event> events_;
 };
 
-/** A listener of any of the interfaces. Queues its events, and answers ok. */
+/** A listener of any listener interface. Queues its events, and returns ok. */
 class EventListener : public android::BBinder {
  public:
   EventListener(const Interface& listener, std::shared_ptr<EventQueue> queue);

@@ -12,12 +12,12 @@ struct Field {
   size_t offset;
   /** The size of a text field, which ends with a zero byte; 0 for an int32. */
   size_t textSize;
-  /** The device may store fields of its own after the zero byte. */
+  /** True if the device may store other fields after the zero byte of the text. */
   bool holdsMore = false;
 };
 
 struct Layout {
-  /** The name of the parameters with this layout, and the size of their records. */
+  /** The layout is that of parameters with this name whose records have this size. */
   std::string_view parameter;
   size_t size;
   std::span<const Field> fields;

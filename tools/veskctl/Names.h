@@ -14,8 +14,8 @@ using interfaces::Method;
 using interfaces::Parameter;
 using interfaces::Type;
 
-/* Interfaces and methods by the names that users give, in any case. A failed search returns null
- * and sets `error` to a message with the nearest names. */
+/* Find interfaces and methods by the names that users type, ignoring case. A failed search returns
+ * null and sets `error` to a message with the nearest names. */
 
 /** By its short name, the name of its service, its descriptor or its class. */
 const Interface* findInterface(std::span<const Interface> among, std::string_view name, std::string* error);

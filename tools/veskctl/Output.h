@@ -27,7 +27,7 @@ struct Settings {
 
 enum class Style { kHeading, kGood, kBad, kDim };
 
-/** The text, in colour if the settings ask for it. */
+/** The text, in colour if the settings enable it. */
 std::string styled(const Settings& settings, Style style, std::string_view text);
 
 /**

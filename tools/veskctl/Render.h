@@ -9,10 +9,11 @@
 /* Values as text for people and as JSON for programs. */
 namespace veskctl {
 
-/** On one line: the fields of a record if its layout is known, else its first bytes. */
+/** The value on one line. A record is shown as its fields if its layout is known, otherwise as its
+ * first bytes. */
 std::string brief(const Parameter& parameter, const Value& value);
 
-/** Name, type and value for the answer to a call; records with all their bytes. Ends with a
+/** The name, type and value of a result of a call, with all bytes of a record. Ends with a
  * newline. */
 std::string inFull(const Parameter& parameter, const Value& value, size_t nameWidth);
 

@@ -9,8 +9,7 @@ namespace veskctl {
  * started. */
 void blockSignals();
 
-/** Prints the queued events until SIGINT or SIGTERM arrives or the reader of the output closes
- * it. */
+/** Prints the queued events until SIGINT or SIGTERM arrives, or the reader closes the output. */
 int showEvents(EventQueue& queue, const Settings& settings);
 
 }  // namespace veskctl

@@ -5,8 +5,8 @@
 namespace com::qv {
 
 /**
- * Passes each event of the automatic test to its callback of connect_misc_service, which must not
- * be null.
+ * Passes each event of the automatic test to the callback that connect_misc_service() was given for
+ * it, which must not be null.
  */
 class COM_QV_EXPORT AteEventListener : public BnAteEventListener {
  public:

@@ -16,11 +16,15 @@ class COM_QV_EXPORT ClientBase : public android::IBinder::DeathRecipient {
  public:
   using DeathHook = void (*)(ClientBase* client, const android::wp<android::IBinder>& who);
 
-  /** Runs the death hook, if it is set, on a binder thread, and logs the death. */
+  /**
+   * Runs the death hook, if it is set, then logs the death. Called on a thread of the platform. If
+   * the service dies during the connect, called on a new thread or, if none can be started, on the
+   * connecting thread.
+   */
   void binderDied(const android::wp<android::IBinder>& who) override;
 
   const android::String16 name;
-  /** Called first when the service dies. Set before the client is linked to the death. */
+  /** Called when the service dies. To be set before linkToDeath() is called for the client. */
   DeathHook deathHook = nullptr;
   /** The binder that the service manager returned; null if the service was not found. */
   const android::sp<android::IBinder> binder;

@@ -9,8 +9,8 @@
 namespace com::qv {
 
 /**
- * The payload type of every interface: a fixed-size C record, carried byte for byte. Receivers
- * recognise a record by its length. On the wire it is one String8.
+ * The bytes of a C record of fixed size, the payload type of all interfaces. The type of the record
+ * is not sent: receivers check the length. On the wire it is one String8.
  */
 class COM_QV_EXPORT CommonParcelable : public android::Parcelable {
  public:

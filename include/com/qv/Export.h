@@ -1,6 +1,6 @@
 #pragma once
 
-/** Marks what libvesk_client.so exports; everything else in it is hidden. */
+/** Exports a C++ class from libvesk_client.so, where symbols are hidden by default. */
 #define COM_QV_EXPORT __attribute__((visibility("default")))
-/** Marks a member of an exported class that nobody outside of the library calls by name. */
+/** Hides a member of an exported class that is only used inside the library. */
 #define COM_QV_HIDDEN __attribute__((visibility("hidden")))

@@ -5,8 +5,8 @@
 
 namespace com::qv {
 
-/** The connection to the external-key service. It is not linked to the service's death, after which
- * calls fail. */
+/** The connection to the external-key service. There is no death notification: calls fail after the
+ * death of the service. */
 class COM_QV_EXPORT ExternalKeyClient : public ClientBase {
  public:
   using Interface = IExternalKeyService;

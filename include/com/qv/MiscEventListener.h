@@ -4,7 +4,8 @@
 
 namespace com::qv {
 
-/** Passes each misc event to its callback of connect_misc_service, which must not be null. */
+/** Passes each misc event to the callback that connect_misc_service() was given for it, which must
+ * not be null. */
 class COM_QV_EXPORT MiscEventListener : public BnMiscEventListener {
  public:
 #define METHOD(code, name, ...) android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) override;

@@ -5,10 +5,8 @@
 
 namespace com::qv {
 
-/**
- * The connection to the relay service. It is not linked to the service's death, after which calls
- * fail.
- */
+/** The connection to the relay service. There is no death notification: calls fail after the death
+ * of the service. */
 class COM_QV_EXPORT RelayClient : public ClientBase {
  public:
   using Interface = IRelayService;

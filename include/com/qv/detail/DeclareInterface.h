@@ -1,8 +1,8 @@
 /*
- * Declares the classes of one interface from its rows. Included once per interface, outside of any
- * namespace, with COM_QV_INTERFACE defined as the interface's name without the leading I, for
- * example CallService. Its rows are in <com/qv/CallService.def> then. The macro is undefined again
- * at the end. The bodies come from ipc/DefineInterface.h.
+ * Declares the classes of one interface. Include it once for each interface, outside of any
+ * namespace. Before that, define COM_QV_INTERFACE as the interface's name without the leading I:
+ * for CallService, the methods are the rows of <com/qv/CallService.def>. This file undefines the
+ * macro. ipc/DefineInterface.h defines the member functions.
  */
 
 #include <com/qv/detail/Platform.h>
@@ -21,15 +21,15 @@
 
 namespace com::qv {
 
-/** The interface: one method for each row, in code order. */
+/** The interface: one method for each row, in the order of the codes. */
 class COM_QV_EXPORT COM_QV_I : public android::IInterface {
  public:
-  /** "com.qv." and the interface's name. Never destroyed: binder threads still compare it while the
+  /** "com.qv." and the interface's name. Never destroyed, since binder threads may use it while the
    * process exits. */
   static const android::String16& descriptor;
   virtual const android::String16& getInterfaceDescriptor() const { return descriptor; }
 
-  /** The object itself if it lives in this process, a new proxy for it if not; null for null. */
+  /** The object itself if it lives in this process, otherwise a new proxy; null for null. */
   static android::sp<COM_QV_I> asInterface(const android::sp<android::IBinder>& binder);
 
 #define METHOD(code, name, ...) virtual android::binder::Status name(COM_QV_PARAMS(__VA_ARGS__)) = 0;
@@ -37,7 +37,7 @@ class COM_QV_EXPORT COM_QV_I : public android::IInterface {
 #undef METHOD
 };
 
-/** The proxy. A failed call writes no out-argument. Safe to use from several threads. */
+/** The proxy. A failed call leaves the out-arguments unchanged. Thread-safe. */
 class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
  public:
   explicit COM_QV_BP(const android::sp<android::IBinder>& remote);
@@ -52,7 +52,7 @@ class COM_QV_EXPORT COM_QV_BP : public android::BpInterface<COM_QV_I> {
   COM_QV_HIDDEN android::binder::Status callRemote(Parameters... parameters, uint32_t code);
 };
 
-/** The stub, from which a process that serves the whole interface derives. Methods are called on
+/** The stub: base class of a service that implements the whole interface. Methods are called on
  * binder threads, several at once. */
 class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
  public:
@@ -63,8 +63,8 @@ class COM_QV_EXPORT COM_QV_BN : public android::BnInterface<COM_QV_I> {
                                uint32_t flags = 0) override;
 };
 
-/** A stub that answers EX_UNSUPPORTED_OPERATION to everything, for a process that serves a part of
- * the interface. */
+/** A stub whose methods return EX_UNSUPPORTED_OPERATION: base class of a service that implements a
+ * part of the interface. */
 class COM_QV_EXPORT COM_QV_DEFAULT : public COM_QV_BN {
  public:
 #define METHOD(code, name, ...)                                                                           \

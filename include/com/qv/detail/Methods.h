@@ -1,19 +1,19 @@
 #pragma once
 
 /*
- * Expands the rows of an interface. A row of a .def file is a method: its code, its name and its
- * parameters as (type, name) pairs, where a pointer is an out-argument:
+ * Expands the rows of an interface. Each row of a .def file describes a method by its code, its
+ * name and its parameters as (type, name) pairs. A pointer is an out-argument:
  *
  *   METHOD(14, makeCall, (int32_t, line), (const std::string&, number), (int32_t*, result))
  *
  * The including file defines METHOD(code, name, ...) and undefines it afterwards. The macros below
- * expand the parameters of that row to
+ * expand the parameters of a row to
  *
  *   COM_QV_PARAMS(__VA_ARGS__)   int32_t line, const std::string& number, int32_t* result
  *   COM_QV_TYPES(__VA_ARGS__)    int32_t, const std::string&, int32_t*
  *   COM_QV_NAMES(__VA_ARGS__)    line, number, result
  *
- * and to nothing for a method without parameters. A method has at most eight parameters.
+ * For a method without parameters they expand to nothing. A method has at most eight parameters.
  */
 
 #define COM_QV_PARAMS(...) COM_QV_EACH(COM_QV_PARAM, __VA_ARGS__)
@@ -34,7 +34,7 @@
 #define COM_QV_EACH2(f, p, ...) f p __VA_OPT__(, COM_QV_EACH1(f, __VA_ARGS__))
 #define COM_QV_EACH1(f, p) f p
 
-/* The file of the rows of COM_QV_INTERFACE. */
+/* The .def file of COM_QV_INTERFACE. */
 #define COM_QV_METHODS COM_QV_METHODS_(COM_QV_INTERFACE)
 #define COM_QV_METHODS_(interface) <com/qv/interface.def>
 

@@ -1,8 +1,9 @@
 #pragma once
 
 /*
- * Before any platform header. Those of some generations use names of these headers without
- * including them, because the standard library of their time brought the names along.
+ * To be included before any platform header. The platform headers of some generations use names
+ * from the headers below without including them: with the standard library of their time, other
+ * headers included them.
  */
 #include <atomic>
 #include <cstddef>
