@@ -53,8 +53,8 @@ status_t BpBinder::transact(uint32_t code, const Parcel& data, Parcel* reply, ui
 
 status_t BpBinder::linkToDeath(const sp<DeathRecipient>& recipient, void* cookie, uint32_t /*flags*/) {
   if (recipient == nullptr) return BAD_VALUE;
-  std::vector<sp<DeathRecipient>> living;  // Let go without the lock: a recipient's destructor may come here.
-  // Under the lock that the obituaries take: either they find the link, or the death is seen here.
+  std::vector<sp<DeathRecipient>> living;  // Released without the lock: a destructor may call back.
+  // sendObituaries() takes the same lock: either it finds the link, or the death is seen here.
   const std::lock_guard lock(mutex_);
   if (!isBinderAlive()) return DEAD_OBJECT;
   if (links_.size() >= prunedAt_) {

@@ -21,9 +21,9 @@ namespace {
 
 /** The longest time between a reply and the next request that counts as back to back. */
 constexpr std::chrono::microseconds kBackToBack(10);
-/** A system call costs much more than a look into the slot. */
-constexpr unsigned kLooksPerYield = 16;
-/** Until threads that may still sleep are woken again. */
+/** Checks of the slot between two sched_yield(), which costs much more than a check. */
+constexpr unsigned kChecksPerYield = 16;
+/** The time after which threads that still sleep are woken again. */
 constexpr std::chrono::milliseconds kWakeTime(50);
 
 void pauseProcessor() {
@@ -120,11 +120,11 @@ status_t Channel::send(FrameHeader header, const Parcel* data, const std::vector
 void Channel::expectFrame(const FrameHeader& sent, bool isOtherAwake) {
   if (!SpinLimiter::self().isEnabled()) return;
   bool soon = false;
-  // To wake the server takes so long that it is cheaper to sleep, too.
+  // Waking a server takes so long that sleeping is cheaper than spinning.
   if (sent.kind == FrameKind::kRequest) soon = isOtherAwake;
   // The caller spins for this reply, or wakes up and calls again.
   if (sent.kind == FrameKind::kReply) soon = backToBack_ && sent.objectCount == 0;
-  spins_ = soon && backoff_.take() && SpinLimiter::self().enter();
+  spins_ = soon && backoff_.shouldSpin() && SpinLimiter::self().enter();
 }
 
 void Channel::endSpin() {
@@ -137,9 +137,9 @@ void Channel::spin() {
   const Clock::duration duration = SpinLimiter::self().duration();
   const Clock::time_point start = Clock::now();
   Clock::duration passed{0};
-  for (unsigned looks = 1; !state_->slots.in().isFull() && passed < duration; ++looks) {
+  for (unsigned checks = 1; !state_->slots.in().isFull() && passed < duration; ++checks) {
     pauseProcessor();
-    if (looks % kLooksPerYield != 0) continue;
+    if (checks % kChecksPerYield != 0) continue;
     // The other side may be waiting for this processor: the scheduler expects a thread that wakes
     // another to sleep next.
     ::sched_yield();
@@ -147,7 +147,7 @@ void Channel::spin() {
   }
   if (passed >= 2 * duration) SpinLimiter::self().wasPreempted(passed);
   endSpin();
-  passed >= duration ? backoff_.failed() : backoff_.paid();
+  passed >= duration ? backoff_.failed() : backoff_.succeeded();
 }
 
 status_t Channel::awaitFrame(const Deadline& deadline, Stage last) {
@@ -157,7 +157,7 @@ status_t Channel::awaitFrame(const Deadline& deadline, Stage last) {
   state_->sleeps.store(true);
   status_t status = OK;
   while (status == OK) {
-    // In this order: a frame may have come before the end.
+    // Reads the stage first: a frame that arrived before the end still counts.
     const bool isLast = state_->stage.load() >= last;
     if (in.isFull()) break;
     if (isLast) {

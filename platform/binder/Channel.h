@@ -23,9 +23,9 @@ namespace android::transport {
 /**
  * A connection that carries frames between a caller and a server thread, one at a time. A frame
  * goes through a shared slot, and what doesn't fit follows over the socket. The end of the socket
- * is that of the channel. After an error the channel is of no more use.
+ * is that of the channel. After an error the channel can't be used again.
  *
- * One thread at a time uses a channel. retire() may be called from any.
+ * One thread at a time uses a channel. retire() may be called from any thread.
  */
 class Channel {
  public:
@@ -41,8 +41,8 @@ class Channel {
   /**
    * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the
    * other side is gone, WOULD_BLOCK if it has not taken the frame before by the deadline,
-   * FAILED_TRANSACTION for other errors. A request, and a reply without objects, is to be followed
-   * by a wait for the next frame.
+   * FAILED_TRANSACTION for other errors. After a request, and after a reply without objects, wait
+   * for the next frame.
    */
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {}, const Deadline& deadline = {});
@@ -61,14 +61,13 @@ class Channel {
   /** Serving side: ends awaitRequest(), unless there is a request. False if no thread waits
    * there. */
   bool retire();
-  /** Serving side: how many requests there were. */
+  /** Serving side: the number of requests so far. */
   uint32_t requests() const { return state_->requests.load(std::memory_order_relaxed); }
 
-  /** Whether the other side is known to be gone. */
+  /** True if the other side is known to be gone. */
   bool hasEnded() const { return state_->stage.load(std::memory_order_relaxed) == kEnded; }
 
-  /** Whether the other side has not taken the last frame. Once the channel has ended, it never
-   * will. */
+  /** True until the other side has taken the last frame; for ever if the channel ends before. */
   bool hasUntaken() { return !state_->slots.out().isEmpty(); }
   /** Waits until the other side has taken the last frame; false if the channel ends before. */
   bool awaitTaken() { return !hasUntaken() || awaitRoom({}) == OK; }
@@ -95,14 +94,14 @@ class Channel {
     std::atomic<uint32_t> requests{0};
   };
 
-  /** Wakes the threads of this side, and again after a while if one still sleeps: the other side
-   * can undo what wakes it. */
+  /** Wakes the threads of this side, and again after a while if one still sleeps: a hostile peer can
+   * undo the wake-up. */
   static void end(Reactor* reactor, const std::shared_ptr<State>& state);
 
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);
   void endSpin();
   void spin();
-  /** Sleep until there is a frame, or room for one. DEAD_OBJECT from `last` on. */
+  /** Sleep until there is a frame, or room for one. DEAD_OBJECT from stage `last` on. */
   status_t awaitFrame(const Deadline& deadline, Stage last = kEnded);
   status_t awaitRoom(const Deadline& deadline);
   status_t unpack(FrameHeader* header, Parcel* data);

@@ -18,8 +18,8 @@ namespace {
 
 using Clock = std::chrono::steady_clock;
 
-/** A process that is stopped or stuck accepts nothing when its queue is full. The error number;
- * EAGAIN at the deadline. */
+/** Waits while the queue of a stopped or stuck process is full. Returns the error number; EAGAIN at
+ * the deadline. */
 int connectBy(Clock::time_point deadline, int socket, const sockaddr_un& address) {
   for (;;) {
     // A time limit of 0 would mean none. It is set for each attempt, so that signals don't extend
@@ -86,7 +86,7 @@ status_t openConnection(uint64_t process, const Hello& hello, int memory, Clock:
 
 bool receiveHello(int socket, Hello* hello, UniqueFd* memory) {
   iovec packet{hello, sizeof(*hello)};
-  // As many as a message can have: each has to be closed, but for one that comes alone.
+  // Room for the most that a message can have, since all but a single one have to be closed.
   constexpr size_t kMostDescriptors = 253;
   alignas(cmsghdr) char control[CMSG_SPACE(kMostDescriptors * sizeof(int))];
   msghdr message = {};

@@ -33,7 +33,7 @@ class HolderProcess {
   /** Counts a reference. False if the holder is dead already, or the object has lost that
    * number. */
   bool hold(uint64_t number, const sp<BBinder>& object);
-  /** Drops a reference. The object if it was the last one, so that it is destroyed without a
+  /** Drops a reference. Returns the object if it was the last one, to be destroyed without the
    * lock. */
   sp<BBinder> drop(uint64_t number);
   /** Drops all references to an object; null if there was none. */
@@ -59,17 +59,17 @@ class HolderProcess {
   std::unordered_map<uint64_t, Reference> references_;
 };
 
-/** The objects of this process that other processes know, by number. Numbers can't be guessed. */
+/** The objects of this process that other processes know, by random numbers. */
 class Exports {
  public:
   /** The object's number, which it gets if it has none. */
   uint64_t numberOf(BBinder* object);
   /** The object of that number, if it is alive. */
   sp<BBinder> find(uint64_t number);
-  /** The object of that number is destroyed. */
+  /** Removes the number of an object that is being destroyed. */
   void remove(uint64_t number);
-  /** Takes the object's number away for good; 0 if it has none. All references by that number are
-   * dropped; `holders` are the processes that had some. */
+  /** Removes the object's number and drops all references by it. Returns the number, 0 if it had
+   * none; `holders` are the processes that had references. */
   uint64_t retire(BBinder* object, std::vector<std::shared_ptr<HolderProcess>>* holders);
   static bool isNumberOf(const BBinder& object, uint64_t number) {
     return object.exportedAs_.load() == number;

@@ -36,7 +36,7 @@ struct Hello {
 
 /** The number of an object that is dead for the holder, though its process lives. */
 using ObjectDeath = uint64_t;
-/** The number of an object of which the holder drops one reference. A packet holds some of them. */
+/** The number of an object of which the holder drops one reference. A packet has one or more. */
 using Release = uint64_t;
 constexpr size_t kMaxReleases = 512;
 
@@ -45,14 +45,13 @@ enum class FrameKind : uint32_t {
   kRequest = 1,
   /** The answer: `status`, and the data if that is OK. */
   kReply = 2,
-  /** The receiver of a reply holds references of its own to all that was in it. */
+  /** The receiver of a reply now has references of its own to the binders in it. */
   kClaimed = 3,
   /** Asks for a reference to `object`. */
   kAcquire = 4,
 };
 
-/** In a request: the one before was answered a moment ago, so the next is likely to follow as
- * fast. */
+/** In a request: it follows the reply to the one before at once, so another is likely to follow. */
 constexpr uint32_t kHintBackToBack = 1;
 
 struct FrameHeader {
@@ -77,7 +76,7 @@ struct ObjectEntry {
   uint32_t reserved = 0;
 };
 
-// The same between 32-bit and 64-bit processes.
+// 32-bit and 64-bit processes agree on these.
 static_assert(sizeof(Hello) == 16 && sizeof(FrameHeader) == 40 && sizeof(ObjectEntry) == 24);
 static_assert(offsetof(FrameHeader, object) == 8 && offsetof(Hello, process) == 8);
 

@@ -13,7 +13,7 @@ namespace android::transport {
  * caches. */
 class IdleChannels {
  public:
-  /** One that has not ended as far as this process knows; null if there is none. */
+  /** A channel that is not known to have ended; null if there is none. */
   std::unique_ptr<Channel> take() {
     std::vector<std::unique_ptr<Channel>> ended;  // Closed without the lock.
     const std::lock_guard lock(mutex_);
@@ -26,7 +26,7 @@ class IdleChannels {
     return nullptr;
   }
 
-  /** Closes the channel instead after clear(). */
+  /** Keeps a channel; after clear(), closes it. */
   void put(std::unique_ptr<Channel> channel) {
     const std::lock_guard lock(mutex_);
     if (!isCleared_) channels_.push_back(std::move(channel));
@@ -41,7 +41,7 @@ class IdleChannels {
     std::erase(channels_, nullptr);
   }
 
-  /** Closes all, for good. */
+  /** Closes all channels, also those that put() gets later. */
   void clear() {
     std::vector<std::unique_ptr<Channel>> closed;
     const std::lock_guard lock(mutex_);

@@ -23,11 +23,10 @@ namespace android::transport {
 
 namespace {
 
-/** Until a failure for want of descriptors or threads is followed by another attempt. */
+/** The pause after a shortage of descriptors or threads. */
 constexpr std::chrono::milliseconds kRetryTime(50);
 constexpr std::chrono::seconds kHelloTimeout(5);
-/** More than ever connect at a time, and few enough to leave descriptors for those that send a
- * Hello. */
+/** More than connect at a time, and few enough to leave descriptors for other connections. */
 constexpr size_t kMaxPendingConnections = 512;
 
 }  // namespace
@@ -119,7 +118,7 @@ void Listener::onAccepted(UniqueFd socket) {
                                          "too many connections without a Hello, drops the oldest");
     }
     tooManyPendingConnections_ = true;
-    // Its Hello may have come just now.
+    // Its Hello may have arrived just now.
     onReadable(pendingConnections_.front());
   } else if (pendingConnections_.size() < kMaxPendingConnections / 2) {
     tooManyPendingConnections_ = false;
@@ -203,7 +202,7 @@ void Listener::onReleases(const std::shared_ptr<HolderProcess>& holder) {
   destroy(std::move(dropped));
 }
 
-/** Lets objects go where their destructors may block. */
+/** Drops objects on a thread on which their destructors may block. */
 void Listener::destroy(std::vector<sp<BBinder>> objects) {
   if (objects.empty()) return;
   auto shared = std::make_shared<std::vector<sp<BBinder>>>(std::move(objects));

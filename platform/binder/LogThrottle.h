@@ -4,11 +4,10 @@
 
 namespace android::transport {
 
-/** Keeps a failure that goes on from being logged again and again. */
+/** Logs a lasting failure once. */
 class LogThrottle {
  public:
-  /** Whether `error` is one, and another than last time. 0 for a success, after which any error is
-   * news. */
+  /** True if `error` is not 0 and differs from the last one. Pass 0 for a success. */
   bool shouldLog(int error) { return last_.exchange(error) != error && error != 0; }
 
  private:

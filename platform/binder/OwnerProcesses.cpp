@@ -24,11 +24,11 @@ namespace {
 using Clock = std::chrono::steady_clock;
 
 /**
- * How long a process may take to answer that it can be watched or that an object may be held, for
- * which none of its own code has to run. A process that is stopped or stuck counts as out of reach.
+ * The time limit for the answers to a Hello and to an acquire, which need none of the owner's own
+ * code. An owner that is stopped or stuck counts as unreachable.
  */
 constexpr std::chrono::milliseconds kAnswerTimeout(5000);
-/** How often a frame is sent that the owner has not taken from channels that ended. */
+/** Attempts to send a frame, if the channels end before the owner takes it. */
 constexpr int kMaxAttempts = 4;
 
 Clock::time_point answerDeadline() { return Clock::now() + kAnswerTimeout; }
@@ -125,7 +125,7 @@ status_t OwnerProcess::proxy(uint64_t number, sp<IBinder>* object) {
   {
     const std::lock_guard lock(mutex_);
     const auto acquiring = acquiring_.find(number);
-    // It may have died between the answer and now.
+    // The object may have died since the answer.
     const bool isDeadAlready = acquiring->second.isDead;
     if (--acquiring->second.threads == 0) acquiring_.erase(acquiring);
     if (status != OK) return status;

@@ -34,8 +34,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   uint64_t id() const { return id_; }
   bool isDead() const { return dead_.load(); }
 
-  /** Makes the watch connection, if there is none yet. After a failure this OwnerProcess is of no
-   * more use. */
+  /** Makes the watch connection, if there is none yet. After a failure this object can't be used
+   * again. */
   status_t connect();
 
   /** The one proxy of an object. DEAD_OBJECT if the object is dead. */
@@ -61,8 +61,8 @@ class OwnerProcess : public std::enable_shared_from_this<OwnerProcess> {
   status_t acquire(uint64_t number);
   /** Never waits. Under the lock. */
   void release(uint64_t number);
-  /** As many as the watch connection takes; the reactor waits for room for the others. Under the
-   * lock. */
+  /** Sends as many as the watch connection takes; the reactor waits for room for the others. Under
+   * the lock. */
   void sendReleases();
   /** Under the lock. */
   sp<BpBinder> knownProxy(uint64_t number);

@@ -33,7 +33,7 @@ class ParcelAccess {
    * for them. */
   static uint8_t* prepare(Parcel* parcel, size_t size);
 
-  /** Whether there is a non-null FlatBinder at `offset`. */
+  /** True if there is a non-null FlatBinder at `offset`. */
   static bool hasFlatBinder(const Parcel& parcel, size_t offset);
 
   /** Sets the objects, in order of offset. */

@@ -9,7 +9,7 @@ namespace android::transport {
 /** Never 0, which stands for none. */
 inline uint64_t randomNumber() {
   uint64_t number = 0;
-  // So few bytes can only fail by a signal early at boot.
+  // Reading so few bytes fails only by a signal early at boot.
   while (number == 0) {
     if (::getrandom(&number, sizeof(number), 0) != sizeof(number)) number = 0;
   }

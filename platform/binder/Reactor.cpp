@@ -12,8 +12,7 @@ namespace android::transport {
 
 namespace {
 
-/** The application's signal handlers run on the application's threads; faults must be seen where
- * they happen. */
+/** All signals but faults: the application's handlers run on the application's threads. */
 sigset_t maskOfReactor() {
   sigset_t mask;
   sigfillset(&mask);

@@ -4,7 +4,7 @@
 
 namespace android::transport {
 
-/** The result of a system call that no signal has interrupted. */
+/** Repeats a system call while signals interrupt it. */
 template <class Call>
 auto retryOnInterrupt(Call call) {
   auto result = call();

@@ -30,7 +30,7 @@ namespace android::transport::runtime_dir {
 namespace {
 
 constexpr char kTag[] = "binder";
-/** Names of services never begin with a dot, so these can't meet them. */
+/** Begin with a dot, since names of services never do. */
 constexpr char kSocketPrefix[] = ".process-";
 constexpr char kUnreadySocketPrefix[] = ".unready-";
 constexpr char kLockName[] = ".lock";
@@ -84,8 +84,8 @@ std::optional<Address> parse(std::string_view text) {
   return address;
 }
 
-/** Connects to a socket and leaves again, without waiting; the error number. EAGAIN is that of a
- * queue that is full. */
+/** Connects to a socket and disconnects, without waiting. Returns the error number; EAGAIN if the
+ * queue is full. */
 int probe(const sockaddr_un& address) {
   const UniqueFd socket(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
   if (!socket.valid()) return errno;
@@ -120,9 +120,8 @@ bool makeSocketAddress(const std::string& name, sockaddr_un* address) {
 }
 
 /**
- * Keeps others from changing names between a look and an act: without it, an exiting process might
- * remove its successor's name. Only for a while, since a process that is stopped in the middle must
- * not stop all others.
+ * Locks the names between a check and a change: without it, an exiting process could remove its
+ * successor's name. The wait is limited, since a stopped process may hold the lock.
  */
 class NamesLock {
  public:
@@ -139,7 +138,7 @@ class NamesLock {
   bool held_ = false;
 };
 
-/** What is wrong with the directory as an error number, and in words; 0 if nothing is. */
+/** Checks the directory. Returns an error number and describes the fault; 0 if there is none. */
 int faultOfDirectory(std::string* fault) {
   struct stat info;
   int error = 0;
@@ -166,9 +165,8 @@ int faultOfDirectory(std::string* fault) {
 status_t statusOfFault(int error) { return error == ENOENT ? -error : PERMISSION_DENIED; }
 
 /**
- * Removes what processes have left that were killed. A socket on which nobody listens is a dead
- * process's; one that isn't ready yet, and a link that isn't a name yet, is so if nobody else has
- * the lock.
+ * Removes the files of killed processes. A socket without a listener belongs to a dead process. A
+ * temporary socket or link does if no other process has the lock.
  */
 void sweep(const NamesLock& lock) {
   forEachEntry([&](const std::string& name) {
@@ -203,8 +201,7 @@ bool socketAddress(uint64_t process, sockaddr_un* address) {
 status_t openSocket(uint64_t process, UniqueFd* socket, std::string* failure) {
   const NamesLock lock;
   sweep(lock);
-  // Others take a socket on which nobody listens for a dead one, so it gets its name only when it
-  // is ready.
+  // Other processes remove a socket without a listener, so it gets its name only when it is ready.
   const std::string unready = kUnreadySocketPrefix + hex(process);
   sockaddr_un address;
   UniqueFd opened(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC | SOCK_NONBLOCK, 0));
@@ -258,9 +255,9 @@ status_t publish(const std::string& name, const Address& address, const std::fun
                  std::string* failure) {
   if (const int error = faultOfDirectory(failure); error != 0) return statusOfFault(error);
   const NamesLock lock;
-  // Not unique by the lock, which may not be held.
+  // Random, since the lock may not be held.
   const std::string link = pathOf(kNewLinkPrefix + hex(randomNumber()));
-  // After the wait for the lock, which each thread may give up.
+  // After the wait for the lock, which may time out.
   static std::mutex& mutex = *new std::mutex;
   const std::lock_guard publishing(mutex);
   for (int tries = kPublishTries; tries > 0; --tries) {
@@ -269,7 +266,7 @@ status_t publish(const std::string& name, const Address& address, const std::fun
       onPublished();
       return OK;
     }
-    // Without the lock, another process may have taken the link for one that a killed process left.
+    // Without the lock, another process may have removed the link as that of a killed process.
     if (errno != ENOENT) break;
   }
   const int error = errno;
@@ -279,7 +276,7 @@ status_t publish(const std::string& name, const Address& address, const std::fun
 }
 
 std::optional<Address> lookUp(const std::string& name) {
-  // Whoever can write there can give any process for a service.
+  // A process that can write there can register any name.
   static LogThrottle complaint;
   std::string fault;
   const int error = faultOfDirectory(&fault);

@@ -10,7 +10,7 @@
 
 namespace android::transport {
 
-/** Walks over some pieces of memory, a packet at a time. */
+/** A list of memory pieces, consumed a packet at a time. */
 class ScatterGather {
  public:
   static constexpr size_t kMost = 3;

@@ -18,15 +18,15 @@ namespace android::transport {
 
 namespace {
 
-/** How many unused channels are kept. */
+/** The number of unused channels that stay open. */
 constexpr size_t kKeptChannels = 8;
-/** Even while the process needs room: it may be so short that no other channel can be opened. */
+/** Channels that stay open even in a shortage, in which no other can be opened. */
 constexpr size_t kAlwaysKept = 2;
-/** A channel without a request for one to two times as long is unused. */
+/** A channel is unused after one to two times this time without a request. */
 constexpr std::chrono::seconds kUnusedTime(2);
 constexpr std::chrono::milliseconds kRetryTime(50);
 
-/** Runs a transaction; its status. */
+/** Runs a transaction and returns its status. */
 status_t runRequest(const FrameHeader& request, HolderProcess* holder, Parcel* data,
                     const std::vector<ObjectEntry>& objects, Parcel* reply) {
   const sp<BBinder> target = holder->find(request.object);
@@ -39,7 +39,7 @@ status_t runRequest(const FrameHeader& request, HolderProcess* holder, Parcel* d
   return target->transact(request.code, *data, reply, request.flags);
 }
 
-/** Answers a transaction. False if the channel is of no more use. */
+/** Answers a transaction. False if the channel can't be used again. */
 bool answerRequest(Channel* channel, const FrameHeader& request, HolderProcess* holder, Parcel* data) {
   Parcel reply;
   FrameHeader answer{.kind = FrameKind::kReply};
@@ -56,7 +56,7 @@ bool answerRequest(Channel* channel, const FrameHeader& request, HolderProcess* 
   return channel->receive(&claimed, data) == OK && claimed.kind == FrameKind::kClaimed;
 }
 
-/** The same for an acquire. */
+/** Answers an acquire; likewise. */
 bool answerAcquire(Channel* channel, HolderProcess* holder, uint64_t number) {
   const sp<BBinder> object = Transport::self().exports.find(number);
   const bool held = object != nullptr && holder->hold(number, object);
@@ -94,7 +94,7 @@ void ServedChannels::serve(UniqueFd socket, const std::shared_ptr<HolderProcess>
   }
   uint64_t acquired = 0;
   for (bool usable = true; usable;) {
-    // Anew for each transaction: the one before may have left it cleared.
+    // For each transaction, since the one before may have cleared it.
     CallingIdentity::set({holder->pid(), uid});
     FrameHeader header;
     Parcel data;

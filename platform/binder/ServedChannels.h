@@ -16,9 +16,9 @@ class HolderProcess;
 struct Transport;
 
 /**
- * The channels that this process serves, each on a thread of its own. Those that wait for a request
- * are closed when the process needs room, and all but a few once they were unused for some seconds:
- * the caller opens another when it needs one.
+ * The channels that this process serves, each on a thread of its own. Channels that wait for a
+ * request are closed when the process runs short of descriptors, threads or memory, and all but a
+ * few after some seconds without a request. Their callers open others when they need them.
  */
 class ServedChannels {
  public:
@@ -27,21 +27,21 @@ class ServedChannels {
   /** Serves a channel until it ends. The Hello is still in the socket. */
   void serve(UniqueFd socket, const std::shared_ptr<HolderProcess>& holder, uid_t uid);
 
-  /** Closes nearly all channels that wait for a request, for their threads, descriptors and
+  /** Closes nearly all channels that wait for a request, to free threads, descriptors and
    * memory. */
   void makeRoom();
 
-  /** Closes unused channels from now on. Called by the reactor when there is another channel. */
+  /** Starts the timer that closes unused channels. Called on the reactor for each new channel. */
   void limitUnused();
 
  private:
-  /** The serving end of a channel; null if the caller goes first or its memory is not valid. */
+  /** The serving end of a channel; null if the caller closes it first or its memory is invalid. */
   std::unique_ptr<Channel> accept(UniqueFd socket);
   void closeUnused();
 
   Transport& transport_;
   std::mutex mutex_;
-  /** With the requests that each had when they were counted last. */
+  /** Each with its number of requests at the last check. */
   std::unordered_map<Channel*, uint32_t> channels_;
   /** A timer is set. Used by the reactor's thread only. */
   bool limitsUnused_ = false;

@@ -23,10 +23,10 @@ using std::chrono::milliseconds;
 
 constexpr size_t kMaxNameSize = 127;
 constexpr milliseconds kDefaultPatience(5000);
-/** Between two looks for an absent service. */
+/** The time between two look-ups of an absent service. */
 constexpr milliseconds kPause(10);
 
-/** The name as a file name; empty if it can't be one. */
+/** The name as a file name; empty if it is not valid as one. */
 std::string fileNameOf(const String16& name) {
   const String8 utf8(name);
   const std::string result(utf8.c_str(), utf8.length());
@@ -60,8 +60,7 @@ class ServiceManager : public IServiceManager {
     if (fileName.empty()) return nullptr;
     sp<IBinder> service;
     const auto address = runtime_dir::lookUp(fileName);
-    // Asked of the kernel, since the obituary of a process whose objects are held here may still be
-    // on its way.
+    // Asks the kernel, since the obituary of the process may not have arrived yet.
     if (address && runtime_dir::isListening(address->process)) {
       Transport::self().objectAt(*address, &service);
     }
@@ -75,8 +74,7 @@ class ServiceManager : public IServiceManager {
     Address address;
     if (const status_t status = transport.addressOf(service.get(), &address); status != OK) return status;
     if (const status_t status = runtime_dir::prepare(); status != OK) return status;
-    // Both are destroyed and logged without the lock, under which the application's code must not
-    // run.
+    // Destroyed and logged without the lock, since the application's code may run then.
     sp<IBinder> before;
     std::string failure;
     // Of two threads that register a name, the one that publishes last has its object kept.

@@ -13,8 +13,8 @@ namespace android::transport {
  * Holds one frame, or its beginning, in memory of two processes. One side puts frames in and the
  * other takes them out, and each can sleep until that is possible.
  *
- * A hostile process may change all of it at any time: everything is read once, and checked after
- * that.
+ * A hostile process may change all of it at any time: everything is read once and checked
+ * afterwards.
  */
 class SharedSlot {
  public:
@@ -31,7 +31,7 @@ class SharedSlot {
     return state != kFull && state != kCongested;
   }
 
-  /** The sender has put so many bytes in. True if the receiver was awake. */
+  /** Hands `size` bytes over to the receiver. True if the receiver was awake. */
   bool fill(size_t size) {
     size_ = static_cast<uint32_t>(size);
     if (state_.exchange(kFull, std::memory_order_acq_rel) != kAwaited) return true;
@@ -47,8 +47,8 @@ class SharedSlot {
   size_t size() const { return *const_cast<const volatile uint32_t*>(&size_); }
   uint8_t* bytes() { return bytes_; }
 
-  /** The receiver, or the sender, sleeps; not if `isOver` holds, and perhaps not long enough. False
-   * at the deadline. The thread that makes `isOver` hold calls rouse...() after that. */
+  /** Sleeps unless `isOver` holds; may return early. False at the deadline. The thread that makes
+   * `isOver` hold calls rouse...() afterwards. */
   template <class Condition>
   bool sleepUntilFull(Condition isOver, const Deadline& deadline) {
     return !prepareSleep(kEmpty, kAwaited) || isOver() || sleep(kEmpty, kAwaited, deadline);
@@ -57,7 +57,7 @@ class SharedSlot {
   bool sleepUntilEmpty(Condition isOver, const Deadline& deadline) {
     return !prepareSleep(kFull, kCongested) || isOver() || sleep(kFull, kCongested, deadline);
   }
-  /** Wakes the thread of this side, which looks again. */
+  /** Wakes the thread of this side, which checks its condition again. */
   void rouseReceiver() { rouse(kAwaited, kEmpty); }
   void rouseSender() { rouse(kCongested, kFull); }
 

@@ -12,21 +12,20 @@ namespace {
 
 /** Longer than it takes to wake a thread on a sleeping processor, so that two sides that both sleep
  * get into step. */
-constexpr int kDefaultPatienceUs = 50;
-constexpr int kMostPatienceUs = 1000;
+constexpr int kDefaultSpinUs = 50;
+constexpr int kMaxSpinUs = 1000;
 
-/** What looks that come to nothing cost in all is one part in so many. */
-constexpr int kRestFactor = 64;
+/** Preempted spins take at most this fraction of the time. */
+constexpr int kPauseFactor = 64;
 
-int patienceUs() {
+int spinUs() {
   const char* const text = std::getenv("BINDER_SPIN_US");
-  if (text == nullptr) return kDefaultPatienceUs;
+  if (text == nullptr) return kDefaultSpinUs;
   const char* const end = text + std::strlen(text);
   int value = 0;
   const auto result = std::from_chars(text, end, value);
-  const bool isValid =
-      result.ec == std::errc() && result.ptr == end && value >= 0 && value <= kMostPatienceUs;
-  return isValid ? value : kDefaultPatienceUs;
+  const bool isValid = result.ec == std::errc() && result.ptr == end && value >= 0 && value <= kMaxSpinUs;
+  return isValid ? value : kDefaultSpinUs;
 }
 
 int processors() {
@@ -37,18 +36,18 @@ int processors() {
 }  // namespace
 
 SpinLimiter& SpinLimiter::self() {
-  static SpinLimiter& lookouts = *new SpinLimiter();
-  return lookouts;
+  static SpinLimiter& limiter = *new SpinLimiter();
+  return limiter;
 }
 
 void SpinLimiter::wasPreempted(std::chrono::nanoseconds time) {
-  const Clock::time_point until = Clock::now() + kRestFactor * time;
-  restsUntil_.store(std::chrono::duration_cast<Clock::duration>(until.time_since_epoch()).count(),
-                    std::memory_order_relaxed);
+  const Clock::time_point until = Clock::now() + kPauseFactor * time;
+  pausedUntil_.store(std::chrono::duration_cast<Clock::duration>(until.time_since_epoch()).count(),
+                     std::memory_order_relaxed);
 }
 
 SpinLimiter::SpinLimiter() : limit_(processors() - 1) {
-  if (limit_ > 0) duration_ = std::chrono::microseconds(patienceUs());
+  if (limit_ > 0) duration_ = std::chrono::microseconds(spinUs());
 }
 
 }  // namespace android::transport

@@ -8,62 +8,61 @@
 namespace android::transport {
 
 /**
- * Learns whether it pays to look for a frame before sleeping. Each time that it didn't, twice as
- * many waits as before go by without a look, and each time that it did, half as many.
+ * Decides for one channel whether a wait spins before it sleeps. After a spin without success twice
+ * as many waits as before sleep at once, after a successful one half as many.
  */
 class SpinBackoff {
  public:
   static constexpr uint32_t kMostSkipped = 1023;
 
-  /** Whether to look this time. */
-  bool take() {
+  /** True if this wait spins. */
+  bool shouldSpin() {
     if (toSkip_ == 0) return true;
     --toSkip_;
     return false;
   }
-  void paid() {
-    ++looks_;
+  void succeeded() {
+    ++spins_;
     penalty_ /= 2;
   }
   void failed() {
-    ++looks_;
+    ++spins_;
     penalty_ = std::min(2 * penalty_ + 1, kMostSkipped);
     toSkip_ = penalty_;
   }
 
-  /** How many looks there were. */
-  uint64_t looks() const { return looks_; }
+  /** The number of spins so far. */
+  uint64_t spins() const { return spins_; }
 
  private:
   uint32_t penalty_ = 0;
   uint32_t toSkip_ = 0;
-  uint64_t looks_ = 0;
+  uint64_t spins_ = 0;
 };
 
-/** How many threads of this process look for frames at a time: fewer than it has processors, so
- * that there is one for whoever is to send them. */
+/** Limits the threads of this process that spin at a time to fewer than it has processors, so that
+ * one is left for the sender of the frames. */
 class SpinLimiter {
  public:
   static SpinLimiter& self();
 
-  /** Whether any thread ever looks. */
+  /** False with a single processor, or with BINDER_SPIN_US=0. */
   bool isEnabled() const { return duration_.count() > 0; }
-  /** For how long. */
+  /** The duration of a spin. */
   std::chrono::nanoseconds duration() const { return duration_; }
 
   bool enter() {
-    if (rests()) return false;
+    if (isPaused()) return false;
     if (count_.fetch_add(1, std::memory_order_relaxed) < limit_) return true;
     leave();
     return false;
   }
   void leave() { count_.fetch_sub(1, std::memory_order_relaxed); }
 
-  /** A look took so much longer than it should have, since others had use for the processor: nobody
-   * looks for a time that makes little of that. */
+  /** Pauses spinning after a preempted spin, so that its cost is amortised. */
   void wasPreempted(std::chrono::nanoseconds time);
 
-  /** Whether so many threads call at once that each processor has enough to do. */
+  /** True if more threads are in calls than there are processors. */
   bool isCrowded() const { return calls_.load(std::memory_order_relaxed) > limit_ + 1; }
 
   /** A thread of this process is in a call. */
@@ -79,8 +78,8 @@ class SpinLimiter {
   using Clock = std::chrono::steady_clock;
 
   SpinLimiter();
-  bool rests() const {
-    const Clock::rep until = restsUntil_.load(std::memory_order_relaxed);
+  bool isPaused() const {
+    const Clock::rep until = pausedUntil_.load(std::memory_order_relaxed);
     return until != 0 && Clock::now().time_since_epoch().count() < until;
   }
 
@@ -88,7 +87,7 @@ class SpinLimiter {
   std::chrono::nanoseconds duration_{0};
   std::atomic<int> count_{0};
   std::atomic<int> calls_{0};
-  std::atomic<Clock::rep> restsUntil_{0};
+  std::atomic<Clock::rep> pausedUntil_{0};
 };
 
 }  // namespace android::transport

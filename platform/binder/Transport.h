@@ -17,14 +17,14 @@
 
 namespace android::transport {
 
-/** Everything that a process knows of others. It is made on first need and never destroyed: threads
+/** The state of the transport in this process. It is made on first use and never destroyed: threads
  * still use it while the process exits. */
 struct Transport {
   static Transport& self();
 
   Transport();
 
-  /** This process, in every address. */
+  /** The number of this process in addresses. */
   const uint64_t id;
   Exports exports;
   OwnerProcesses owners;
@@ -37,18 +37,16 @@ struct Transport {
    * its parent, nor take a lock that a thread of its parent may have held. */
   std::atomic<bool> forked{false};
 
-  /** The address of an object, local or not, which makes this process reachable if the object is
-   * its own. */
+  /** The address of an object. For a local object, makes this process reachable first. */
   status_t addressOf(IBinder* object, Address* address);
-  /** The object at an address. DEAD_OBJECT if it is no more, other errors if it can't be had for
-   * now. */
+  /** The object at an address. DEAD_OBJECT if it is dead, other errors if it can't be reached now. */
   status_t objectAt(const Address& address, sp<IBinder>* object);
 
-  /** The binders in a parcel as they go out with it. */
+  /** The entries for the binders in a parcel that is sent. */
   status_t flattenBinders(const Parcel& parcel, std::vector<ObjectEntry>* entries);
   /**
-   * Gives a parcel that came in its binders, holding them; those whose processes have died arrive
-   * dead. BAD_VALUE if the entries don't fit its data.
+   * Sets the binders of a received parcel and takes references to them. Binders of dead processes
+   * arrive dead. BAD_VALUE if the entries don't fit the parcel's data.
    */
   status_t unflattenBinders(Parcel* parcel, const std::vector<ObjectEntry>& entries);
 };

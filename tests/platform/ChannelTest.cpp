@@ -80,7 +80,7 @@ class EchoChannel {
     if (thread_.joinable()) thread_.join();
   }
   /** Once stopped. */
-  uint64_t looksOfServer() const { return server_->backoff().looks(); }
+  uint64_t spinsOfServer() const { return server_->backoff().spins(); }
 
  private:
   void serve() {
@@ -116,24 +116,24 @@ bool within(microseconds time, Condition condition) {
 }
 
 TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
-  SpinBackoff patience;
+  SpinBackoff backoff;
   const auto skipped = [&] {
     uint32_t count = 0;
-    while (!patience.take()) ++count;
+    while (!backoff.shouldSpin()) ++count;
     return count;
   };
   EXPECT_EQ(skipped(), 0U);
   for (const uint32_t expected : {1U, 3U, 7U, 15U, 31U, 63U, 127U, 255U, 511U, 1023U, 1023U}) {
-    patience.failed();
+    backoff.failed();
     EXPECT_EQ(skipped(), expected);
   }
-  const uint64_t before = patience.looks();
+  const uint64_t before = backoff.spins();
   for (int i = 0; i < 10; ++i) {
-    EXPECT_TRUE(patience.take()) << "while it pays";
-    patience.paid();
+    EXPECT_TRUE(backoff.shouldSpin()) << "while it pays";
+    backoff.succeeded();
   }
-  EXPECT_EQ(patience.looks(), before + 10);
-  patience.failed();
+  EXPECT_EQ(backoff.spins(), before + 10);
+  backoff.failed();
   EXPECT_EQ(skipped(), 1U) << "as if it had never failed";
 }
 
@@ -162,7 +162,7 @@ TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
     std::this_thread::sleep_for(std::chrono::milliseconds(1));
   }
   channel.stop();
-  EXPECT_EQ(channel.looksOfServer(), 0U);
+  EXPECT_EQ(channel.spinsOfServer(), 0U);
 }
 
 /** A server, and a caller that does by hand what a channel does, and not always rightly. */
@@ -208,13 +208,13 @@ TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
     late.join();
     EXPECT_EQ(server.send({.kind = FrameKind::kReply}), OK);
     sharedSlots.in().empty();
-    return server.backoff().looks();
+    return server.backoff().spins();
   };
   // A process that had to wait for a processor rests for a while.
   EXPECT_TRUE(within(microseconds(30'000'000), [&] { return exchange() > 0; }));
   for (int i = 0; i < 200; ++i) exchange();
   // After the nth, 2^n - 1 waits go by without.
-  EXPECT_LE(server.backoff().looks(), 8U);
+  EXPECT_LE(server.backoff().spins(), 8U);
 }
 
 TEST_F(SharedSlotTest, WhatCameBeforeTheEndIsStillReceived) {
