@@ -35,7 +35,9 @@ status_t runRequest(const FrameHeader& request, HolderProcess* holder, Parcel* d
     if (const status_t status = Transport::self().unflattenBinders(data, objects); status != OK)
       return status;
   }
-  Transport::self().poolStarted.wait(false);
+  // A nested call needs no thread pool: a device runs it on the thread that waits in the outer call,
+  // here it has a thread of its own.
+  if (!SpinLimiter::self().isCalling()) Transport::self().poolStarted.wait(false);
   return target->transact(request.code, *data, reply, request.flags);
 }
 

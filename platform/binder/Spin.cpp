@@ -15,7 +15,7 @@ namespace {
 constexpr int kDefaultSpinUs = 50;
 constexpr int kMaxSpinUs = 1000;
 
-/** Preempted spins take at most this fraction of the time. */
+/** The length of the pause after a preempted spin, in durations of that spin. */
 constexpr int kPauseFactor = 64;
 
 int spinUs() {

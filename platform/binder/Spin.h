@@ -65,6 +65,9 @@ class SpinLimiter {
   /** True if more threads are in calls than there are processors. */
   bool isCrowded() const { return calls_.load(std::memory_order_relaxed) > limit_ + 1; }
 
+  /** True while a thread of this process is in a call. */
+  bool isCalling() const { return calls_.load(std::memory_order_relaxed) > 0; }
+
   /** A thread of this process is in a call. */
   class Call {
    public:

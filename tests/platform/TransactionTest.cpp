@@ -102,7 +102,8 @@ TEST_F(TransactionTest, CarriesUpToOneMebibyteEachWay) {
   EXPECT_EQ(increment(service, 1), 2) << "the connection goes on";
 }
 
-TEST_F(TransactionTest, CallbacksMayCallBack) {
+/* Without the fixture, which starts the thread pool. */
+TEST(NestedCallTest, NeedsNoThreadPool) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   Parcel data;
