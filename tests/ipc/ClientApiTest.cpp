@@ -2,7 +2,10 @@
 
 #include <binder/IServiceManager.h>
 #include <gtest/gtest.h>
+#include <sys/wait.h>
+#include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <future>
 #include <mutex>
@@ -65,7 +68,8 @@ class SampleClient : public ClientBase {
   }
 
   const sp<ISample> service;
-  static inline std::function<void()> onRelease;
+  /** Never destroyed: the process releases its client while it exits. */
+  static inline std::function<void()>& onRelease = *new std::function<void()>;
 };
 
 constexpr const char* kPresent = "test.sample";
@@ -263,6 +267,21 @@ TEST(SynchronizedTest, ReadersSeeOneValueOrTheOther) {
     seen = values.front();
   }
   writer.join();
+}
+
+TEST(ClientApiExitTest, ForkedChildReleasesTheClientThatItConnected) {
+  GTEST_FLAG_SET(death_test_style, "threadsafe");  // Forks before the process has used the binder.
+  const auto connectInChild = [] {
+    if (::fork() > 0) {
+      int status = 0;
+      ::wait(&status);
+      ::_exit(WEXITSTATUS(status));
+    }
+    SampleClient::onRelease = [] { std::fputs("released", stderr); };
+    android::defaultServiceManager()->addService(String16(kPresent), new MortalService);
+    std::exit(connectTo(kPresent) ? 0 : 1);
+  };
+  EXPECT_EXIT(connectInChild(), testing::ExitedWithCode(0), "released");
 }
 
 }  // namespace
