@@ -7,8 +7,8 @@
 
 namespace vesk::fuzz {
 
-/** Reads log messages instead of printing them, and sets a private BINDER_RUNTIME_DIR. Later calls
- * do nothing. */
+/** Replaces the logger by one that only reads its messages, and sets a private BINDER_RUNTIME_DIR.
+ * Later calls do nothing. */
 void setUp();
 
 /**

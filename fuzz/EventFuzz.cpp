@@ -38,7 +38,7 @@ void onMembers(int, const int* members, int count) {
   touch(members, static_cast<size_t>(count) * sizeof(int));
 }
 
-/** As the services below receive them. */
+/** The listeners that the services below receive. */
 sp<android::IBinder> listeners[3];
 
 class CallService : public com::qv::DefaultCallService {

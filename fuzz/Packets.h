@@ -12,7 +12,7 @@
 
 namespace vesk::fuzz {
 
-/** Processes and objects that an input can name, by small numbers, although their real numbers are
+/** The processes and objects that an input can name by small numbers; their real numbers are
  * random. */
 struct Known {
   std::vector<uint64_t> processes;
@@ -21,23 +21,23 @@ struct Known {
 
 struct Packet {
   std::vector<uint8_t> bytes;
-  /** It goes over the socket, and not through a slot. */
+  /** Sent over the socket instead of through a slot. */
   bool bySocket = false;
 };
 
 /**
- * What a process sends over a channel: packets, each after its size. A size with the highest bit
- * set stands for so many times 16 bytes of zeros that are not in the input; with the two highest,
- * the next packet goes over the socket. The packets hold about 100 kB at most, which goes into a
- * socket's buffer at once.
+ * The packets that a process sends over a channel, each preceded by its size. A size with the
+ * highest bit set stands for that many times 16 zero bytes, which are not in the input. A size with
+ * the two highest bits set sends the next packet over the socket. The packets hold about 100 kB at
+ * most, which fits into the buffer of a socket.
  */
 std::vector<Packet> packetsOf(Bytes bytes, const Known& known);
 
-/** The process at the other end of a channel, which sends packets without regard to what it
+/** The process at the other end of a channel. Sends packets regardless of those that it
  * receives. */
 class Sender {
  public:
-  /** `slots` and `socket` are those of its end. */
+  /** `slots` and `socket` belong to its end of the channel. */
   Sender(int socket, android::transport::SharedSlots slots) : socket_(socket), slots_(std::move(slots)) {}
 
   /** Sends all that the socket takes, each when the slot is free, until the other end is closed. */
@@ -45,7 +45,7 @@ class Sender {
   /** Sends up to the first packet for which the slot is not free. */
   void sendNow(const std::vector<Packet>& packets);
 
-  /** Called with each frame, or its beginning, that comes meanwhile. */
+  /** Called with each frame, or its beginning, that arrives meanwhile. */
   std::function<void(Bytes)> onFrame = [](Bytes) {};
 
  private:

@@ -1,5 +1,5 @@
-/* Reads and writes of a Parcel in any order: a failed read changes nothing, and what was read can
- * be written and read again. */
+/* Reads and writes a Parcel in any order: a failed read changes nothing, and a value that was read
+ * can be written and read again. */
 #include <binder/Parcel.h>
 #include <com/qv/CommonParcelable.h>
 
@@ -26,7 +26,7 @@ bool same(const T& a, const T& b) {
   return a == b;
 }
 
-/** `untouched` is no value that `read` gives by default. */
+/** `untouched` differs from the default value of `read`. */
 template <class T, class Read, class Write>
 void readAndWriteBack(const Parcel& parcel, const T& untouched, Read read, Write write) {
   const size_t start = parcel.dataPosition();
@@ -42,7 +42,7 @@ void readAndWriteBack(const Parcel& parcel, const T& untouched, Read read, Write
   FUZZ_CHECK(end > start);
   Parcel written;
   FUZZ_CHECK(write(&written, value) == OK);
-  // On the four-byte grid, all but an empty String8 is as long as it was read.
+  // From an aligned position, every value but an empty String8 has the length that was read.
   FUZZ_CHECK(start % 4 != 0 || same(value, T()) || written.dataSize() == (end - start + 3) / 4 * 4);
   written.setDataPosition(0);
   T again = untouched;
@@ -118,7 +118,7 @@ void step(Parcel* parcel, Input* input) {
           [](const Parcel& p, CommonParcelable* value) { return p.readParcelable(value); },
           [](Parcel* p, const CommonParcelable& value) { return p->writeParcelable(value); });
     case 12: {
-      // Of several steps, it leaves the position to its caller.
+      // A read of several steps does not restore the position.
       const size_t start = parcel->dataPosition();
       std::vector<CommonParcelable> value{CommonParcelable("untouched", 9)};
       if (com::qv::read(*parcel, &value) != OK)
@@ -173,7 +173,7 @@ void step(Parcel* parcel, Input* input) {
       return;
     }
     case 27:
-      // The readers that give a default instead of a status.
+      // The readers that return a default value instead of a status.
       parcel->readInt32();
       parcel->readBool();
       parcel->readString8();

@@ -1,5 +1,5 @@
-/* The main() of the fuzzers where there is no libFuzzer: runs the given inputs, and those in the
- * given directories. */
+/* The main() of the fuzzers without libFuzzer: runs the given input files, and those in the given
+ * directories. */
 #include <filesystem>
 #include <fstream>
 #include <iterator>

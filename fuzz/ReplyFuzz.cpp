@@ -1,5 +1,4 @@
-/* What a process reads from those that it calls: a service whose process answers with packets of
- * any kind. */
+/* Calls a service whose process replies with arbitrary packets. */
 #include <poll.h>
 #include <sys/socket.h>
 #include <sys/un.h>
@@ -49,7 +48,7 @@ class HostileProcess {
       UniqueFd memory;
       if (::poll(&poller, 1, -1) <= 0 || !receiveHello(connection.get(), &hello, &memory)) continue;
       if (hello.kind == ConnectionKind::kWatch) {
-        // Greeted as it should be: the caller holds an object that a reply names.
+        // Sends a valid Hello, so that the caller can hold the objects in a reply.
         const Hello greeting{.kind = ConnectionKind::kWatch, .process = kHostile};
         ::send(connection.get(), &greeting, sizeof(greeting), MSG_NOSIGNAL);
         watches_.push_back(std::move(connection));
@@ -86,7 +85,7 @@ struct Processes {
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static Processes& processes = *new Processes;
   processes.hostile->answer(vesk::fuzz::packetsOf({data, size}, processes.known));
-  // A new one each time: the channel of the one before is at its end.
+  // A new OwnerProcess for each input: the channel of the previous one has ended.
   const auto owner = std::make_shared<OwnerProcess>(kHostile);
   Parcel request;
   Parcel reply;

@@ -1,4 +1,4 @@
-/* What a process reads from those that call it: frames of any kind over a channel. */
+/* Sends arbitrary frames over a channel to this process. */
 #include <sys/socket.h>
 #include <unistd.h>
 
@@ -79,7 +79,7 @@ void expectReply(vesk::fuzz::Bytes frame) {
   FUZZ_CHECK(frame.size() == std::min(size, SharedSlot::kCapacity));
 }
 
-/** The next descriptors that this process would get. */
+/** The lowest free descriptors of this process. */
 std::array<int, 4> nextDescriptors() {
   std::array<int, 4> next{};
   for (int& descriptor : next) FUZZ_CHECK((descriptor = ::dup(STDERR_FILENO)) >= 0);
@@ -92,7 +92,7 @@ void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets)
   FUZZ_CHECK(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, sockets) == 0);
   UniqueFd caller(sockets[0]);
   UniqueFd served(sockets[1]);
-  // Nobody reads from the socket: the rest of each reply has to fit.
+  // The replies are not read from the socket, so its buffer has to hold them.
   const int room = 1 << 20;
   ::setsockopt(served.get(), SOL_SOCKET, SO_SNDBUF, &room, sizeof(room));
   UniqueFd memory;
@@ -118,7 +118,7 @@ void run(const Process& process, const std::vector<vesk::fuzz::Packet>& packets)
 
 extern "C" int LLVMFuzzerTestOneInput(const uint8_t* data, size_t size) {
   static const Process& process = *new Process;
-  // Once for what is opened on first need.
+  // The first run opens the descriptors that the process keeps.
   static const bool ready = (run(process, {}), true);
   FUZZ_CHECK(ready);
   const auto packets = vesk::fuzz::packetsOf({data, size}, process.known);

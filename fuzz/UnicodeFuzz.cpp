@@ -1,4 +1,4 @@
-/* The converters between UTF-8 and UTF-16, against others that are written the long way round. */
+/* Compares the converters between UTF-8 and UTF-16 with simple reference converters. */
 #include <utils/String16.h>
 #include <utils/String8.h>
 #include <utils/Unicode.h>
@@ -14,14 +14,14 @@ using vesk::fuzz::Bytes;
 
 constexpr char32_t kReplacement = 0xfffd;
 
-/** None if the text is malformed: a sequence is read as it stands, and then judged by its value. */
+/** Empty if the text is malformed. Decodes each sequence first and then checks its value. */
 std::optional<std::u32string> decodeUtf8(Bytes text) {
   std::u32string characters;
   for (size_t i = 0; i < text.size();) {
     size_t more = 0;
     char32_t value = text[i];
     while (more < 7 && (text[i] & (0x80 >> more)) != 0) ++more;
-    // So far the number of ones in front: none for ASCII, one for a byte that only continues.
+    // At first the number of leading ones: 0 for ASCII, 1 for a continuation byte.
     if (more == 1 || more > 4) return std::nullopt;
     if (more > 0) value = text[i] & ((0x80u >> more) - 1);
     more = more > 0 ? more - 1 : 0;
@@ -63,7 +63,7 @@ std::u16string utf16Of(char32_t character) {
 std::string utf8Of(char32_t character) {
   if (character < 0x80) return {static_cast<char>(character)};
   std::string reversed;
-  char32_t room = 0x40;  // Values below this fit in what the lead byte has left.
+  char32_t room = 0x40;  // Values below this fit into the remaining bits of the lead byte.
   char32_t mark = 0x80;
   while (character >= room || reversed.empty()) {
     reversed += static_cast<char>(0x80 + character % 64);
@@ -120,7 +120,7 @@ void fromUtf8(Bytes text, size_t room) {
 void fromUtf16(Bytes bytes, size_t room) {
   std::u16string text(bytes.size() / 2, u'\0');
   if (!text.empty()) std::memcpy(text.data(), bytes.data(), text.size() * 2);
-  // Without the zero behind a std::u16string.
+  // Without the terminating zero of a std::u16string.
   const std::vector<char16_t> units(text.begin(), text.end());
   const std::u32string characters = decodeUtf16(text);
   const std::string expected = cut(characters, utf8Of, SIZE_MAX);

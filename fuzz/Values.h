@@ -12,7 +12,7 @@
 #include "Fuzz.h"
 #include "ipc/Marshal.h"
 
-/* Arguments of the interfaces' methods: made from an input, read, compared. */
+/* Makes, reads and compares the arguments of the interfaces' methods. */
 namespace vesk::fuzz {
 
 template <class T>

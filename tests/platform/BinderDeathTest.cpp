@@ -13,14 +13,14 @@ using android::wp;
 
 namespace {
 
-struct Mourner : IBinder::DeathRecipient {
+struct RecordingRecipient : IBinder::DeathRecipient {
   void binderDied(const wp<IBinder>& died) override {
-    who = died.unsafe_get();
+    object = died.unsafe_get();
     if (then) then();
     ++times;
   }
   std::function<void()> then;
-  std::atomic<const IBinder*> who{nullptr};
+  std::atomic<const IBinder*> object{nullptr};
   std::atomic<int> times{0};
 };
 
@@ -29,11 +29,11 @@ class BinderDeathTest : public testing::Test {
   BinderDeathTest() { android::ProcessState::self()->startThreadPool(); }
 };
 
-void waitForDeath(const Mourner& mourner) {
-  waitUntil("the death to be told", [&] { return mourner.times > 0; });
+void waitForDeath(const RecordingRecipient& recipient) {
+  waitUntil("the death notification", [&] { return recipient.times > 0; });
 }
 
-TEST_F(BinderDeathTest, ACallInProgressEnds) {
+TEST_F(BinderDeathTest, EndsCallsInProgress) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   std::vector<std::thread> callers;
@@ -47,18 +47,18 @@ TEST_F(BinderDeathTest, ACallInProgressEnds) {
   for (size_t i = 0; i < callers.size(); ++i) EXPECT_EQ(process.child().channel().receive(), "hanging");
   process.kill();
   for (std::thread& caller : callers) caller.join();
-  EXPECT_EQ(increment(service, 1), DEAD_OBJECT) << "and so does every later one";
+  EXPECT_EQ(increment(service, 1), DEAD_OBJECT) << "a later call fails as well";
   EXPECT_EQ(service->pingBinder(), DEAD_OBJECT);
 }
 
-TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
+TEST_F(BinderDeathTest, IsReportedOnceToEachRecipient) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   const sp<IBinder> object = binderFrom(service, TestObject::kMakeObject);
-  const sp<Mourner> first = new Mourner();
-  const sp<Mourner> second = new Mourner();
-  const sp<Mourner> unlinked = new Mourner();
-  sp<Mourner> gone = new Mourner();
+  const sp<RecordingRecipient> first = new RecordingRecipient();
+  const sp<RecordingRecipient> second = new RecordingRecipient();
+  const sp<RecordingRecipient> unlinked = new RecordingRecipient();
+  sp<RecordingRecipient> gone = new RecordingRecipient();
   EXPECT_EQ(service->linkToDeath(first), OK);
   EXPECT_EQ(object->linkToDeath(second), OK);
   EXPECT_EQ(service->linkToDeath(unlinked, &process), OK);
@@ -75,10 +75,10 @@ TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
   process.kill();
   waitForDeath(*first);
   waitForDeath(*second);
-  EXPECT_EQ(first->who, service.get());
-  EXPECT_EQ(second->who, object.get());
+  EXPECT_EQ(first->object, service.get());
+  EXPECT_EQ(second->object, object.get());
   EXPECT_FALSE(service->isBinderAlive());
-  const sp<Mourner> late = new Mourner();
+  const sp<RecordingRecipient> late = new RecordingRecipient();
   EXPECT_EQ(service->linkToDeath(late), DEAD_OBJECT);
   EXPECT_EQ(service->unlinkToDeath(first), DEAD_OBJECT);
   std::this_thread::sleep_for(std::chrono::milliseconds(50));
@@ -88,33 +88,33 @@ TEST_F(BinderDeathTest, IsToldOnceToEachRecipient) {
   EXPECT_EQ(late->times, 0);
 }
 
-TEST_F(BinderDeathTest, LinksOfRecipientsThatAreGoneTakeNoMemory) {
+TEST_F(BinderDeathTest, LinksOfDestroyedRecipientsUseNoMemory) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   const auto before = ::mallinfo2().uordblks;
-  for (int i = 0; i < 20'000; ++i) ASSERT_EQ(service->linkToDeath(new Mourner()), OK);
+  for (int i = 0; i < 20'000; ++i) ASSERT_EQ(service->linkToDeath(new RecordingRecipient()), OK);
   EXPECT_LT(::mallinfo2().uordblks, before + 100'000);
 }
 
-TEST_F(BinderDeathTest, ALocalObjectCantBeLinked) {
+TEST_F(BinderDeathTest, LocalObjectsCannotBeLinked) {
   const sp<IBinder> object = new TestObject();
-  const sp<Mourner> mourner = new Mourner();
-  EXPECT_EQ(object->linkToDeath(mourner), android::INVALID_OPERATION);
-  EXPECT_EQ(object->unlinkToDeath(mourner), android::INVALID_OPERATION);
+  const sp<RecordingRecipient> recipient = new RecordingRecipient();
+  EXPECT_EQ(object->linkToDeath(recipient), android::INVALID_OPERATION);
+  EXPECT_EQ(object->unlinkToDeath(recipient), android::INVALID_OPERATION);
 }
 
-TEST_F(BinderDeathTest, ARecipientMayWaitForTheNextOfThatName) {
+TEST_F(BinderDeathTest, RecipientMayWaitForASuccessor) {
   auto process = std::make_unique<ServiceProcess>("test.service");
   ServiceProcess bystander("test.bystander");
   const sp<IBinder> service = process->get();
   const sp<IBinder> other = bystander.get();
   std::atomic<int32_t> answer{0};
-  const sp<Mourner> patient = new Mourner();
+  const sp<RecordingRecipient> patient = new RecordingRecipient();
   patient->then = [&] {
     answer = increment(android::defaultServiceManager()->getService(String16("test.service")), 1);
   };
-  const sp<Mourner> quick = new Mourner();
-  const sp<Mourner> neighbour = new Mourner();
+  const sp<RecordingRecipient> quick = new RecordingRecipient();
+  const sp<RecordingRecipient> neighbour = new RecordingRecipient();
   ASSERT_EQ(service->linkToDeath(patient), OK);
   ASSERT_EQ(service->linkToDeath(neighbour), OK);
   ASSERT_EQ(other->linkToDeath(quick), OK);
@@ -122,35 +122,35 @@ TEST_F(BinderDeathTest, ARecipientMayWaitForTheNextOfThatName) {
   process->kill();
   bystander.kill();
   waitForDeath(*quick);
-  waitForDeath(*neighbour);  // Recipients don't wait for each other.
+  waitForDeath(*neighbour);  // Recipients do not wait for each other.
   EXPECT_EQ(patient->times, 0);
   process = std::make_unique<ServiceProcess>("test.service");
   waitForDeath(*patient);
   EXPECT_EQ(answer, 2);
 }
 
-TEST_F(BinderDeathTest, LinksRaceWithTheDeath) {
+TEST_F(BinderDeathTest, LinksRaceWithDeath) {
   for (int round = 0; round < 10; ++round) {
     ServiceProcess process("test.service");
     const sp<IBinder> service = process.get();
-    std::vector<sp<Mourner>> linked;
+    std::vector<sp<RecordingRecipient>> linked;
     std::thread linker([&] {
       for (;;) {
-        const sp<Mourner> mourner = new Mourner();
-        if (service->linkToDeath(mourner) != OK) return;
-        linked.push_back(mourner);
+        const sp<RecordingRecipient> recipient = new RecordingRecipient();
+        if (service->linkToDeath(recipient) != OK) return;
+        linked.push_back(recipient);
         increment(service, 1);
       }
     });
     waitUntil("a call", [&] { return increment(service, 1) == 2; });
     process.kill();
     linker.join();
-    for (const sp<Mourner>& mourner : linked) waitForDeath(*mourner);
-    for (const sp<Mourner>& mourner : linked) EXPECT_EQ(mourner->times, 1);
+    for (const sp<RecordingRecipient>& recipient : linked) waitForDeath(*recipient);
+    for (const sp<RecordingRecipient>& recipient : linked) EXPECT_EQ(recipient->times, 1);
   }
 }
 
-TEST_F(BinderDeathTest, ACallerThatDiesCostsTheServiceNothing) {
+TEST_F(BinderDeathTest, ServiceSurvivesADyingCaller) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   {
@@ -171,7 +171,7 @@ CHILD_ROLE(hangingCaller) {
   return 1;
 }
 
-TEST_F(BinderDeathTest, AServiceMayExitInTheMiddleOfACall) {
+TEST_F(BinderDeathTest, ServiceMayExitDuringACall) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   Parcel data;

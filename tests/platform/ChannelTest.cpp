@@ -19,7 +19,7 @@
 #include <thread>
 #include <vector>
 
-/* The two ends of a channel, and what can go wrong between them. */
+/* Both ends of a channel in one process: spinning, sleeping, hostile use of the shared slots. */
 
 using android::DEAD_OBJECT;
 using android::FAILED_TRANSACTION;
@@ -30,9 +30,9 @@ using std::chrono::microseconds;
 
 namespace {
 
-/** The two ends of a channel, before it is one. */
-struct Ends {
-  Ends() : callerSlots(SharedSlots::make(&memory)), serverSlots(SharedSlots::accept(memory)) {
+/** The sockets and the shared memory of a channel. */
+struct ChannelEnds {
+  ChannelEnds() : callerSlots(SharedSlots::make(&memory)), serverSlots(SharedSlots::accept(memory)) {
     int ends[2];
     EXPECT_EQ(::socketpair(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0, ends), 0);
     caller = UniqueFd(ends[0]);
@@ -51,11 +51,11 @@ std::unique_ptr<Channel> watched(UniqueFd socket, SharedSlots slots) {
   return channel;
 }
 
-/** A channel whose serving end answers each request with its own data. */
+/** A channel whose server echoes each request. */
 class EchoChannel {
  public:
   EchoChannel() {
-    Ends ends;
+    ChannelEnds ends;
     caller_ = watched(std::move(ends.caller), std::move(ends.callerSlots));
     server_ = watched(std::move(ends.server), std::move(ends.serverSlots));
     thread_ = std::thread([this] { serve(); });
@@ -65,7 +65,7 @@ class EchoChannel {
     EXPECT_EQ(end_, DEAD_OBJECT);
   }
 
-  /** False if the answer is another one. */
+  /** True if the reply has the same bytes. */
   bool call(const std::vector<uint8_t>& bytes) {
     Parcel data;
     Parcel reply;
@@ -79,7 +79,7 @@ class EchoChannel {
     caller_.reset();
     if (thread_.joinable()) thread_.join();
   }
-  /** Once stopped. */
+  /** After stop(). */
   uint64_t spinsOfServer() const { return server_->backoff().spins(); }
 
  private:
@@ -101,8 +101,8 @@ class EchoChannel {
 
 bool spins() { return SpinLimiter::self().duration().count() > 0; }
 
-/** Goes by without a system call, which would let others run. */
-void pass(microseconds time) {
+/** Busy-waits: a system call would let other threads run. */
+void busyWait(microseconds time) {
   const auto end = std::chrono::steady_clock::now() + time;
   while (std::chrono::steady_clock::now() < end) {
   }
@@ -115,7 +115,7 @@ bool within(microseconds time, Condition condition) {
   return condition();
 }
 
-TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
+TEST(SpinBackoffTest, DoublesSkippedSpinsAndResets) {
   SpinBackoff backoff;
   const auto skipped = [&] {
     uint32_t count = 0;
@@ -129,19 +129,19 @@ TEST(PatienceTest, DoublesWhatItSkipsAndComesBack) {
   }
   const uint64_t before = backoff.spins();
   for (int i = 0; i < 10; ++i) {
-    EXPECT_TRUE(backoff.shouldSpin()) << "while it pays";
+    EXPECT_TRUE(backoff.shouldSpin()) << "after a successful spin";
     backoff.succeeded();
   }
   EXPECT_EQ(backoff.spins(), before + 10);
   backoff.failed();
-  EXPECT_EQ(skipped(), 1U) << "as if it had never failed";
+  EXPECT_EQ(skipped(), 1U) << "the backoff was reset";
 }
 
-TEST(ChannelTest, NothingIsLostAtTheEdgeOfPatience) {
+TEST(ChannelTest, LosesNothingAroundTheSpinTimeout) {
   std::mt19937 random(1);
   std::vector<uint8_t> bytes(200'000);
   std::iota(bytes.begin(), bytes.end(), uint8_t{0});
-  // Small ones mostly, so that many meet a receiver that is just about to go to sleep.
+  // Mostly small frames, so that many arrive just as the receiver goes to sleep.
   const std::vector<size_t> sizes = {0,  4,      64,
                                      64, 4,      3000,
                                      64, 40'000, SharedSlot::kCapacity - sizeof(FrameHeader),
@@ -151,11 +151,11 @@ TEST(ChannelTest, NothingIsLostAtTheEdgeOfPatience) {
   for (int i = 0; i < 10'000; ++i) {
     const size_t size = sizes[random() % sizes.size()];
     ASSERT_TRUE(channel.call({bytes.end() - static_cast<ptrdiff_t>(size), bytes.end()})) << i;
-    if (random() % 16 == 0) pass(microseconds(45 + random() % 15));
+    if (random() % 16 == 0) busyWait(microseconds(45 + random() % 15));
   }
 }
 
-TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
+TEST(ChannelTest, DoesNotSpinForSparseCalls) {
   EchoChannel channel;
   for (int i = 0; i < 50; ++i) {
     ASSERT_TRUE(channel.call({1, 2, 3, 4}));
@@ -165,9 +165,9 @@ TEST(ChannelTest, CallsThatComeSeldomAreNeverLookedFor) {
   EXPECT_EQ(channel.spinsOfServer(), 0U);
 }
 
-/** A server, and a caller that does by hand what a channel does, and not always rightly. */
+/** The server end of a channel, and a caller that writes to the shared slots directly. */
 struct Caller {
-  explicit Caller(Ends ends = {})
+  explicit Caller(ChannelEnds ends = {})
       : socket(std::move(ends.caller)),
         sharedSlots(std::move(ends.callerSlots)),
         serverEnd(watched(std::move(ends.server), std::move(ends.serverSlots))),
@@ -182,7 +182,7 @@ struct Caller {
     Parcel data;
     return server.receive(&header, &data);
   }
-  /** Of the server's shared slot. */
+  /** The state of the slot from which the server receives. */
   std::atomic<uint32_t>& state() { return *reinterpret_cast<std::atomic<uint32_t>*>(&sharedSlots.out()); }
   static constexpr uint32_t kAwaited = 1;
 
@@ -196,9 +196,9 @@ class SharedSlotTest : public testing::Test, protected Caller {};
 
 const FrameHeader kRequest{.kind = FrameKind::kRequest, .hints = kHintBackToBack};
 
-TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
+TEST_F(SharedSlotTest, FailedSpinsBecomeRare) {
   if (!spins()) GTEST_SKIP() << "needs two processors";
-  // The hint promises a call at once, and it never comes before the server sleeps.
+  // The hint announces an immediate request, but each request is sent after the server sleeps.
   const auto exchange = [this] {
     std::thread late([this] {
       while (state() != kAwaited) std::this_thread::yield();
@@ -210,14 +210,14 @@ TEST_F(SharedSlotTest, LooksInVainBecomeRare) {
     sharedSlots.in().empty();
     return server.backoff().spins();
   };
-  // A process that had to wait for a processor rests for a while.
+  // After a preempted spin, the process does not spin for a while.
   EXPECT_TRUE(within(microseconds(30'000'000), [&] { return exchange() > 0; }));
   for (int i = 0; i < 200; ++i) exchange();
-  // After the nth, 2^n - 1 waits go by without.
+  // After the nth failed spin, 2^n - 1 waits skip the spin.
   EXPECT_LE(server.backoff().spins(), 8U);
 }
 
-TEST_F(SharedSlotTest, WhatCameBeforeTheEndIsStillReceived) {
+TEST_F(SharedSlotTest, FrameSentBeforeTheEndIsReceived) {
   put(kRequest);
   socket = UniqueFd();
   while (!server.hasEnded()) std::this_thread::yield();
@@ -226,8 +226,8 @@ TEST_F(SharedSlotTest, WhatCameBeforeTheEndIsStillReceived) {
   EXPECT_EQ(server.send({.kind = FrameKind::kReply}), DEAD_OBJECT);
 }
 
-TEST_F(SharedSlotTest, ARetiredServerTakesARequestThatHasCome) {
-  EXPECT_FALSE(server.retire()) << "it does not wait";
+TEST_F(SharedSlotTest, RetiredServerTakesAPendingRequest) {
+  EXPECT_FALSE(server.retire()) << "no thread waits";
   std::thread retiring([this] {
     while (!server.retire()) std::this_thread::yield();
   });
@@ -240,10 +240,10 @@ TEST_F(SharedSlotTest, ARetiredServerTakesARequestThatHasCome) {
   EXPECT_EQ(server.awaitRequest(), DEAD_OBJECT);
 }
 
-TEST(IdleChannelsTest, AChannelWhoseOtherEndIsGoneIsNotTakenAgain) {
+TEST(IdleChannelsTest, EndedChannelIsNotReused) {
   IdleChannels idle;
   for (const bool ends : {true, false}) {
-    Ends both;
+    ChannelEnds both;
     auto channel = watched(std::move(both.caller), std::move(both.callerSlots));
     const Channel* const put = channel.get();
     if (ends) both.server = UniqueFd();
@@ -253,9 +253,9 @@ TEST(IdleChannelsTest, AChannelWhoseOtherEndIsGoneIsNotTakenAgain) {
   }
 }
 
-TEST_F(SharedSlotTest, TheEndWakesWhoeverSleeps) {
+TEST_F(SharedSlotTest, EndWakesSleepingThreads) {
   for (const bool sends : {false, true}) {
-    SCOPED_TRACE(sends ? "until its reply is taken" : "until a request comes");
+    SCOPED_TRACE(sends ? "waiting for room" : "waiting for a request");
     Caller peer;
     if (sends) {
       ASSERT_EQ(peer.server.send({.kind = FrameKind::kReply}), OK);
@@ -271,15 +271,15 @@ TEST_F(SharedSlotTest, TheEndWakesWhoeverSleeps) {
   }
 }
 
-std::atomic<bool> isHeldUp = false;
-std::atomic<bool> goesOn = false;
+std::atomic<bool> isBlocked = false;
+std::atomic<bool> mayContinue = false;
 
-TEST_F(SharedSlotTest, ACallerThatUndoesWhatWakesTheServer) {
+TEST_F(SharedSlotTest, UndoneWakeUpIsRepeated) {
   struct sigaction action = {};
   action.sa_flags = SA_RESTART;
   action.sa_handler = [](int) {
-    isHeldUp = true;
-    while (!goesOn) ::sched_yield();
+    isBlocked = true;
+    while (!mayContinue) ::sched_yield();
   };
   struct sigaction before;
   ASSERT_EQ(::sigaction(SIGUSR1, &action, &before), 0);
@@ -289,23 +289,24 @@ TEST_F(SharedSlotTest, ACallerThatUndoesWhatWakesTheServer) {
     isDone = true;
   });
   while (state() != kAwaited) std::this_thread::yield();
-  // It is away from what it sleeps on when it is woken, and when it is back, all is as before.
+  // The signal handler keeps the server off the futex while it is woken. When the server returns,
+  // the caller has restored the state that makes it sleep.
   ::pthread_kill(receiver.native_handle(), SIGUSR1);
-  const bool heldUp = within(microseconds(500'000), [] { return isHeldUp.load(); });
+  const bool blocked = within(microseconds(500'000), [] { return isBlocked.load(); });
   socket = UniqueFd();
-  if (heldUp) {
+  if (blocked) {
     while (state() == kAwaited) std::this_thread::yield();
     state() = kAwaited;
   }
-  goesOn = true;
+  mayContinue = true;
   EXPECT_TRUE(within(microseconds(10'000'000), [&] { return isDone.load(); }));
   while (!isDone) sharedSlots.out().rouseReceiver();
   receiver.join();
   ::sigaction(SIGUSR1, &before, nullptr);
-  if (!heldUp) GTEST_SKIP() << "signals wait for the end of the system call";
+  if (!blocked) GTEST_SKIP() << "signals are delivered only after the system call";
 }
 
-TEST_F(SharedSlotTest, AReplyWaitsForTheOneBeforeToBeTaken) {
+TEST_F(SharedSlotTest, ReplyWaitsUntilThePreviousIsTaken) {
   ASSERT_EQ(server.send({.kind = FrameKind::kReply, .code = 1}), OK);
   std::thread slow([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(20));
@@ -318,7 +319,7 @@ TEST_F(SharedSlotTest, AReplyWaitsForTheOneBeforeToBeTaken) {
   EXPECT_EQ(header.code, 2U);
 }
 
-TEST_F(SharedSlotTest, TheRestOfAFrameThatNeverComes) {
+TEST_F(SharedSlotTest, EndInTheMiddleOfAFrame) {
   put({.kind = FrameKind::kRequest, .dataSize = 100'000}, SharedSlot::kCapacity);
   std::thread death([this] {
     std::this_thread::sleep_for(std::chrono::milliseconds(10));
@@ -330,7 +331,7 @@ TEST_F(SharedSlotTest, TheRestOfAFrameThatNeverComes) {
 
 class SharedSlotFrameTest : public SharedSlotTest, public testing::WithParamInterface<size_t> {};
 
-TEST_P(SharedSlotFrameTest, IsNone) {
+TEST_P(SharedSlotFrameTest, InvalidSizeIsRefused) {
   put(kRequest, GetParam());
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
@@ -338,13 +339,13 @@ TEST_P(SharedSlotFrameTest, IsNone) {
 INSTANTIATE_TEST_SUITE_P(Sizes, SharedSlotFrameTest,
                          testing::Values(0, 39, 41, SharedSlot::kCapacity + 1, size_t{0xffffffff}));
 
-TEST_F(SharedSlotTest, AStateThatIsNoneHoldsNothingUp) {
+TEST_F(SharedSlotTest, InvalidStateDoesNotBlock) {
   sharedSlots.out().fill(0);
   state() = 77;
   EXPECT_EQ(receive(), FAILED_TRANSACTION);
 }
 
-TEST_F(SharedSlotTest, MemoryThatCouldBeTakenAwayIsRefused) {
+TEST_F(SharedSlotTest, UnsealedMemoryIsRefused) {
   const UniqueFd unsealed(::memfd_create("unsealed", MFD_CLOEXEC | MFD_ALLOW_SEALING));
   ASSERT_EQ(::ftruncate(unsealed.get(), 2 * sizeof(SharedSlot)), 0);
   const UniqueFd small(::memfd_create("small", MFD_CLOEXEC | MFD_ALLOW_SEALING));

@@ -17,9 +17,9 @@
 #include "LogCapture.h"
 #include "TestService.h"
 
-/* Calls of the kernel and of the C library that fail under the transport: in this program they are
- * the functions below, which fail when they are told to. Each failure gives an error that names its
- * cause, or nothing but a delay, and when it goes all is well again. */
+/* Failures of system calls and of the C library under the transport. The wrappers below replace
+ * those functions and fail on demand. Each failure either causes an error whose log line names the
+ * cause, or only a delay. Afterwards the transport works again. */
 
 using android::DEAD_OBJECT;
 using android::FAILED_TRANSACTION;
@@ -36,12 +36,12 @@ constexpr int kAlways = 1 << 30;
 std::atomic<const char*> failing = nullptr;
 std::atomic<int> errorNumber = 0;
 std::atomic<int> timesLeft = 0;
-/** The test's own calls on this thread are left alone. */
-thread_local bool isSpared = false;
+/** True on threads whose calls never fail on demand. */
+thread_local bool isExempt = false;
 
 bool fails(const char* call) {
   const char* const name = failing;
-  if (isSpared || name == nullptr || std::strcmp(name, call) != 0) return false;
+  if (isExempt || name == nullptr || std::strcmp(name, call) != 0) return false;
   if (timesLeft.fetch_sub(1) <= 0) return false;
   errno = errorNumber;
   return true;
@@ -88,7 +88,7 @@ namespace {
 
 sp<IBinder> lookUp() { return android::defaultServiceManager()->checkService(String16("test.service")); }
 
-/** Data of one packet there and back, and of several. */
+/** Echoes a call that fits into a slot, and one of several packets. */
 android::status_t use(const sp<IBinder>& service) {
   if (const int32_t answer = increment(service, 1); answer != 2) return answer;
   const std::vector<uint8_t> bytes(300'000, 0x5a);
@@ -108,21 +108,21 @@ std::string textOf(const std::vector<vesk::test::LogLine>& lines) {
   return text;
 }
 
-/** A service that is told of its next fault: "call error times"; nothing fails after any other
- * message. Each is answered with what was logged since the one before. */
+/** A service whose next fault is set by the message "call error times". Any other message clears
+ * the fault. Each message is answered with the log lines since the previous one. */
 CHILD_ROLE(faultyService) {
-  isSpared = true;
+  isExempt = true;
   vesk::test::LogCapture log;
   if (android::defaultServiceManager()->addService(String16("test.service"), new TestObject) != OK) return 1;
   android::ProcessState::self()->startThreadPool();
   parent.ready();
-  // Threads may still look at the name of the fault before.
+  // Never destroyed: other threads may still read the name of the previous fault.
   static std::list<std::string>& calls = *new std::list<std::string>;
-  for (std::string order; !(order = parent.channel().receive(-1)).empty();) {
+  for (std::string command; !(command = parent.channel().receive(-1)).empty();) {
     disarm();
     int error = 0;
     int times = 0;
-    if (std::istringstream(order) >> calls.emplace_back() >> error >> times)
+    if (std::istringstream(command) >> calls.emplace_back() >> error >> times)
       arm(calls.back().c_str(), error, times);
     parent.channel().send(textOf(log.take()) + " ");
   }
@@ -136,8 +136,9 @@ struct FaultRow {
   const char* call;
   int error;
   int times;
-  /** What comes of the faulty call, on connections that stand and on new ones. */
+  /** The status of a call over existing connections. */
   android::status_t standing;
+  /** Whether a lookup that needs new connections succeeds. */
   bool isFound;
   const char* logged;
 };
@@ -156,7 +157,7 @@ constexpr FaultRow kRows[] = {
     {kService, "sendmsg", EINTR, 3, OK, true, ""},
     {kService, "recvmsg", EINTR, 3, OK, true, ""},
     {kService, "accept4", EINTR, 3, OK, true, ""},
-    // The part of a frame that doesn't fit into a slot.
+    // The part of a frame that does not fit into a slot.
     {kCaller, "sendmsg", ENOMEM, kAlways, FAILED_TRANSACTION, false, "Cannot allocate memory"},
     {kCaller, "recvmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
     {kService, "sendmsg", ENOMEM, kAlways, DEAD_OBJECT, true, "Cannot allocate memory"},
@@ -168,7 +169,7 @@ constexpr FaultRow kRows[] = {
     {kCaller, "fallocate", ENOMEM, kAlways, OK, false, "Cannot allocate memory"},
     {kService, "send", ENOBUFS, kAlways, OK, false, "No buffer space available"},
     {kService, "fstat", ENOMEM, kAlways, OK, false, "closes new channels"},
-    // A shortage that passes is waited for.
+    // The transport waits for the end of a temporary shortage.
     {kService, "accept4", EMFILE, 3, OK, true, "can't accept connections: Too many open files"},
     {kService, "accept4", ENOMEM, 3, OK, true, "can't accept connections: Cannot allocate memory"},
     {kService, "pthread_create", EAGAIN, 3, OK, true, "no thread for a caller"},
@@ -176,18 +177,18 @@ constexpr FaultRow kRows[] = {
     {kService, "fstat", ENOMEM, 2, OK, true, ""},
 };
 
-/** Uses the service while the fault lasts, on connections that stand or on new ones. */
+/** Uses the service during the fault, over existing or over new connections. */
 void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool isStanding) {
-  SCOPED_TRACE(isStanding ? "standing" : "new");
-  const auto tell = [&](const std::string& order) {
-    process.channel().send(order);
+  SCOPED_TRACE(isStanding ? "existing connections" : "new connections");
+  const auto command = [&](const std::string& message) {
+    process.channel().send(message);
     return process.channel().receive();
   };
   sp<IBinder> service;
   if (isStanding) service = lookUp();
   vesk::test::LogCapture log;
   if (row.where == kService) {
-    tell(std::string(row.call) + " " + std::to_string(row.error) + " " + std::to_string(row.times));
+    command(std::string(row.call) + " " + std::to_string(row.error) + " " + std::to_string(row.times));
   } else {
     arm(row.call, row.error, row.times);
   }
@@ -195,9 +196,11 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
   const android::status_t status = service == nullptr ? OK : use(service);
   disarm();
   std::string logged;
-  const auto takeLog = [&] { logged += (row.where == kService ? tell("mended") : "") + textOf(log.take()); };
+  const auto takeLog = [&] {
+    logged += (row.where == kService ? command("clear") : "") + textOf(log.take());
+  };
   takeLog();
-  // A service logs on another thread than the one that fails.
+  // The service may log after the call has returned: it logs on another thread.
   if (!isStanding) {
     waitUntil("the log", [&] {
       if (logged.find(row.logged) == std::string::npos) takeLog();
@@ -208,21 +211,21 @@ void expectOfRow(const FaultRow& row, vesk::test::ChildProcess& process, bool is
   if (isStanding) {
     EXPECT_EQ(status, row.standing);
   }
-  // Not every fault meets every call.
+  // Not every fault affects every call.
   if (status != OK || service == nullptr) {
     EXPECT_NE(logged.find(row.logged), std::string::npos) << logged;
     EXPECT_STRNE(row.logged, "");
   }
   if (!isStanding && row.where == kCaller) {
-    EXPECT_LT(timesLeft.load(), row.times) << "nobody met the fault";
+    EXPECT_LT(timesLeft.load(), row.times) << "the fault did not occur";
   }
   EXPECT_LT(std::count(logged.begin(), logged.end(), '\n'), 3) << logged;
   service = lookUp();
-  ASSERT_NE(service, nullptr) << "now that the fault is gone";
+  ASSERT_NE(service, nullptr) << "after the fault";
   EXPECT_EQ(use(service), OK);
 }
 
-TEST(FaultTest, EachNamesItsCauseAndPasses) {
+TEST(FaultTest, LogsTheCauseAndRecovers) {
   android::ProcessState::self()->startThreadPool();
   for (const FaultRow& row : kRows) {
     SCOPED_TRACE(std::string(row.call) + " in the " + (row.where == kCaller ? "caller" : "service") + ": " +
@@ -232,24 +235,24 @@ TEST(FaultTest, EachNamesItsCauseAndPasses) {
   }
 }
 
-/** Its first use of the transport fails: "cause", and then it doesn't. */
-CHILD_ROLE(beginner) {
+/** A process whose first use of the transport fails. Sends its log lines. */
+CHILD_ROLE(firstUser) {
   vesk::test::LogCapture log;
   const auto registers = [] {
-    return android::defaultServiceManager()->addService(String16("beginner"), new TestObject) == OK;
+    return android::defaultServiceManager()->addService(String16("test.first"), new TestObject) == OK;
   };
   arm(args[0].c_str(), std::stoi(args[1]), kAlways);
   const bool cantRegister = !registers();
   const bool cantFind = lookUp() == nullptr;
   disarm();
   const std::string logged = textOf(log.take());
-  const bool mended = registers() && lookUp() != nullptr && use(lookUp()) == OK;
+  const bool hasRecovered = registers() && lookUp() != nullptr && use(lookUp()) == OK;
   parent.ready();
   parent.channel().send(logged);
-  return cantRegister && cantFind && mended ? 0 : 1;
+  return cantRegister && cantFind && hasRecovered ? 0 : 1;
 }
 
-TEST(FaultTest, TheFirstUseCanFailToo) {
+TEST(FaultTest, FirstUseFailsAndRecovers) {
   const ServiceProcess process("test.service");
   const struct {
     const char* call;
@@ -259,7 +262,7 @@ TEST(FaultTest, TheFirstUseCanFailToo) {
               {"pthread_create", EAGAIN, "Resource temporarily unavailable"},
               {"epoll_ctl", ENOMEM, "Cannot allocate memory"}};
   for (const auto& row : rows) {
-    vesk::test::ChildProcess child("beginner", {row.call, std::to_string(row.error)});
+    vesk::test::ChildProcess child("firstUser", {row.call, std::to_string(row.error)});
     const std::string logged = child.channel().receive();
     EXPECT_NE(logged.find(std::string("can't wait for connections: ") + row.logged), std::string::npos)
         << logged;

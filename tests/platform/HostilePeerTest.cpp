@@ -13,8 +13,7 @@
 #include "RawPeer.h"
 #include "TestService.h"
 
-/* Raw connections to a service process: whatever comes over them costs that connection and nothing
- * else. */
+/* Raw connections to a service process: invalid input costs at most that connection. */
 
 using android::DEAD_OBJECT;
 using android::IBinder;
@@ -42,7 +41,7 @@ class HostilePeerTest : public testing::Test {
     EXPECT_EQ(answer.magic, kMagic);
   }
   ~HostilePeerTest() override {
-    EXPECT_EQ(increment(service, 1), 2) << "the service is there for others";
+    EXPECT_EQ(increment(service, 1), 2) << "the service still answers other processes";
     process.child().stop();
   }
 
@@ -59,7 +58,7 @@ class HostilePeerTest : public testing::Test {
   RawPeer watch;
 };
 
-TEST_F(HostilePeerTest, ANoisyGreeting) {
+TEST_F(HostilePeerTest, InvalidHello) {
   const auto refused = [&](const char* what, const auto& bytes) {
     RawPeer peer(path);
     peer.send(&bytes, sizeof(bytes));
@@ -68,25 +67,25 @@ TEST_F(HostilePeerTest, ANoisyGreeting) {
   refused("too short", char{'x'});
   refused("too long", std::array<char, 5000>{});
   refused("no magic", Hello{.magic = 1, .kind = ConnectionKind::kChannel, .process = kStranger});
-  refused("no such kind", Hello{.kind = ConnectionKind{7}, .process = kStranger});
-  refused("a channel of nobody", Hello{.kind = ConnectionKind::kChannel, .process = 12345});
-  refused("somebody who is here already", Hello{.kind = ConnectionKind::kWatch, .process = kStranger});
+  refused("unknown kind", Hello{.kind = ConnectionKind{7}, .process = kStranger});
+  refused("a channel of an unknown process", Hello{.kind = ConnectionKind::kChannel, .process = 12345});
+  refused("a process that is connected already", Hello{.kind = ConnectionKind::kWatch, .process = kStranger});
 }
 
-TEST_F(HostilePeerTest, AWatchConnectionThatTalksIsDropped) {
+TEST_F(HostilePeerTest, InvalidWatchMessageDropsTheHolder) {
   RawPeer working = channel();
   working.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   EXPECT_EQ(working.statusOfReply(), OK);
   watch.send("hello", 5);
-  watch.expectClosed("nothing is said there");
-  // With it go the references that it stood for.
+  watch.expectClosed("not a list of releases");
+  // The references of the process end with its watch connection.
   working.sendFrame({.kind = FrameKind::kRequest, .object = number, .code = IBinder::PING_TRANSACTION});
   EXPECT_EQ(working.statusOfReply(), DEAD_OBJECT);
   working.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   EXPECT_EQ(working.statusOfReply(), DEAD_OBJECT);
 }
 
-TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
+TEST_F(HostilePeerTest, ForgedAndUnheldObjects) {
   RawPeer peer = channel();
   for (const uint64_t forged : {uint64_t{0}, uint64_t{1}, number + 1, ~uint64_t{0}}) {
     peer.sendFrame({.kind = FrameKind::kAcquire, .object = forged});
@@ -102,7 +101,7 @@ TEST_F(HostilePeerTest, ObjectsThatWereNeverGiven) {
   EXPECT_EQ(peer.statusOfReply(), OK);
 }
 
-TEST_F(HostilePeerTest, FramesThatAreNone) {
+TEST_F(HostilePeerTest, InvalidFrames) {
   const FrameHeader request{.kind = FrameKind::kRequest, .object = number, .code = TestObject::kEcho};
   const auto refused = [&](const char* what, auto change, size_t bodySize) {
     RawPeer peer = channel();
@@ -115,15 +114,15 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
   refused(
       "no magic", [](Header h) { h->magic = 0; }, 0);
   refused(
-      "no such kind", [](Header h) { h->kind = FrameKind{99}; }, 0);
+      "unknown kind", [](Header h) { h->kind = FrameKind{99}; }, 0);
   refused(
-      "a reply to nothing", [](Header h) { h->kind = FrameKind::kReply; }, 0);
+      "a reply without a request", [](Header h) { h->kind = FrameKind::kReply; }, 0);
   refused(
-      "a claim of nothing", [](Header h) { h->kind = FrameKind::kClaimed; }, 0);
+      "a claim without a reply", [](Header h) { h->kind = FrameKind::kClaimed; }, 0);
   refused(
-      "less than it states", [](Header h) { h->dataSize = 100; }, 99);
+      "less data than stated", [](Header h) { h->dataSize = 100; }, 99);
   refused(
-      "more than it states", [](Header h) { h->dataSize = 100; }, 101);
+      "more data than stated", [](Header h) { h->dataSize = 100; }, 101);
   refused(
       "above the limit", [](Header h) { h->dataSize = kMaxDataSize + 1; }, 100);
   refused(
@@ -152,16 +151,16 @@ TEST_F(HostilePeerTest, FramesThatAreNone) {
   }
 }
 
-TEST_F(HostilePeerTest, HalfAFrameAndSilence) {
+TEST_F(HostilePeerTest, IncompleteFrameAndSilentConnections) {
   RawPeer peer = channel();
   const FrameHeader header{.kind = FrameKind::kRequest, .object = number, .dataSize = 100'000};
   peer.sendFrame(header, std::vector<uint8_t>(SharedSlot::kCapacity - sizeof(header)));
   std::vector<RawPeer> silent;
   for (int i = 0; i < 100; ++i) silent.emplace_back(path);
-  EXPECT_EQ(increment(service, 5), 6) << "while they wait";
+  EXPECT_EQ(increment(service, 5), 6) << "while the other connections are open";
 }
 
-TEST_F(HostilePeerTest, DeathsOfObjectsThatAreNotRead) {
+TEST_F(HostilePeerTest, UnreadObjectDeaths) {
   const android::String16 name("test.mortal");
   const sp<TestObject> object = new TestObject;
   ASSERT_EQ(android::defaultServiceManager()->addService(name, object), OK);
@@ -178,13 +177,13 @@ TEST_F(HostilePeerTest, DeathsOfObjectsThatAreNotRead) {
   };
   int deaths = 0;
   for (; deaths < 10'000 && isHeld(); ++deaths) android::host::killObject(object);
-  int told = 0;
-  for (ObjectDeath death = 0; holder.receive(&death, sizeof(death));) ++told;
-  EXPECT_GT(told, 10);
-  EXPECT_LT(deaths, 10'000) << "it counts as dead when no more deaths can be told";
+  int received = 0;
+  for (ObjectDeath death = 0; holder.receive(&death, sizeof(death));) ++received;
+  EXPECT_GT(received, 10);
+  EXPECT_LT(deaths, 10'000) << "the holder counts as dead when no more deaths can be sent";
 }
 
-TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
+TEST_F(HostilePeerTest, UnreadReplies) {
   constexpr size_t kSize = 0x80000;
   std::list<RawPeer> channels;
   for (int i = 0; i < 10; ++i) {
@@ -206,7 +205,7 @@ TEST_F(HostilePeerTest, RepliesThatAreNotRead) {
   }
 }
 
-TEST_F(HostilePeerTest, MemoryThatIsNone) {
+TEST_F(HostilePeerTest, InvalidMemory) {
   for (const char* memory : {"", "/dev/null"}) {
     const UniqueFd fd(::open(memory, O_RDWR | O_CLOEXEC));
     RawPeer peer(path);
@@ -215,12 +214,12 @@ TEST_F(HostilePeerTest, MemoryThatIsNone) {
   }
 }
 
-TEST_F(HostilePeerTest, BindersThatAreNone) {
+TEST_F(HostilePeerTest, InvalidBinders) {
   RawPeer peer = channel();
   peer.sendFrame({.kind = FrameKind::kAcquire, .object = number});
   ASSERT_EQ(peer.statusOfReply(), OK);
 
-  // Two places for binders, with eight bytes between.
+  // Two flattened binders, eight bytes apart.
   struct Data {
     FlatBinder first{.present = 1};
     uint64_t between = 0;
@@ -242,10 +241,10 @@ TEST_F(HostilePeerTest, BindersThatAreNone) {
     return peer.statusOfReply();
   };
   const auto at = [](uint32_t offset) { return ObjectEntry{.owner = 77, .number = 88, .offset = offset}; };
-  EXPECT_EQ(statusWith({}, {at(0), at(kSecond)}), OK) << "objects of a process that isn't there";
+  EXPECT_EQ(statusWith({}, {at(0), at(kSecond)}), OK) << "objects of an absent process";
   EXPECT_EQ(statusWith({}, {at(kSecond), at(0)}), android::BAD_VALUE) << "out of order";
   EXPECT_EQ(statusWith({}, {at(0), at(0)}), android::BAD_VALUE) << "twice";
-  EXPECT_EQ(statusWith({}, {at(4)}), android::BAD_VALUE) << "beside its place";
+  EXPECT_EQ(statusWith({}, {at(4)}), android::BAD_VALUE) << "misplaced";
   EXPECT_EQ(statusWith({}, {at(kSecond + 4)}), android::BAD_VALUE) << "past the end";
   EXPECT_EQ(statusWith({}, {at(~0U - 3)}), android::BAD_VALUE) << "far past the end";
   EXPECT_EQ(statusWith({.first = {.type = 0}}, {at(0)}), android::BAD_VALUE) << "no binder there";
@@ -255,15 +254,15 @@ CHILD_ROLE(otherUser) {
   if (::setgid(65534) != 0 || ::setuid(65534) != 0) return 2;
   parent.ready();
   RawPeer peer(args[0]);
-  // Without a Hello, the time limit would close it, too.
+  // Without a Hello, the timeout would close the connection as well.
   peer.greet(ConnectionKind::kWatch);
   peer.expectClosed("another user");
   return testing::UnitTest::GetInstance()->ad_hoc_test_result().Failed() ? 1 : 0;
 }
 
 TEST_F(HostilePeerTest, AnotherUserIsRefused) {
-  if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
-  // The directory keeps others out already; the process refuses them, too.
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to change the user";
+  // Opens the directory, so that only the check of the process is left.
   ASSERT_EQ(::chmod(std::getenv("BINDER_RUNTIME_DIR"), 0755), 0);
   ASSERT_EQ(::chmod(path.c_str(), 0777), 0);
   vesk::test::ChildProcess other("otherUser", {path});

@@ -14,8 +14,8 @@
 #include "RawPeer.h"
 #include "TestService.h"
 
-/* A registered process that answers with nonsense, and a directory that isn't what it should be:
- * whoever calls gets an error, and reaches all others. */
+/* Invalid answers of a registered process, and an untrusted runtime directory: the caller gets an
+ * error, and still reaches other services. */
 
 using android::IBinder;
 using android::OK;
@@ -28,11 +28,11 @@ using vesk::test::RawPeer;
 
 namespace {
 
-/** The hostile process; another for each row, since its predecessor's end may not have been told
- * yet. */
+/** The id of the hostile process. Each row has its own: the death of the previous process may not
+ * have been noticed yet. */
 uint64_t hostileProcess = 0x1000;
 
-/** What a service's process sends instead of what it should. */
+/** The answers of a hostile process. */
 struct Answers {
   const char* what;
   std::string toWatch;
@@ -53,7 +53,7 @@ FrameHeader reply(uint32_t dataSize = 0, uint32_t objectCount = 0) {
 
 std::filesystem::path directory() { return std::getenv("BINDER_RUNTIME_DIR"); }
 
-/** Stands in the directory as a process of its own, with a service named "hostile". */
+/** A hostile process in the runtime directory, with a service named "hostile". */
 class HostileService {
  public:
   explicit HostileService(const Answers& answers)
@@ -111,7 +111,7 @@ class HostileService {
       FrameHeader frame{};
       std::memcpy(&frame, bytes.data(), sizeof(frame));
       const std::string& answer = frame.kind == FrameKind::kAcquire ? answers_.toAcquire : answers_.toRequest;
-      // Without an answer, the connection ends.
+      // A row without this answer ends the connection instead.
       if (answer.empty() || !slots.send(connection, answer)) return;
     }
   }
@@ -125,7 +125,7 @@ class HostileService {
 class HostileServiceTest : public testing::Test {
  protected:
   HostileServiceTest() : honest("test.service"), service(honest.get()) {}
-  ~HostileServiceTest() override { EXPECT_EQ(increment(service, 1), 2) << "others are reached"; }
+  ~HostileServiceTest() override { EXPECT_EQ(increment(service, 1), 2) << "the other service is reached"; }
 
   static sp<IBinder> lookUp(const char* name) {
     return android::defaultServiceManager()->checkService(String16(name));
@@ -135,15 +135,15 @@ class HostileServiceTest : public testing::Test {
   const sp<IBinder> service;
 };
 
-TEST_F(HostileServiceTest, AnswersThatAreNone) {
-  // The process is filled in for each row.
+TEST_F(HostileServiceTest, InvalidAnswers) {
+  // isRefused() fills in the process.
   const std::string watch = bytes(Hello{.kind = ConnectionKind::kWatch, .process = 0});
   const std::string acquired = bytes(reply());
   FrameHeader otherVersion = reply();
   otherVersion.magic += 1;
   const std::string anothers = bytes(Hello{.kind = ConnectionKind::kWatch, .process = 5});
   const FlatBinder binder{.present = 1};
-  const ObjectEntry nobodys{.owner = 77, .number = 88, .offset = 4};
+  const ObjectEntry unknown{.owner = 77, .number = 88, .offset = 4};
   const auto isRefused = [&](Answers answers) {
     ++hostileProcess;
     if (answers.toWatch.size() >= sizeof(Hello) && answers.toWatch != anothers) {
@@ -174,11 +174,11 @@ TEST_F(HostileServiceTest, AnswersThatAreNone) {
       {"a frame of another version", watch, bytes(otherVersion), ""},
       {"a request for a reply", watch, acquired, bytes(FrameHeader{.kind = FrameKind::kRequest})},
       {"a reply of another version", watch, acquired, bytes(otherVersion)},
-      {"less than it states", watch, acquired, bytes(reply(8), uint32_t{0})},
-      {"more than it states", watch, acquired, bytes(reply(4), uint64_t{0})},
+      {"less data than stated", watch, acquired, bytes(reply(8), uint32_t{0})},
+      {"more data than stated", watch, acquired, bytes(reply(4), uint64_t{0})},
       {"above the limit", watch, acquired, bytes(reply(kMaxDataSize + 1))},
-      {"more objects than fit", watch, acquired, bytes(reply(4, 1), uint32_t{0}, nobodys)},
-      {"an object beside its place", watch, acquired, bytes(reply(sizeof(binder), 1), binder, nobodys)},
+      {"more objects than fit", watch, acquired, bytes(reply(4, 1), uint32_t{0}, unknown)},
+      {"a misplaced object", watch, acquired, bytes(reply(sizeof(binder), 1), binder, unknown)},
       {"half a header and no more", watch, acquired, acquired.substr(0, 20)},
   };
   for (const Answers& row : rows) isRefused(row);
@@ -188,12 +188,12 @@ TEST_F(HostileServiceTest, AFloodOfSilentConnections) {
   const std::string path = vesk::test::socketOf("test.service");
   std::list<RawPeer> silent;
   for (int i = 0; i < 600; ++i) silent.emplace_back(path);
-  EXPECT_EQ(increment(service, 1), 2) << "while they are silent";
-  silent.front().expectClosed("the oldest gives way to others");
-  silent.back().expectClosed("who says nothing for seconds is dropped");
+  EXPECT_EQ(increment(service, 1), 2) << "while the connections are silent";
+  silent.front().expectClosed("the oldest is closed for a new one");
+  silent.back().expectClosed("timeout without a Hello");
 }
 
-TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
+TEST_F(HostileServiceTest, UnclaimedReplyIsHeldUntilItsReceiverEnds) {
   const auto alive = [&] {
     Parcel data;
     Parcel result;
@@ -214,10 +214,10 @@ TEST_F(HostileServiceTest, AReplyThatIsNeverClaimedIsHeldUntilItsReceiverGoes) {
     EXPECT_GT(channel.receiveFrame().size(), sizeof(FrameHeader));
     EXPECT_EQ(alive(), 2);
   }
-  waitUntil("the object to go", [&] { return alive() == 1; });
+  waitUntil("the object to be destroyed", [&] { return alive() == 1; });
 }
 
-/** Listens as another user, at a place of this one's. */
+/** Listens as another user on a socket in this user's directory. */
 CHILD_ROLE(impostor) {
   const UniqueFd listening(::socket(AF_UNIX, SOCK_SEQPACKET | SOCK_CLOEXEC, 0));
   sockaddr_un address = {};
@@ -230,28 +230,28 @@ CHILD_ROLE(impostor) {
   return 0;
 }
 
-TEST_F(HostileServiceTest, NothingIsSaidToAnotherUsersProcess) {
-  if (::geteuid() != 0) GTEST_SKIP() << "needs root to become somebody else";
+TEST_F(HostileServiceTest, SendsNothingToAnotherUsersProcess) {
+  if (::geteuid() != 0) GTEST_SKIP() << "needs root to change the user";
   const vesk::test::ChildProcess child("impostor");
   std::filesystem::create_symlink("99:1", directory() / "tricky");
   vesk::test::LogCapture log;
   for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp("tricky"), nullptr);
   const auto lines = log.take();
-  ASSERT_EQ(lines.size(), 1U) << "said once";
+  ASSERT_EQ(lines.size(), 1U) << "logged once";
   EXPECT_NE(lines[0].text.find(".process-0000000000000099 belongs to another user"), std::string::npos)
       << lines[0];
   std::filesystem::remove(directory() / "tricky");
 }
 
-TEST_F(HostileServiceTest, NamesThatAreNoAddresses) {
+TEST_F(HostileServiceTest, InvalidServiceLinks) {
   const struct {
     const char* what;
     const char* text;
-  } rows[] = {{"a file of somebody's", "/etc/passwd"},
+  } rows[] = {{"a file", "/etc/passwd"},
               {"a path", "../../1:1"},
               {"no number", "zz:1"},
-              {"too much", "1:1:1"},
-              {"nobody's process", "99:1"},
+              {"three numbers", "1:1:1"},
+              {"an absent process", "99:1"},
               {"very long", "11111111111111111111111111111111111111111111111111111111111111111111:1"}};
   for (const auto& row : rows) {
     std::filesystem::create_symlink(row.text, directory() / "tricky");
@@ -264,12 +264,12 @@ TEST_F(HostileServiceTest, NamesThatAreNoAddresses) {
   std::filesystem::remove(directory() / "tricky");
 }
 
-TEST_F(HostileServiceTest, ADirectoryThatIsNotToBeTrusted) {
+TEST_F(HostileServiceTest, UntrustedDirectory) {
   vesk::test::LogCapture log;
   const struct {
     const char* fault;
     std::function<void()> make;
-    std::function<void()> mend;
+    std::function<void()> repair;
   } rows[] = {
       {"can be written by others", [] { ::chmod(directory().c_str(), 0777); },
        [] { ::chmod(directory().c_str(), 0700); }},
@@ -293,16 +293,16 @@ TEST_F(HostileServiceTest, ADirectoryThatIsNotToBeTrusted) {
     row.make();
     for (int i = 0; i < 3; ++i) EXPECT_EQ(lookUp("test.service"), nullptr) << row.fault;
     const auto lines = log.take();
-    EXPECT_EQ(lines.size(), 1U) << row.fault << ": said once, not for each attempt";
+    EXPECT_EQ(lines.size(), 1U) << row.fault << ": logged once, not for each attempt";
     if (!lines.empty()) {
       EXPECT_NE(lines[0].text.find(row.fault), std::string::npos) << lines[0];
     }
-    row.mend();
-    EXPECT_NE(lookUp("test.service"), nullptr) << row.fault << ", and put right";
+    row.repair();
+    EXPECT_NE(lookUp("test.service"), nullptr) << row.fault << ", repaired";
   }
 }
 
-TEST_F(HostileServiceTest, WhatKilledProcessesLeftIsSweptByTheNext) {
+TEST_F(HostileServiceTest, FilesOfKilledProcessesAreRemoved) {
   const auto leave = [](const char* name) { std::filesystem::create_symlink("gone", directory() / name); };
   leave(".unready-0000000000000001");
   leave(".new-0000000000000001");

@@ -15,7 +15,7 @@
 
 namespace {
 
-// Runs the body in a process of its own, as the environment is read once, and returns its writes to
+// Runs the body in a child process, since the environment is read only once. Returns its writes to
 // stderr.
 std::vector<std::string> stderrOf(const std::function<void()>& body, const char* tags = nullptr) {
   int ends[2];

@@ -55,7 +55,7 @@ TEST(ParcelObjects, RoundTripAndLifetime) {
   EXPECT_EQ(weak.promote(), nullptr);
 }
 
-TEST(ParcelObjects, ForgedBytesAreNoObject) {
+TEST(ParcelObjects, ForgedBytesAreRefused) {
   const sp<IBinder> object = sp<Object>::make();
   Parcel real;
   real.writeStrongBinder(object);
@@ -131,7 +131,7 @@ TEST(ParcelObjects, ReceivedFromTheTransport) {
   EXPECT_EQ(received.dataSize(), 0u);
 }
 
-TEST(Binder, TransactionsOfThePlatform) {
+TEST(Binder, PredefinedTransactions) {
   class Stub : public BBinder {
     const String16& getInterfaceDescriptor() const override { return descriptor_; }
     const String16 descriptor_{"a"};

@@ -18,7 +18,7 @@ thread_local bool memoryIsShort = false;
 
 }  // namespace
 
-// Replaces the allocations of the platform's libraries, too. Not inlined: GCC warns of mismatched
+// Also replaces the allocations of the platform's libraries. Not inlined: GCC warns of mismatched
 // allocation functions when it sees only one of a pair.
 [[gnu::noinline]] void* operator new(size_t size) {
   void* const memory = memoryIsShort ? nullptr : malloc(size);
@@ -49,8 +49,8 @@ struct Kind {
   std::string name;
   std::string bytes;
   std::function<status_t(Parcel*)> write;
-  // Reads into a target with another value and checks the target: the value after OK, untouched
-  // after an error.
+  // Reads into a target that has another value. Checks that success sets the target and that an
+  // error leaves it unchanged.
   std::function<status_t(const Parcel&)> read;
 };
 
@@ -133,7 +133,7 @@ const std::vector<Kind>& kinds() {
   return kKinds;
 }
 
-TEST(Parcel, EveryTypeInItsBytes) {
+TEST(Parcel, EncodesEveryType) {
   for (const Kind& kind : kinds()) {
     SCOPED_TRACE(kind.name);
     Parcel parcel;
@@ -306,7 +306,7 @@ TEST(Parcel, NeitherShortTextsNorLargeContentsAreShared) {
   for (const auto& [length, shared] : kRows) {
     Parcel parcel;
     EXPECT_EQ(standsIn(parcel, readFromLarge(&parcel, std::string(length, 'x'))), shared) << length;
-    // The string is gone, so the memory is the parcel's own again.
+    // The string is destroyed, so the parcel owns the memory alone.
     const uint8_t* const before = parcel.data();
     parcel.setDataPosition(0);
     EXPECT_EQ(parcel.writeInt32(8), OK);
@@ -426,7 +426,7 @@ TEST(Parcel, RawBytesAndPositions) {
   EXPECT_EQ(parcel.readInplace(SIZE_MAX), nullptr);
   EXPECT_EQ(parcel.readInt32(), -1);
 
-  // Raw contents need not end on the grid, but what is written behind them stands on it.
+  // Raw contents may end off the four-byte grid; the next value is aligned to it.
   parcel.setData(reinterpret_cast<const uint8_t*>("abcde"), 5);
   parcel.setDataPosition(5);
   EXPECT_EQ(parcel.writeUtf8AsUtf16("x"), OK);

@@ -80,7 +80,7 @@ class Both : public Left, public Right {
   ~Both() override { *deleted_ = true; }
 
  protected:
-  // The first reference is counted already, so a temporary one must not delete the object.
+  // The first reference is counted already, so a temporary reference must not delete the object.
   void onFirstRef() override { sp<Both>(this).clear(); }
 
  private:
@@ -123,7 +123,7 @@ TEST(StrongPointer, AssignmentToItselfAndToItsMember) {
 }
 
 // A list of weak pointers can be searched after objects have died.
-TEST(WeakPointer, DiffersFromOneToALaterObjectAtTheSameAddress) {
+TEST(WeakPointer, DiffersForALaterObjectAtTheSameAddress) {
   class Placed : public RefBase {
    public:
     Placed() = default;

@@ -24,10 +24,10 @@ TEST_F(ReferenceTest, OneProxyForOneObject) {
   const sp<IBinder> made = binderFrom(service, TestObject::kMakeObject);
   EXPECT_NE(made, service);
   ASSERT_EQ(callWith(service, TestObject::kKeep, made), OK);
-  EXPECT_EQ(binderFrom(service, TestObject::kGetKept), made) << "there and back";
+  EXPECT_EQ(binderFrom(service, TestObject::kGetKept), made) << "the same proxy after a round trip";
 }
 
-TEST_F(ReferenceTest, AnObjectComesHomeAsItself) {
+TEST_F(ReferenceTest, ReturnedLocalObjectIsNoProxy) {
   const sp<IBinder> object = new TestObject();
   ASSERT_EQ(callWith(service, TestObject::kKeep, object), OK);
   EXPECT_EQ(binderFrom(service, TestObject::kGetKept), object);
@@ -35,8 +35,8 @@ TEST_F(ReferenceTest, AnObjectComesHomeAsItself) {
   EXPECT_EQ(binderFrom(service, TestObject::kGetKept), nullptr);
 }
 
-TEST_F(ReferenceTest, AnObjectLivesAsLongAsSomebodyElseHoldsIt) {
-  // The only reference of this process goes with the call.
+TEST_F(ReferenceTest, RemoteReferenceKeepsTheObjectAlive) {
+  // This process drops its only reference after the call.
   ASSERT_EQ(callWith(service, TestObject::kKeep, new TestObject()), OK);
   EXPECT_EQ(TestObject::alive, 1);
   Parcel data;
@@ -47,24 +47,24 @@ TEST_F(ReferenceTest, AnObjectLivesAsLongAsSomebodyElseHoldsIt) {
   EXPECT_EQ(reply.readInt32(), 2);
 
   ASSERT_EQ(service->transact(TestObject::kDropKept, data, &reply), OK);
-  waitUntil("the object to go", [] { return TestObject::alive == 0; });
+  waitUntil("the object to be destroyed", [] { return TestObject::alive == 0; });
 }
 
-TEST_F(ReferenceTest, AnObjectThatNobodyKeepsGoes) {
+TEST_F(ReferenceTest, UnreferencedObjectsAreDestroyed) {
   for (int i = 0; i < 20; ++i) {
     ASSERT_EQ(callWith(service, TestObject::kDropKept, new TestObject()), OK);
   }
-  waitUntil("the objects to go", [] { return TestObject::alive == 0; });
+  waitUntil("the objects to be destroyed", [] { return TestObject::alive == 0; });
 }
 
-TEST_F(ReferenceTest, AnObjectGoesWithTheProcessThatHoldsIt) {
+TEST_F(ReferenceTest, DeathOfTheHolderReleasesTheObject) {
   ASSERT_EQ(callWith(service, TestObject::kKeep, new TestObject()), OK);
   EXPECT_EQ(TestObject::alive, 1);
   process.kill();
-  waitUntil("the object to go", [] { return TestObject::alive == 0; });
+  waitUntil("the object to be destroyed", [] { return TestObject::alive == 0; });
 }
 
-TEST_F(ReferenceTest, AReferenceInAReplyIsNeverLost) {
+TEST_F(ReferenceTest, ReferenceInAReplyIsNeverLost) {
   std::vector<std::thread> threads;
   std::atomic<int> lost{0};
   for (int thread = 0; thread < 8; ++thread) {
@@ -79,9 +79,9 @@ TEST_F(ReferenceTest, AReferenceInAReplyIsNeverLost) {
   EXPECT_EQ(lost, 0);
 }
 
-TEST_F(ReferenceTest, AnObjectPassesThroughAThirdProcess) {
+TEST_F(ReferenceTest, ObjectPassesThroughAThirdProcess) {
   ServiceProcess other("test.other");
-  // The second process calls an object of the first, which it knows from here.
+  // The second process calls an object of the first, received from this process.
   ASSERT_EQ(callWith(other.get(), TestObject::kKeep, binderFrom(service, TestObject::kMakeObject)), OK);
   const auto callKept = [&] {
     Parcel data;
@@ -92,12 +92,12 @@ TEST_F(ReferenceTest, AnObjectPassesThroughAThirdProcess) {
   };
   EXPECT_EQ(callKept(), 8);
   const sp<IBinder> again = binderFrom(other.get(), TestObject::kGetKept);
-  EXPECT_EQ(increment(again, 1), 2) << "and from here directly";
+  EXPECT_EQ(increment(again, 1), 2) << "called directly from this process";
   process.kill();
   EXPECT_EQ(callKept(), 0);
 
-  // What is dead arrives dead.
-  waitUntil("the death to be known", [&] { return !again->isBinderAlive(); });
+  // A dead object arrives dead.
+  waitUntil("the death notification", [&] { return !again->isBinderAlive(); });
   ASSERT_EQ(callWith(other.get(), TestObject::kKeep, again), OK);
   EXPECT_EQ(callKept(), 0);
 }

@@ -38,7 +38,7 @@ std::set<std::string> listed() {
   return names;
 }
 
-TEST_F(ServiceManagerTest, RefusesWhatCantBeAName) {
+TEST_F(ServiceManagerTest, RefusesInvalidNames) {
   const sp<IBinder> object = new TestObject();
   const auto add = [&](const std::string& name) {
     return defaultServiceManager()->addService(String16(name.data(), name.size()), object);
@@ -56,7 +56,7 @@ TEST_F(ServiceManagerTest, RefusesWhatCantBeAName) {
   EXPECT_EQ(defaultServiceManager()->addService(String16("null"), nullptr), BAD_VALUE);
 }
 
-TEST_F(ServiceManagerTest, TheLatestRegistrationCounts) {
+TEST_F(ServiceManagerTest, LatestRegistrationWins) {
   ServiceProcess first("test.name");
   const sp<IBinder> before = lookUp("test.name");
   ASSERT_EQ(callWith(before, TestObject::kKeep, before), OK);
@@ -64,14 +64,14 @@ TEST_F(ServiceManagerTest, TheLatestRegistrationCounts) {
     ServiceProcess second("test.name");
     const sp<IBinder> after = lookUp("test.name");
     EXPECT_NE(after, before);
-    EXPECT_EQ(binderFrom(after, TestObject::kGetKept), nullptr) << "it is the new one";
+    EXPECT_EQ(binderFrom(after, TestObject::kGetKept), nullptr) << "the new service";
     EXPECT_EQ(binderFrom(before, TestObject::kGetKept), before)
-        << "the old one goes on for those who have it";
+        << "the old service still serves existing references";
   }
   EXPECT_EQ(lookUp("test.name"), nullptr);
 }
 
-TEST_F(ServiceManagerTest, AServiceLivesUntilItsNameIsTakenByAnother) {
+TEST_F(ServiceManagerTest, ServiceIsKeptUntilItsNameIsReplaced) {
   const int before = TestObject::alive;
   ASSERT_EQ(defaultServiceManager()->addService(String16("test.own"), new TestObject()), OK);
   EXPECT_EQ(TestObject::alive, before + 1);
@@ -80,7 +80,7 @@ TEST_F(ServiceManagerTest, AServiceLivesUntilItsNameIsTakenByAnother) {
   EXPECT_EQ(increment(lookUp("test.own"), 1), 2);
 }
 
-TEST_F(ServiceManagerTest, AServiceLivesAlsoIfTwoThreadsRegisterItsName) {
+TEST_F(ServiceManagerTest, ConcurrentRegistrationsKeepTheService) {
   for (int round = 0; round < 100; ++round) {
     std::vector<std::thread> threads;
     for (int i = 0; i < 4; ++i) {
@@ -92,7 +92,7 @@ TEST_F(ServiceManagerTest, AServiceLivesAlsoIfTwoThreadsRegisterItsName) {
   }
 }
 
-TEST_F(ServiceManagerTest, ANameOfADeadProcessIsNoService) {
+TEST_F(ServiceManagerTest, NamesOfDeadProcessesAreIgnored) {
   ServiceProcess alive("test.alive");
   {
     ServiceProcess killed("test.dead");
@@ -106,17 +106,17 @@ TEST_F(ServiceManagerTest, ANameOfADeadProcessIsNoService) {
   EXPECT_EQ(increment(lookUp("test.dead"), 1), 2);
 }
 
-TEST_F(ServiceManagerTest, AServiceIsGoneAsSoonAsItsProcessIs) {
+TEST_F(ServiceManagerTest, DeadServiceIsNeverFound) {
   for (int round = 0; round < 20; ++round) {
     ServiceProcess process("test.dead");
     const sp<IBinder> held = lookUp("test.dead");
     ASSERT_NE(held, nullptr);
     process.kill();
-    EXPECT_EQ(lookUp("test.dead"), nullptr) << "though its death may not have been told yet";
+    EXPECT_EQ(lookUp("test.dead"), nullptr) << "even before its death notification";
   }
 }
 
-TEST_F(ServiceManagerTest, AProcessThatExitsLeavesNothingBehind) {
+TEST_F(ServiceManagerTest, ExitingProcessRemovesItsFiles) {
   const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
   const auto files = [&] {
     std::set<std::string> names;
@@ -133,7 +133,7 @@ TEST_F(ServiceManagerTest, AProcessThatExitsLeavesNothingBehind) {
   }
   std::set<std::string> after = files();
   after.erase(".lock");
-  // What others had left behind may have gone meanwhile.
+  // The process may also have removed files that other processes had left.
   EXPECT_TRUE(std::ranges::includes(before, after)) << testing::PrintToString(after);
 }
 
@@ -149,9 +149,9 @@ TEST_F(ServiceManagerTest, WaitsForAnAbsentService) {
   EXPECT_EQ(timed("test.absent").first, nullptr);
   EXPECT_GE(timed("test.absent").second, milliseconds(200));
 
-  // Neither unset nor nonsense is none at all.
-  for (const char* patience : {static_cast<const char*>(nullptr), "soon", "-1"}) {
-    patience == nullptr ? ::unsetenv("BINDER_LOOKUP_MS") : ::setenv("BINDER_LOOKUP_MS", patience, 1);
+  // Unset and invalid values select the default.
+  for (const char* value : {static_cast<const char*>(nullptr), "soon", "-1"}) {
+    value == nullptr ? ::unsetenv("BINDER_LOOKUP_MS") : ::setenv("BINDER_LOOKUP_MS", value, 1);
     sp<IBinder> found;
     std::thread waiting([&] { found = timed("test.slow").first; });
     std::this_thread::sleep_for(milliseconds(100));
@@ -169,7 +169,7 @@ CHILD_ROLE(caller) {
   return service != nullptr && increment(service, 1) == 2 ? 0 : 1;
 }
 
-TEST_F(ServiceManagerTest, RegistersAgainWhereTheDirectoryWasRemoved) {
+TEST_F(ServiceManagerTest, RegistersAfterTheDirectoryWasRemoved) {
   const sp<IBinder> object = new TestObject();
   ASSERT_EQ(defaultServiceManager()->addService(String16("test.before"), object), OK);
   std::filesystem::remove_all(std::getenv("BINDER_RUNTIME_DIR"));
@@ -181,14 +181,14 @@ TEST_F(ServiceManagerTest, RegistersAgainWhereTheDirectoryWasRemoved) {
 /** Registers in the directory that the test has prepared; the exit code is the status. */
 CHILD_ROLE(registersIn) {
   ::setenv("BINDER_RUNTIME_DIR", args[0].c_str(), 1);
-  // Root can write everywhere.
+  // Root could write everywhere.
   if (args.size() > 1 && (::setgid(65534) != 0 || ::setuid(65534) != 0)) return 99;
   parent.ready();
   const sp<IBinder> object = new TestObject();
   return -defaultServiceManager()->addService(String16("test.elsewhere"), object);
 }
 
-TEST_F(ServiceManagerTest, UsesOnlyADirectoryOfItsOwn) {
+TEST_F(ServiceManagerTest, UsesOnlyAPrivateDirectory) {
   const std::string base = std::getenv("BINDER_RUNTIME_DIR");
   const auto registerIn = [](const std::string& directory) {
     vesk::test::ChildProcess child("registersIn", {directory});
@@ -207,7 +207,7 @@ TEST_F(ServiceManagerTest, UsesOnlyADirectoryOfItsOwn) {
   ASSERT_EQ(::symlink("made", (base + "/link").c_str()), 0);
   EXPECT_EQ(registerIn(base + "/link"), PERMISSION_DENIED);
   EXPECT_EQ(registerIn(base + "/absent/deeper"), android::NAME_NOT_FOUND);
-  EXPECT_EQ(registerIn(base + "/" + std::string(120, 'd')), BAD_VALUE) << "no socket can have such a path";
+  EXPECT_EQ(registerIn(base + "/" + std::string(120, 'd')), BAD_VALUE) << "too long for the path of a socket";
   if (::geteuid() == 0) {
     ASSERT_EQ(::mkdir((base + "/foreign").c_str(), 0700), 0);
     ASSERT_EQ(::chown((base + "/foreign").c_str(), 65534, 65534), 0);

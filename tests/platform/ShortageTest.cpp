@@ -17,7 +17,7 @@
 #include "RawPeer.h"
 #include "TestService.h"
 
-/* What is short or stuck for a while costs the calls of that while, and nothing later. */
+/* A temporary shortage or a stopped process fails only the calls made meanwhile. */
 
 using android::DEAD_OBJECT;
 using android::IBinder;
@@ -37,7 +37,7 @@ class ShortageTest : public testing::Test {
 
 sp<IBinder> lookUp() { return android::defaultServiceManager()->checkService(String16("test.service")); }
 
-/** Until the process takes no more connections. */
+/** Connects until the queue of the listening socket is full. */
 void fillQueueOf(const std::string& socketPath) {
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
@@ -59,7 +59,7 @@ class StoppedProcessTest : public ShortageTest, public testing::WithParamInterfa
 INSTANTIATE_TEST_SUITE_P(Queue, StoppedProcessTest, testing::Bool(),
                          [](const auto& parameter) { return parameter.param ? "Full" : "Free"; });
 
-TEST_P(StoppedProcessTest, IsFoundAgain) {
+TEST_P(StoppedProcessTest, TimesOutAndIsFoundAgain) {
   process.child().suspend();
   if (GetParam()) fillQueueOf(vesk::test::socketOf("test.service"));
   const auto start = std::chrono::steady_clock::now();
@@ -75,10 +75,10 @@ TEST_P(StoppedProcessTest, IsFoundAgain) {
       EXPECT_EQ(lookUp(), nullptr);
     });
   }
-  // The kernel delivers the timer's signals to the main thread, which connects for all of them.
+  // The kernel delivers the timer's signals to the main thread, which connects on behalf of all.
   EXPECT_EQ(lookUp(), nullptr);
   for (std::thread& thread : threads) thread.join();
-  // Each waits for five seconds at the same time, however many signals come.
+  // All threads wait for the same five seconds, regardless of signals.
   EXPECT_LT(std::chrono::steady_clock::now() - start, std::chrono::seconds(9));
   setTimer(0);
   process.child().resume();
@@ -89,7 +89,7 @@ TEST_P(StoppedProcessTest, IsFoundAgain) {
   }
 }
 
-TEST_F(ShortageTest, AnObjectThatCantBeHeldNowIsRefusedAndNotTakenForDead) {
+TEST_F(ShortageTest, FailedAcquireDoesNotMarkTheObjectDead) {
   const sp<IBinder> service = process.get();
   const auto limitFiles = [&](int32_t number) {
     Parcel data;
@@ -109,7 +109,7 @@ TEST_F(ShortageTest, AnObjectThatCantBeHeldNowIsRefusedAndNotTakenForDead) {
   EXPECT_EQ(reply.readInt32(), OK);
 }
 
-TEST_F(ShortageTest, WantOfDescriptorsIsSaidOnceAndNotForEachAttempt) {
+TEST_F(ShortageTest, DescriptorShortageIsLoggedOnce) {
   ASSERT_NE(lookUp(), nullptr);
   vesk::test::LogCapture log;
   rlimit before;
@@ -130,8 +130,9 @@ int32_t aliveAt(const sp<IBinder>& service) {
   return service->transact(TestObject::kCountAlive, data, &reply) == OK ? reply.readInt32() : -1;
 }
 
-/** Sees the service's objects go, which calls of the process that held them would help. */
-CHILD_ROLE(bystander) {
+/** Waits until the service's objects are destroyed. A process of its own, so that the releases must
+ * arrive without further calls of the former holder. */
+CHILD_ROLE(observer) {
   const sp<IBinder> service = android::defaultServiceManager()->getService(String16("test.service"));
   parent.ready();
   for (int i = 0; i < 1000; ++i) {
@@ -141,7 +142,7 @@ CHILD_ROLE(bystander) {
   return 1;
 }
 
-TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
+TEST_F(ShortageTest, ReleasesToAStoppedProcessDoNotBlock) {
   const sp<IBinder> service = process.get();
   std::vector<sp<IBinder>> objects;
   for (int i = 0; i < 2000; ++i) objects.push_back(binderFrom(service, TestObject::kMakeObject));
@@ -149,24 +150,24 @@ TEST_F(ShortageTest, ObjectsOfAStoppedProcessAreLetGoWithoutWaiting) {
   process.child().suspend();
   objects.clear();
   process.child().resume();
-  EXPECT_EQ(vesk::test::ChildProcess("bystander").wait(), 0);
+  EXPECT_EQ(vesk::test::ChildProcess("observer").wait(), 0);
 }
 
-TEST_F(ShortageTest, WhatWasHeldTooLateForWhoAskedIsLetGo) {
+TEST_F(ShortageTest, LateAcquireIsReleased) {
   const sp<IBinder> service = process.get();
   ServiceProcess keeper("test.keeper");
   const sp<IBinder> keeping = keeper.get();
   ASSERT_EQ(callWith(keeping, TestObject::kKeep, binderFrom(service, TestObject::kMakeObject)), OK);
   process.child().suspend();
-  EXPECT_EQ(binderFrom(keeping, TestObject::kGetKept), nullptr) << "for its process doesn't answer";
+  EXPECT_EQ(binderFrom(keeping, TestObject::kGetKept), nullptr) << "the owner does not answer";
   process.child().resume();
   Parcel none;
   Parcel reply;
   EXPECT_EQ(keeping->transact(TestObject::kDropKept, none, &reply), OK);
-  waitUntil("the object to go", [&] { return aliveAt(service) == 1; });
+  waitUntil("the object to be destroyed", [&] { return aliveAt(service) == 1; });
 }
 
-/** Limits its resource to a number and serves. */
+/** A service with a limit on descriptors or memory. */
 CHILD_ROLE(limitedService) {
   const int resource = args[0] == "descriptors" ? RLIMIT_NOFILE : RLIMIT_AS;
   const auto number = static_cast<rlim_t>(args[0] == "descriptors" ? 40 : 700 << 20);
@@ -185,7 +186,7 @@ class LimitedServiceTest : public ShortageTest, public testing::WithParamInterfa
 INSTANTIATE_TEST_SUITE_P(Limits, LimitedServiceTest, testing::Values("descriptors", "memory"),
                          [](const auto& parameter) { return std::string(parameter.param); });
 
-TEST_P(LimitedServiceTest, AnswersEachOfABurstOfCallersAndShrinksAgain) {
+TEST_P(LimitedServiceTest, AnswersABurstOfCallersAndShrinks) {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   if (std::string(GetParam()) == "memory") GTEST_SKIP() << "the sanitizers need the address space";
 #endif
@@ -217,15 +218,15 @@ bool isForked = false;
 
 }  // namespace
 
-/** Asked by the leak sanitizer. In a forked child the memory of the parent's other threads looks
+/** Called by the leak sanitizer. In a forked child the memory of the parent's other threads looks
  * leaked. */
 extern "C" int __lsan_is_turned_off();
 extern "C" int __lsan_is_turned_off() { return isForked ? 1 : 0; }
 
 namespace {
 
-/** Uses a service and then forks, again and again; the child exits through the destructors of its
- * parent. */
+/** Forks repeatedly while a thread uses a service. The children exit through the static destructors
+ * of their parent. */
 CHILD_ROLE(forker) {
   static sp<IBinder> service;  // Its destructor runs in both processes.
   static sp<IBinder> own = new TestObject();
@@ -268,7 +269,7 @@ TEST_F(ShortageTest, AForkedChildLeavesItsParentAlone) {
   EXPECT_EQ(child.wait(), 0);
 }
 
-/** Calls with a limit on the size of files that is smaller than the memory of a channel. */
+/** Makes a call while the limit on file sizes is below the memory of a channel. */
 CHILD_ROLE(smallFiles) {
   const rlimit limit{4096, 4096};
   if (::setrlimit(RLIMIT_FSIZE, &limit) != 0) return 2;
@@ -278,9 +279,7 @@ CHILD_ROLE(smallFiles) {
   return !isFound && log.take()[0].text == "no shared memory for a channel: File too large" ? 0 : 1;
 }
 
-TEST_F(ShortageTest, ALimitOnTheSizeOfFilesIsAnError) {
-  EXPECT_EQ(vesk::test::ChildProcess("smallFiles").wait(), 0);
-}
+TEST_F(ShortageTest, FileSizeLimitIsAnError) { EXPECT_EQ(vesk::test::ChildProcess("smallFiles").wait(), 0); }
 
 CHILD_ROLE(lockHolder) {
   const int lock =
@@ -291,10 +290,10 @@ CHILD_ROLE(lockHolder) {
   return 0;
 }
 
-TEST_F(ShortageTest, RegistrationsWhileAnotherProcessKeepsTheLock) {
+TEST_F(ShortageTest, RegistersWhileAnotherProcessHoldsTheLock) {
   const vesk::test::ChildProcess holder("lockHolder");
   std::vector<std::thread> threads;
-  // They give up waiting for the lock at the same time.
+  // All threads stop waiting for the lock at the same time.
   for (int i = 0; i < 100; ++i) {
     threads.emplace_back([i] {
       const String16 name(("test." + std::to_string(i)).c_str());
@@ -307,9 +306,9 @@ TEST_F(ShortageTest, RegistrationsWhileAnotherProcessKeepsTheLock) {
 }
 
 std::atomic<int> blockedLogs = 0;
-std::atomic<bool> logsGoOn = false;
+std::atomic<bool> mayLog = false;
 
-TEST_F(ShortageTest, WantOfDescriptorsAndABlockedLoggerHoldUpNoOtherProcess) {
+TEST_F(ShortageTest, BlockedLoggerAndDescriptorShortageDoNotBlockOtherProcesses) {
   const auto add = [] {
     return android::defaultServiceManager()->addService(String16("test.own"), new TestObject());
   };
@@ -321,7 +320,7 @@ TEST_F(ShortageTest, WantOfDescriptorsAndABlockedLoggerHoldUpNoOtherProcess) {
   ASSERT_TRUE(first.receive(&hello, sizeof(hello)));
   __android_log_set_logger([](const __android_log_message*) {
     ++blockedLogs;
-    logsGoOn.wait(false);
+    mayLog.wait(false);
   });
   sockaddr_un address = {};
   address.sun_family = AF_UNIX;
@@ -346,8 +345,8 @@ TEST_F(ShortageTest, WantOfDescriptorsAndABlockedLoggerHoldUpNoOtherProcess) {
   ASSERT_EQ(::unlink(path.c_str()), 0);
   EXPECT_EQ(add(), OK) << "on another socket";
   EXPECT_EQ(blockedLogs, 1);
-  logsGoOn = true;
-  logsGoOn.notify_all();
+  mayLog = true;
+  mayLog.notify_all();
   __android_log_set_logger(nullptr);
 }
 

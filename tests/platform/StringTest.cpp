@@ -16,8 +16,8 @@ using android::String8;
 
 namespace {
 
-// The fuzzer's comparison with its reference converters: as UTF-8, as UTF-16 and back, also into a
-// buffer of `room` units.
+// Compares the conversions from UTF-8 and UTF-16, also into a buffer of `room` units, with the
+// reference converters of the fuzzer.
 void convert(size_t room, const std::string& bytes) {
   std::string input(1, static_cast<char>(room));
   input += bytes;
@@ -44,8 +44,8 @@ TEST(Unicode, EveryCharacterAndSurrogate) {
   }
 }
 
-// All strings of up to three of these bytes, and of four that begin like a character of four: each
-// byte is at an edge of a range.
+// All strings of up to three of these bytes, and all of four bytes that begin with the lead byte of
+// a four-byte character. Each byte is the first or last of a range.
 TEST(Unicode, BytesAtEveryEdge) {
   constexpr auto kEdges = std::to_array<unsigned char>({0x00, 0x7F, 0x80, 0x8F, 0x90, 0x9F, 0xA0, 0xBF, 0xC0,
                                                         0xC1, 0xC2, 0xDF, 0xE0, 0xE1, 0xEC, 0xED, 0xEE, 0xEF,
@@ -74,8 +74,8 @@ TEST(Unicode, UnitsAtEveryEdge) {
   }
 }
 
-// Mostly ASCII, so that runs of eight bytes, which are copied at once, begin at every offset; with
-// one unit replaced.
+// Mostly ASCII, so that runs of eight bytes, which are copied at once, begin at every offset. One
+// unit is replaced.
 TEST(Unicode, LongMixedTexts) {
   std::mt19937 random(1);
   const auto below = [&](size_t limit) { return static_cast<uint32_t>(random() % limit); };

@@ -69,7 +69,7 @@ status_t TestObject::onTransact(uint32_t code, const Parcel& data, Parcel* reply
       reply->writeInt32(kept()->transact(kIncrement, request, &answer));
       return reply->writeInt32(answer.readInt32());
     }
-    case kWhoCalls:
+    case kGetCaller:
       reply->writeInt32(IPCThreadState::self()->getCallingPid());
       return reply->writeInt32(static_cast<int32_t>(IPCThreadState::self()->getCallingUid()));
     case kFail:

@@ -12,43 +12,43 @@
 #include "ChildProcess.h"
 #include "WaitUntil.h"
 
-/** What the transport tests call: an object that does as its callers need. */
+/** The object that the transport tests call. */
 class TestObject : public android::BBinder {
  public:
   enum Code : uint32_t {
-    /** int32 in, the same plus one out. */
+    /** In: int32. Out: the value plus one. */
     kIncrement = android::IBinder::FIRST_CALL_TRANSACTION,
-    /** The rest of the data comes back. */
+    /** Out: the data. */
     kEcho,
-    /** int32 size in, a reply of that size. */
+    /** In: int32 size. Out: that many bytes. */
     kReplyOfSize,
-    /** int32 depth, binder: calls kNest of the binder with a depth of one less and itself; out the
-     * number of calls below. */
+    /** In: int32 depth, binder. Calls kNest of the binder with depth - 1 and itself, unless the
+     * depth is 0. Out: the number of nested calls. */
     kNest,
-    /** Tells the test, then doesn't return. */
+    /** Sends "hanging" to the test and never returns. */
     kHang,
-    /** Binder in, kept. */
+    /** In: a binder, which is kept. */
     kKeep,
-    /** What was kept out. */
+    /** Out: the kept binder. */
     kGetKept,
     kDropKept,
-    /** A new object out. */
+    /** Out: a new TestObject. */
     kMakeObject,
-    /** Calls kIncrement of what was kept: its status, and the answer, out. */
+    /** In: int32. Calls kIncrement of the kept binder. Out: its status and its result. */
     kCallKept,
-    /** pid and uid of the caller out. */
-    kWhoCalls,
-    /** int32 status in, which is what the transaction gives. */
+    /** Out: pid and uid of the caller. */
+    kGetCaller,
+    /** In: int32, the status of the transaction. */
     kFail,
-    /** Exit code in. */
+    /** In: int32 exit code. */
     kExit,
-    /** Clears the calling identity and doesn't restore it. */
+    /** Clears the calling identity without restoring it. */
     kForgetCaller,
-    /** int32 in: the number of file descriptors that the process may have; 0 lifts the limit. */
+    /** In: int32, the limit of file descriptors; 0 removes the limit. */
     kLimitFiles,
     /** Takes 50 ms. */
     kSleep,
-    /** The number of TestObjects in the process out. */
+    /** Out: the number of TestObjects in the process. */
     kCountAlive,
   };
 
@@ -56,7 +56,7 @@ class TestObject : public android::BBinder {
   ~TestObject() override { --alive; }
 
   static std::atomic<int> alive;
-  /** Where kHang reports. */
+  /** The channel on which kHang reports. */
   static vesk::test::Channel* toTest;
 
  protected:
@@ -71,7 +71,7 @@ class TestObject : public android::BBinder {
   android::sp<android::IBinder> kept_;
 };
 
-/** Registers a TestObject under a name in a process of its own. */
+/** A child process that registers a TestObject under a name. */
 class ServiceProcess {
  public:
   explicit ServiceProcess(const std::string& name) : child_("testService", {name}), name_(name) {}
@@ -85,13 +85,13 @@ class ServiceProcess {
   std::string name_;
 };
 
-/** Calls kIncrement: the answer, or the error. */
+/** Calls kIncrement. Returns the result or the error. */
 int32_t increment(const android::sp<android::IBinder>& object, int32_t value);
 
-/** A call with one binder in. */
+/** Makes a call with a binder as its argument. */
 android::status_t callWith(const android::sp<android::IBinder>& object, uint32_t code,
                            const android::sp<android::IBinder>& argument);
-/** A call with one binder out; null if it fails. */
+/** Makes a call that returns a binder; null if it fails. */
 android::sp<android::IBinder> binderFrom(const android::sp<android::IBinder>& object, uint32_t code);
 
 using vesk::test::waitUntil;

@@ -30,7 +30,7 @@ status_t callEmpty(const sp<IBinder>& object, uint32_t code, Parcel* reply) {
   return object->transact(code, data, reply);
 }
 
-TEST_F(TransactionTest, CarriesTheAnswerTheErrorAndTheCaller) {
+TEST_F(TransactionTest, CarriesReplyErrorAndCaller) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   ASSERT_NE(service, nullptr);
@@ -45,17 +45,17 @@ TEST_F(TransactionTest, CarriesTheAnswerTheErrorAndTheCaller) {
     data.writeInt32(error);
     reply.writeInt32(99);
     EXPECT_EQ(service->transact(TestObject::kFail, data, &reply), error);
-    EXPECT_EQ(reply.dataSize(), 0U) << "what the failed method wrote stays behind";
+    EXPECT_EQ(reply.dataSize(), 0U) << "the reply of a failed method is discarded";
   }
   Parcel reply;
   EXPECT_EQ(callEmpty(service, 0x00ffffff, &reply), android::UNKNOWN_TRANSACTION);
-  EXPECT_EQ(callEmpty(service, TestObject::kIncrement, nullptr), OK) << "nobody needs to want the reply";
+  EXPECT_EQ(callEmpty(service, TestObject::kIncrement, nullptr), OK) << "the reply is optional";
   EXPECT_EQ(callEmpty(service, IBinder::INTERFACE_TRANSACTION, &reply), OK);
   EXPECT_EQ(reply.readString16().size(), 0U);
   EXPECT_EQ(callEmpty(service, IBinder::DUMP_TRANSACTION, &reply), OK);
 
   ASSERT_EQ(callEmpty(service, TestObject::kForgetCaller, &reply), OK);
-  ASSERT_EQ(callEmpty(service, TestObject::kWhoCalls, &reply), OK);
+  ASSERT_EQ(callEmpty(service, TestObject::kGetCaller, &reply), OK);
   EXPECT_EQ(reply.readInt32(), ::getpid());
   EXPECT_EQ(reply.readInt32(), static_cast<int32_t>(::geteuid()));
 }
@@ -75,7 +75,8 @@ TEST_F(TransactionTest, CarriesUpToOneMebibyteEachWay) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   constexpr size_t kLimit = 1024 * 1024;
-  // A slot takes 64 KiB less 64 bytes with a header of 40, the packets after it 64 KiB each.
+  // A slot holds 64 KiB less 64 bytes, of which the frame header takes 40. The packets that follow
+  // hold 64 KiB each.
   constexpr size_t kFirst = 64 * 1024 - 64 - 40;
   constexpr size_t kNext = 64 * 1024;
   for (const size_t size : {size_t{0}, size_t{4}, size_t{512}, size_t{516}, kFirst - 4, kFirst, kFirst + 4,
@@ -99,10 +100,10 @@ TEST_F(TransactionTest, CarriesUpToOneMebibyteEachWay) {
     EXPECT_EQ(service->transact(TestObject::kReplyOfSize, data, &reply),
               size == kLimit ? OK : FAILED_TRANSACTION);
   }
-  EXPECT_EQ(increment(service, 1), 2) << "the connection goes on";
+  EXPECT_EQ(increment(service, 1), 2) << "the connection still works";
 }
 
-/* Without the fixture, which starts the thread pool. */
+/* Without the fixture: it starts the thread pool. */
 TEST(NestedCallTest, NeedsNoThreadPool) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
@@ -135,7 +136,7 @@ size_t entries(const std::string& directory) {
   return static_cast<size_t>(std::distance(std::filesystem::directory_iterator(directory), {}));
 }
 
-TEST_F(TransactionTest, ManyCallsInARowTakeNothingMore) {
+TEST_F(TransactionTest, ManyCallsLeakNothing) {
   ServiceProcess process("test.service");
   const sp<IBinder> service = process.get();
   const std::string ours = "/proc/self/";
@@ -147,9 +148,9 @@ TEST_F(TransactionTest, ManyCallsInARowTakeNothingMore) {
     }
     return counts;
   };
-  // The channels to processes of earlier tests are closed once their deaths are known.
+  // The channels to processes of earlier tests close when their deaths are noticed.
   std::vector<size_t> before;
-  waitUntil("no change", [&] {
+  waitUntil("stable counts", [&] {
     EXPECT_EQ(increment(service, 1), 2);
     const std::vector<size_t> last = std::exchange(before, resources());
     std::this_thread::sleep_for(std::chrono::milliseconds(100));

@@ -48,7 +48,7 @@ class ConfigServiceTest : public testing::Test {
     return ask<int32_t>(method, args...);
   }
 
-  /** By the interface that declares the methods that the tests name. */
+  /** Through the interface, which declares the methods. */
   android::sp<IConfigService> service;
 
  private:
@@ -110,7 +110,7 @@ TEST_F(ConfigServiceTest, KeysDoNotCollide) {
   EXPECT_EQ(set("a", "", "c"), -1);
 }
 
-TEST_F(ConfigServiceTest, ValuesAreCutAndSwitchesRead) {
+TEST_F(ConfigServiceTest, ValuesAreTruncatedAndSwitchesParsed) {
   const std::string key = "key";
   const std::string value = "12345é7890";
   number(&IConfigService::setConfig, key, key, key, value);

@@ -64,7 +64,7 @@ class DatabaseServiceTest : public testing::Test {
 
   const std::shared_ptr<sim::Store> store_ = vesk::test::openStore();
   android::sp<sim::DatabaseService> device_;
-  /** The same service; the interface declares the methods that the tests name. */
+  /** Through the interface, which declares the methods. */
   android::sp<IDatabaseService> service_;
 };
 

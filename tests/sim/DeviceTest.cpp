@@ -39,7 +39,7 @@ CHILD_ROLE(exampleService) {
   return become({VESK_EXAMPLE_SERVICE});
 }
 
-/** The calls of the callbacks, as lines of text. */
+/** Records the calls of the callbacks as lines of text. */
 class Diary {
  public:
   void write(const char* format, ...) __attribute__((format(printf, 2, 3))) {
@@ -53,7 +53,7 @@ class Diary {
     changed_.notify_all();
   }
 
-  /** The lines up to `last`, which it waits for. */
+  /** Waits for the line `last`. Returns the lines up to it. */
   std::string readTo(const std::string& last) {
     std::unique_lock lock(mutex_);
     std::vector<std::string>::iterator found;
@@ -61,7 +61,7 @@ class Diary {
       found = std::ranges::find(lines_, last);
       return found != lines_.end();
     };
-    const bool came = changed_.wait_for(lock, std::chrono::milliseconds(vesk::test::kPatienceMs), hasCome);
+    const bool came = changed_.wait_for(lock, std::chrono::milliseconds(vesk::test::kTimeoutMs), hasCome);
     std::string text;
     const auto end = came ? found + 1 : lines_.end();
     for (auto line = lines_.begin(); line != end; ++line) text += *line + "\n";
@@ -224,7 +224,7 @@ TEST_F(Device, Snapshots) {
 
 TEST_F(Device, InjectedFailuresAndDeath) {
   ASSERT_TRUE(connect_config_service(nullptr));
-  // The event of a key confirms that the commands before it have run.
+  // The key event confirms that the previous commands have run.
   const auto confirmed = [&](const std::string& line) {
     command(line);
     command("key 1 up");

@@ -56,13 +56,13 @@ TEST(EventDispatcher, ListenerWithAFullQueueIsDropped) {
   for (int32_t value = 1; value <= 6; ++value) {
     dispatcher.publish(selection(value));
     other->received(static_cast<size_t>(value));
-    // It hangs from now on, and the later events are queued.
+    // The listener hangs from now on, so later events are queued.
     if (value == 1) hanging->received(1);
   }
   EXPECT_EQ(other->received(6), (std::vector{1, 2, 3, 4, 5, 6}));
   hanging->setHangs(false);
 
-  // It can subscribe again.
+  // The listener can subscribe again.
   dispatcher.subscribe(1, hanging);
   dispatcher.publish(selection(7));
   EXPECT_EQ(hanging->received(2), (std::vector{1, 7}));

@@ -155,7 +155,7 @@ class Settings : public testing::Test {
     /** The value among the setter's arguments. */
     size_t place;
 
-    /** True if the getter takes the setter's arguments but for the value. */
+    /** True if the getter takes the setter's arguments except the value. */
     bool hasKey() const { return setter.ins().size() > 1 && setter.ins().size() == getter.ins().size() + 1; }
   };
 
@@ -164,7 +164,7 @@ class Settings : public testing::Test {
     for (const Method& setter : config_.methods) {
       const Method* getter = getterOf(config_, setter.name);
       const auto ins = setter.ins();
-      // ConfigServiceTest has the others.
+      // ConfigServiceTest tests the others.
       const auto records = std::ranges::count(ins, veskctl::Type::kRecord, &veskctl::Parameter::type);
       if (getter == nullptr || getter->outs().size() != 1 || (ins.size() > 2 && records == 0) || records > 1)
         continue;

@@ -50,7 +50,7 @@ TEST_F(FaultInjectorTest, RecordsChangeTheirLengthAndResultsStay) {
   EXPECT_EQ(contact_.blob().length(), 5u) << "each fault applied once";
 }
 
-TEST_F(FaultInjectorTest, DeathAndClearingCutDelaysShort) {
+TEST_F(FaultInjectorTest, DeathAndClearingEndDelays) {
   const auto callDuring = [this](void (*action)(FaultInjector&)) {
     add({.kind = Fault::kDelay, .delay = std::chrono::hours(1)});
     auto status = std::async(std::launch::async, [this] { return call(); });

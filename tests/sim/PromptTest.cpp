@@ -69,9 +69,9 @@ class Terminal : public testing::Test {
     readTo("vesk> ");
   }
 
-  /** The output up to the text, which it waits for. */
+  /** Waits for a text. Returns the output up to it. */
   std::string readTo(const std::string& last) {
-    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(vesk::test::kPatienceMs);
+    const Clock::time_point end = Clock::now() + std::chrono::milliseconds(vesk::test::kTimeoutMs);
     size_t found;
     while ((found = shown_.find(last)) == std::string::npos) {
       pollfd fd{user_, POLLIN, 0};
@@ -124,7 +124,7 @@ TEST_F(Terminal, LinesAreRecalledAndCompleted) {
   endBySignal(SIGTERM);
   expectCleanEnd();
 
-  // A later device has the history.
+  // The next device reads the history.
   start();
   enter("\033[A\033[A", "keycodeEvent 7 released");
   type("\x04");

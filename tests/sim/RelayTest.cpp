@@ -154,7 +154,7 @@ TEST_F(RelaysTest, DisabledOutputStaysOff) {
   EXPECT_EQ(relays_.isOn(kLight), false);
 }
 
-TEST_F(RelaysTest, OneProcessAtATimeHasTheBracket) {
+TEST_F(RelaysTest, OneProcessAtATimeMayEdit) {
   const pid_t child = fork();
   if (child == 0) {
     pause();

@@ -186,7 +186,7 @@ CHILD_ROLE(saver) {
   }
 }
 
-TEST(Store, OneDeviceAtATimeHasTheFile) {
+TEST(Store, FileIsLockedAgainstASecondDevice) {
   const TemporaryDirectory directory;
   ChildProcess other("saver", {directory.path()});
   std::string error;

@@ -16,10 +16,9 @@
 #include "ChildProcess.h"
 
 /*
- * A storm: services that are killed and started again at random, under applications that connect,
- * call and get events on many threads. Nothing may hang or crash, each connection reports its
- * service's death exactly once, each call gives its answer or its failure, and nothing may be left
- * over.
+ * A stress test: services are killed and restarted at random while applications connect, call and
+ * receive events on many threads. Nothing may hang, crash or leak. Each connection reports the
+ * death of its service exactly once. Each call returns its own result or a failure.
  *
  *     storm [--seconds N] [--seed N] [--services N] [--apps N] [--threads N]
  */
@@ -35,7 +34,7 @@ struct Options {
   /** Call, misc and config service, in this order. */
   unsigned services = 3;
   unsigned apps = 3;
-  /** That call, in each application. */
+  /** Calling threads in each application. */
   unsigned threads = 6;
 };
 
@@ -74,18 +73,19 @@ class Storm {
     for (unsigned i = 0; i < options.apps; ++i) {
       apps_.push_back(std::make_unique<ChildProcess>(
           "app", std::vector{std::to_string(random_()), std::to_string(options.threads),
-                             std::string(i % 3 == 2 ? "impatient" : "patient")}));
+                             std::string(i % 3 == 2 ? "reconnects" : "keeps")}));
     }
   }
 
   void run() {
-    // The first part measures the memory that the others may take.
-    if (blow(options_.seconds * 1000ms / 3) && blow(options_.seconds * 2000ms / 3) && leaveFirst()) {
+    // The memory after the first part is the limit for the second.
+    if (killServices(options_.seconds * 1000ms / 3) && killServices(options_.seconds * 2000ms / 3) &&
+        stopApplications()) {
       EXPECT_GT(kills_, 0);
-      expectTidyDirectory();
+      expectCleanDirectory();
     }
     std::printf("storm: %d services killed\n", kills_);
-    // After a failure they may be in any state, and their reports are of no use.
+    // After a failure the remaining processes may be in any state, so they are killed.
     for (auto* const processes : {&apps_, &services_}) {
       for (const auto& process : *processes) {
         if (process != nullptr) process->kill();
@@ -104,15 +104,16 @@ class Storm {
     ++kills_;
   }
 
-  /** False if the storm is over, because an application has failed or hangs. */
-  bool order(const char* what, bool shows = false) {
+  /** Sends a command to all applications. False if one has failed or hangs. */
+  bool command(const char* what, bool shows = false) {
     for (const auto& app : apps_) app->channel().send(what);
     for (auto& app : apps_) {
-      const std::string report = app->channel().receive(kPatienceMs);
+      const std::string report = app->channel().receive(kReportTimeoutMs);
       if (shows) std::printf("storm: %d %s: %s\n", app->pid(), what, report.c_str());
       if (!report.starts_with("ok")) ADD_FAILURE() << app->pid() << " at " << what << ": " << report;
       if (report.empty()) {
-        // A process that hangs leaves a trace of where; one that has ended says how.
+        // SIGABRT makes a hanging process leave a core dump. For an ended process, kill() reports
+        // its exit code.
         app->kill(SIGABRT);
         app = nullptr;
       }
@@ -121,38 +122,37 @@ class Storm {
     return true;
   }
 
-  /** Kills services at random, and at last all of them. */
-  bool blow(std::chrono::milliseconds time) {
+  /** Kills and restarts services at random, and finally kills all of them. */
+  bool killServices(std::chrono::milliseconds time) {
     const auto end = std::chrono::steady_clock::now() + time;
-    for (bool goes = order("run"); goes && std::chrono::steady_clock::now() < end; goes = order("check")) {
+    for (bool goes = command("run"); goes && std::chrono::steady_clock::now() < end;
+         goes = command("check")) {
       const unsigned service = static_cast<unsigned>(random_() % options_.services);
       if (services_[service] == nullptr) {
         start(service);
       } else {
         kill(service);
       }
-      // Some live for too short a time for any connect, others for long enough for thousands of
-      // calls.
+      // Some services end before any application connects, others serve thousands of calls.
       std::this_thread::sleep_for(
           std::chrono::milliseconds(random_() % 3 == 0 ? random_() % 400 : random_() % 20));
     }
     if (testing::Test::HasFailure()) return false;
     for (unsigned i = 0; i < options_.services; ++i) kill(i);
-    return order("settle", true);
+    return command("settle", true);
   }
 
-  /** The applications go while the services stay, which then must hold nothing for them any
-   * more. */
-  bool leaveFirst() {
+  /** Stops the applications first. The services must then have released all their resources. */
+  bool stopApplications() {
     for (unsigned i = 0; i < options_.services; ++i) start(i);
-    if (!order("run")) return false;
+    if (!command("run")) return false;
     std::this_thread::sleep_for(1s);
-    if (!order("stop", true)) return false;
+    if (!command("stop", true)) return false;
     for (const auto& app : apps_) app->stop();
     apps_.clear();
     for (auto& service : services_) {
       service->channel().send("left");
-      const std::string report = service->channel().receive(kPatienceMs);
+      const std::string report = service->channel().receive(kReportTimeoutMs);
       EXPECT_EQ(report.substr(report.find(' ') + 1), "") << report;
       service->stop();
       service = nullptr;
@@ -160,8 +160,8 @@ class Storm {
     return !testing::Test::HasFailure();
   }
 
-  /** One more process has swept up after those that were killed, and has left. */
-  void expectTidyDirectory() {
+  /** One more process removes the files of the killed ones, and then its own. */
+  void expectCleanDirectory() {
     start(0);
     services_[0]->stop();
     services_[0] = nullptr;
@@ -170,7 +170,7 @@ class Storm {
     }
   }
 
-  static constexpr int kPatienceMs = 90'000;
+  static constexpr int kReportTimeoutMs = 90'000;
 
   const Options options_;
   std::minstd_rand random_;
@@ -181,7 +181,7 @@ class Storm {
 
 Options options;
 
-TEST(StormTest, NothingHangsCrashesOrIsLeftOver) { Storm(options).run(); }
+TEST(StormTest, SurvivesRandomServiceDeaths) { Storm(options).run(); }
 
 }  // namespace
 

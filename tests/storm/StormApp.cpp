@@ -19,20 +19,20 @@
 #include "ChildProcess.h"
 #include "Storm.h"
 
-/* An application in the storm: one thread for each service that connects, and many that call. */
+/* An application: one connecting thread for each service, and many calling threads. */
 
 using namespace std::chrono_literals;
 
 namespace {
 
-/** Longer than any call may take whose service is killed sooner or later. */
-constexpr auto kHang = 30s;
+/** The longest time for a call whose service may be killed. */
+constexpr auto kHangTimeout = 30s;
 
-/** The first failure, for the next report. */
+/** Keeps the first failure for the next report. */
 class Failure {
  public:
   template <class... Arguments>
-  void say(const Arguments&... arguments) {
+  void set(const Arguments&... arguments) {
     std::ostringstream text;
     (text << ... << arguments);
     const std::lock_guard lock(mutex_);
@@ -48,10 +48,10 @@ class Failure {
   std::string first_;
 };
 
-/** Callbacks may say something while the process exits. */
+/** Never destroyed: callbacks may run while the process exits. */
 Failure& failure = *new Failure;
 
-/** The counts of one service's connections; a connection is one that knows of its death. */
+/** Counters of one service. `connects` are the connections with death notification. */
 struct Counts {
   std::atomic<int> connects = 0;
   std::atomic<int> deaths = 0;
@@ -71,12 +71,12 @@ void onDied() {
 void onCallState(void* record) {
   const auto& info = *static_cast<const vesk_call_info*>(record);
   const std::string name(sizeof(info.name) - 1, storm::filling(info.line));
-  if (info.chan != storm::answerTo(info.line) || name != info.name) failure.say("a mangled call event");
+  if (info.chan != storm::answerTo(info.line) || name != info.name) failure.set("corrupt call event");
   ++counts[0].events;
 }
 
 void onRing(int value) {
-  if ((value & 1) == 0) failure.say("a mangled ring event");
+  if ((value & 1) == 0) failure.set("corrupt ring event");
   ++counts[1].events;
 }
 
@@ -97,18 +97,18 @@ bool connectCall() {
                               nullptr, onDied<0>);
 }
 
-/** The answer, or -1 for a failed call. An answer to another call is a failure of the storm. */
+/** Returns the result, or -1 for a failed call. */
 int callConfig(int value) {
   if (value % 4 != 0) return binder_set_default_ext_line(value);
   char info[VESK_LINE_INFO_SIZE] = {};
   if (binder_get_line_info(value, info) != 0) {
     for (const char byte : info) {
-      if (byte != 0) failure.say("a record that a failed call has touched");
+      if (byte != 0) failure.set("a failed call has changed its record");
     }
     return -1;
   }
   for (const char byte : info) {
-    if (byte != storm::filling(value)) failure.say("a mangled record");
+    if (byte != storm::filling(value)) failure.set("corrupt record");
   }
   return storm::answerTo(value);
 }
@@ -126,16 +126,16 @@ class App {
  public:
   explicit App(unsigned seed) : random_(seed) {}
 
-  /** `impatient` replaces connections while they live, too. */
-  void start(int callers, bool impatient) {
+  /** `reconnects` also replaces live connections. */
+  void start(int callers, bool reconnects) {
     going_ = connecting_ = true;
     for (size_t service = 0; service < kServices; ++service) {
-      run(&connectors_, [this, service, impatient](Beat& beat, unsigned seed) {
-        connectAgainAndAgain(service, impatient, seed, beat);
+      run(&connectors_, [this, service, reconnects](Heartbeat& beat, unsigned seed) {
+        connectRepeatedly(service, reconnects, seed, beat);
       });
     }
     for (int i = 0; i < callers; ++i) {
-      run(&callers_, [this](Beat& beat, unsigned seed) { callAgainAndAgain(seed, beat); });
+      run(&callers_, [this](Heartbeat& beat, unsigned seed) { callRepeatedly(seed, beat); });
     }
   }
 
@@ -147,13 +147,13 @@ class App {
     stopConnecting();
     going_ = false;
     join(&callers_);
-    beats_.clear();
+    heartbeats_.clear();
   }
 
-  /** Ends the process, so that the place shows, if a thread has come to no end. */
+  /** Aborts the process if a thread hangs, so that a core dump shows its location. */
   void check() const {
-    for (const auto& beat : beats_) {
-      if (beat->load() != Time() && std::chrono::steady_clock::now() - beat->load() > kHang) {
+    for (const auto& beat : heartbeats_) {
+      if (beat->load() != Time() && std::chrono::steady_clock::now() - beat->load() > kHangTimeout) {
         std::fprintf(stderr, "storm app: a thread hangs\n");
         std::abort();
       }
@@ -162,13 +162,13 @@ class App {
 
  private:
   using Time = std::chrono::steady_clock::time_point;
-  /** When a thread was last seen; the beginning of time once it has ended. */
-  using Beat = std::atomic<Time>;
+  /** The last sign of life of a thread; Time() after its end. */
+  using Heartbeat = std::atomic<Time>;
 
   template <class Work>
   void run(std::vector<std::thread>* threads, Work work) {
-    beats_.push_back(std::make_unique<Beat>(std::chrono::steady_clock::now()));
-    Beat& beat = *beats_.back();
+    heartbeats_.push_back(std::make_unique<Heartbeat>(std::chrono::steady_clock::now()));
+    Heartbeat& beat = *heartbeats_.back();
     threads->emplace_back([&beat, work, seed = static_cast<unsigned>(random_())] {
       work(beat, seed);
       beat = Time();
@@ -180,7 +180,7 @@ class App {
     threads->clear();
   }
 
-  void connectAgainAndAgain(size_t service, bool impatient, unsigned seed, Beat& beat) {
+  void connectRepeatedly(size_t service, bool reconnects, unsigned seed, Heartbeat& beat) {
     std::minstd_rand random(seed);
     Counts& count = counts[service];
     bool connected = false;
@@ -188,7 +188,7 @@ class App {
     while (connecting_) {
       beat = std::chrono::steady_clock::now();
       if (connected && count.deaths != deathsBefore) connected = false;
-      const bool replaces = connected && impatient && random() % 100 == 0;
+      const bool replaces = connected && reconnects && random() % 100 == 0;
       if (!connected || replaces) {
         const int deaths = count.deaths;
         if (kApi[service].connect()) {
@@ -196,14 +196,14 @@ class App {
           connected = true;
           deathsBefore = deaths;
         } else if (service == 0) {
-          connected = false;  // A failed attempt gives the call service's connection up.
+          connected = false;  // A failed attempt closes the connection to the call service.
         }
       }
       std::this_thread::sleep_for(1ms);
     }
   }
 
-  void callAgainAndAgain(unsigned seed, Beat& beat) {
+  void callRepeatedly(unsigned seed, Heartbeat& beat) {
     std::minstd_rand random(seed);
     while (going_) {
       beat = std::chrono::steady_clock::now();
@@ -216,7 +216,7 @@ class App {
         ++counts[service].failures;
         std::this_thread::sleep_for(1ms);
       } else {
-        failure.say("service ", service, " answered ", result, " to ", value);
+        failure.set("service ", service, " answered ", result, " to ", value);
       }
     }
   }
@@ -224,41 +224,42 @@ class App {
   std::minstd_rand random_;
   std::atomic<bool> going_ = false;
   std::atomic<bool> connecting_ = false;
-  std::vector<std::unique_ptr<Beat>> beats_;
+  std::vector<std::unique_ptr<Heartbeat>> heartbeats_;
   std::vector<std::thread> connectors_;
   std::vector<std::thread> callers_;
 };
 
-/** All services are dead: each connection has reported its death, and nothing is left. */
-void checkAfterDeaths(bool impatient, const storm::Holdings& limit) {
+/** After the deaths of all services: each connection has reported its death, and nothing is
+ * leaked. */
+void checkAfterDeaths(bool reconnects, const storm::Resources& limit) {
   for (size_t service = 0; service < kServices; ++service) {
     Counts& count = counts[service];
-    // Without replacements each connection was the current one when its service died. One that has
-    // been replaced reports no death, but may have done so before.
-    const int least = impatient ? 0 : count.connects.load();
-    const auto end = std::chrono::steady_clock::now() + kHang;
+    // A replaced connection reports no death, unless its service died before. Without replacements
+    // every connection must report one.
+    const int least = reconnects ? 0 : count.connects.load();
+    const auto end = std::chrono::steady_clock::now() + kHangTimeout;
     while (count.deaths < least && std::chrono::steady_clock::now() < end) std::this_thread::sleep_for(1ms);
     if (count.deaths < least || count.deaths > count.connects) {
-      failure.say("service ", service, ": ", count.deaths, " deaths of ", count.connects, " connections");
+      failure.set("service ", service, ": ", count.deaths, " deaths of ", count.connects, " connections");
     }
-    if (kApi[service].call(1) != -1) failure.say("a call of a dead service has not failed");
+    if (kApi[service].call(1) != -1) failure.set("a call of a dead service has succeeded");
   }
-  if (const std::string left = storm::leftOver(limit); !left.empty()) failure.say(left);
+  if (const std::string left = storm::findLeaks(limit); !left.empty()) failure.set(left);
 }
 
-/** A storm in which nothing answers proves nothing. */
-void checkThatItWorked() {
+/** Checks that every service was connected, has replied and has sent events. */
+void checkActivity() {
   for (size_t service = 0; service < kServices; ++service) {
     const Counts& count = counts[service];
     // The config service has no events.
     if (count.connects == 0 || count.values == 0 || (service != 2 && count.events == 0)) {
-      failure.say("service ", service, ": ", count.connects, " connections, ", count.values, " answers, ",
+      failure.set("service ", service, ": ", count.connects, " connections, ", count.values, " answers, ",
                   count.events, " events");
     }
   }
 }
 
-/** Bytes that the allocator has handed out. */
+/** The allocated bytes. */
 size_t memory() {
 #if defined(__SANITIZE_ADDRESS__) || defined(__SANITIZE_THREAD__)
   return 0;
@@ -267,32 +268,32 @@ size_t memory() {
 #endif
 }
 
-/** Takes orders as messages, which it answers: "run", "settle" once all services are dead,
- * "stop". */
+/** Runs the commands "run", "check", "settle" (after the deaths of all services) and "stop", and
+ * replies to each with a report. */
 CHILD_ROLE(app) {
-  const storm::Holdings limit = storm::withTransport(storm::atStart());
-  // The deaths of thousands are no news here.
+  const storm::Resources limit = storm::withTransport(storm::atStart());
+  // Hides the log lines of thousands of deaths.
   ::setenv("ANDROID_LOG_TAGS", "*:W", 1);
   const int callers = std::stoi(args.at(1));
-  const bool impatient = args.at(2) == "impatient";
+  const bool reconnects = args.at(2) == "reconnects";
   App app(static_cast<unsigned>(std::stoul(args.at(0))));
   size_t memoryBefore = 0;
   parent.ready();
   for (;;) {
-    const std::string order = parent.channel().receive(-1);
-    if (order.empty()) return 0;
-    if (order == "run") app.start(callers, impatient);
-    if (order == "check") app.check();
-    if (order == "stop" || order == "settle") app.stop();
-    if (order == "settle") {
-      checkAfterDeaths(impatient, limit);
+    const std::string command = parent.channel().receive(-1);
+    if (command.empty()) return 0;
+    if (command == "run") app.start(callers, reconnects);
+    if (command == "check") app.check();
+    if (command == "stop" || command == "settle") app.stop();
+    if (command == "settle") {
+      checkAfterDeaths(reconnects, limit);
       const size_t now = memory();
       if (memoryBefore != 0 && now > memoryBefore + 128 * 1024) {
-        failure.say("memory has grown from ", memoryBefore, " to ", now, " bytes");
+        failure.set("memory has grown from ", memoryBefore, " to ", now, " bytes");
       }
       memoryBefore = now;
     }
-    if (order == "stop") checkThatItWorked();
+    if (command == "stop") checkActivity();
     std::ostringstream report;
     for (const Counts& count : counts) {
       report << ' ' << count.connects << ' ' << count.deaths << ' ' << count.values << ' ' << count.failures

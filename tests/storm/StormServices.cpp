@@ -13,8 +13,8 @@
 #include "ChildProcess.h"
 #include "Storm.h"
 
-/* The services that are killed. Each answers so that its caller can tell whether it is the answer
- * to its call. */
+/* The services that are killed. The result of a call depends on its arguments, so that the caller
+ * detects the result of another call. */
 
 using android::sp;
 using android::String16;
@@ -23,7 +23,7 @@ using com::qv::CommonParcelable;
 
 namespace {
 
-/** The listeners of a service, without those that failed. */
+/** The listeners of a service. Removes those whose calls fail. */
 template <class Listener>
 class Listeners {
  public:
@@ -56,7 +56,7 @@ class CallService : public com::qv::DefaultCallService {
     listeners_.add(listener);
     return Status::ok();
   }
-  /** Every eighth call is an event to all. */
+  /** Values that are multiples of 8 also send an event to all listeners. */
   Status makeCall(int32_t line, const std::string& number, int32_t* result) override {
     const int value = std::atoi(number.c_str());
     if (value % 8 == 0) {
@@ -122,9 +122,9 @@ constexpr struct {
                  {"com.qv.MiscService", make<MiscService>},
                  {"com.qv.ConfigService", make<ConfigService>}};
 
-/** Answers a message with its leftovers, once every application has left. */
+/** Replies to a message with its leaks. The test sends it after the applications have ended. */
 CHILD_ROLE(service) {
-  const storm::Holdings before = storm::atStart();
+  const storm::Resources before = storm::atStart();
   const auto& service = kServices[std::stoul(args.at(0))];
   android::ProcessState::self()->startThreadPool();
   if (android::defaultServiceManager()->addService(String16(service.name), service.make()) != android::OK) {
@@ -132,7 +132,7 @@ CHILD_ROLE(service) {
   }
   parent.ready();
   if (parent.channel().receive(-1).empty()) return 0;
-  parent.channel().send(service.name + (" " + storm::leftOver(storm::withTransport(before))));
+  parent.channel().send(service.name + (" " + storm::findLeaks(storm::withTransport(before))));
   parent.waitForEnd();
   return 0;
 }

@@ -28,8 +28,7 @@ using Result = std::optional<int>;
 /** The int32_t or bool in every answer that has one. */
 constexpr int kAnswer = 4711;
 
-/** The buffer that functions receive into, and the room that they are given unless a test says
- * otherwise. */
+/** The size of the output buffer, which the functions get as their limit by default. */
 constexpr int kBufferSize = 4600;
 
 /** The results of a C function. */
@@ -47,7 +46,7 @@ struct Expected {
 
 constexpr Expected integer(int absent, int failed) { return {kAnswer, failed, absent}; }
 constexpr Expected flag(int absent) { return {1, 0, absent}; }
-/** A call that failed gives an empty text. */
+/** A failed call returns an empty text. */
 constexpr Expected text(Expected::Text rule, Result result, Result absent) {
   return {result, result, absent, rule};
 }
@@ -91,7 +90,7 @@ constexpr Kind kindOf() {
   return std::is_pointer_v<T> && !std::is_const_v<Target> ? Kind::kOut : Kind::kRecord;
 }
 
-/** The parameters of a service's methods by their codes, of which METHOD_KINDS gives one. */
+/** The parameters of a service's methods by their codes. METHOD_KINDS makes an entry. */
 using MethodKinds = std::map<uint32_t, Kinds>;
 template <class Interface, class... Parameters>
 Kinds kindsOf(android::binder::Status (Interface::*)(Parameters...)) {
@@ -106,7 +105,7 @@ inline std::string pattern(size_t size) {
   return bytes;
 }
 
-/** A record to be sent, cut to its size: small ints wherever they stand, and short texts. */
+/** The contents of a sent record, before truncation to its size: small ints and short texts. */
 inline std::string sentBytes(int which = 0) {
   std::string bytes;
   for (int i = 0; i < 4544; ++i)
@@ -122,9 +121,9 @@ struct Arguments {
   int round = 0;
   char* out = nullptr;
   int room = kBufferSize;
-  int nullAt = -1;               /**< the place of a pointer that is null */
+  int nullAt = -1;               /**< the index of a null pointer */
   std::vector<int> numbers = {}; /**< ints instead of the round's */
-  bool isBad = false;            /**< no pointer may be followed */
+  bool isBad = false;            /**< passes invalid pointers */
   size_t next = 0;
 
   template <class T>
@@ -137,7 +136,7 @@ struct Arguments {
     }
   }
 
-  /** The same as a method's parameters; records have these sizes. */
+  /** The arguments as the method's parameters. Records have these sizes. */
   Wire wire(const std::vector<size_t>& sizes) const {
     Wire wire;
     size_t records = 0;
@@ -201,9 +200,9 @@ struct ApiRow {
   std::vector<size_t> sizes; /**< of the records that it sends, then of the one that it receives */
   Kinds kinds;
   std::function<Result(Arguments&)> call;
-  /** Whether the simulated device takes the call, with the arguments of the first round. */
+  /** Whether the simulated device accepts the call, with the arguments of the first round. */
   bool isServed = true;
-  /** The ints that the simulated device is to get instead. */
+  /** The ints to send to the simulated device instead. */
   std::vector<int> numbers;
   Expected gives = {};
 
@@ -223,7 +222,7 @@ struct ApiRow {
           }
         }) {}
 
-  /** Gives each parameter its role in a call of the method; false if the two don't fit. */
+  /** Assigns each parameter its role in a call of the method; false if they do not match. */
   bool fit(const Kinds& method) {
     auto in = method.begin();
     for (Kind& kind : kinds) {
@@ -240,7 +239,7 @@ struct ApiRow {
         kind = *in++;
       }
     }
-    // A room that the method is to know, too.
+    // The buffer size is also an argument of the method.
     if (std::ranges::count(method, Kind::kOutText) > 0 && std::ranges::count(kinds, Kind::kRoom) == 0) {
       *std::ranges::find(kinds, Kind::kInt) = Kind::kSize;
     }
@@ -261,7 +260,7 @@ struct ApiRow {
 /** ROW(binder_do, code, size...) */
 #define ROW(function, code, ...) vesk::test::ApiRow(#function, function, code, {__VA_ARGS__})
 
-/** Functions that give the same. */
+/** Functions with the same results. */
 struct ApiGroup {
   Expected gives;
   std::vector<ApiRow> rows;

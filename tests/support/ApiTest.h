@@ -11,7 +11,7 @@
 
 namespace vesk::test {
 
-/** Passes calls on to a service of this process, and keeps the status of the last answer. */
+/** Forwards calls to a service of this process, and keeps the status of the last reply. */
 class PassingBinder : public android::BBinder {
  public:
   explicit PassingBinder(const android::sp<android::BBinder>& service) : service_(service) {}
@@ -34,7 +34,7 @@ class PassingBinder : public android::BBinder {
 /** The C functions of one service, called row by row. */
 class ApiTest : public ScriptedTest {
  protected:
-  /** `tag` is the one under which the functions log, if they do. */
+  /** `tag` is the log tag of the functions. */
   ApiTest(const char* name, const char16_t* descriptor, const char* tag, const MethodKinds& methods,
           const std::vector<ApiGroup>& groups)
       : ScriptedTest(name, descriptor), tag_(tag), methods_(methods) {
@@ -48,7 +48,7 @@ class ApiTest : public ScriptedTest {
   }
 
   static inline const std::string kUntouched = std::string(kBufferSize, '#');
-  /** The buffer with a row's text, cut to its room. */
+  /** The buffer with a row's text, truncated to its room. */
   static std::string withText(const ApiRow& row, int room) {
     const auto size = static_cast<size_t>(room);
     std::string text = std::string("12345678").substr(0, size - 1) + '\0';
@@ -65,8 +65,8 @@ class ApiTest : public ScriptedTest {
               (std::vector<LogLine>{{ANDROID_LOG_INFO, tag_, "Connect " + std::string(name_) + " done. "}}));
   }
 
-  /** A connection without death notification stays when its service dies: calls fail until the next
-   * connect. */
+  /** A connection without death notification remains when its service dies: calls fail until the
+   * next connect. */
   template <class Connect>
   void expectConnectionOutlivesService(Connect connect) {
     const auto results = [this] {
@@ -87,12 +87,12 @@ class ApiTest : public ScriptedTest {
     service_->kill();
     service_.emplace(name_);
     EXPECT_EQ(results(), expected(&Expected::failed));
-    EXPECT_EQ(log_.take(), std::vector<LogLine>()) << "nothing of the death";
+    EXPECT_EQ(log_.take(), std::vector<LogLine>()) << "no line about the death";
     ASSERT_TRUE(connect());
     EXPECT_EQ(results(), expected(&Expected::success));
   }
 
-  /** The log of a function, `count` times, for a record of another size. */
+  /** The line that a function logs for a record of another size, `count` times. */
   std::vector<LogLine> sizeErrors(const std::string& function, size_t count = 1) const {
     return std::vector<LogLine>(count, {ANDROID_LOG_ERROR, tag_, function + ": param size error!"});
   }
@@ -101,7 +101,7 @@ class ApiTest : public ScriptedTest {
     return {.kinds = row.kinds, .round = round, .out = out_.data()};
   }
 
-  /** Nothing is logged, sent or written, and no pointer among the arguments is followed. */
+  /** Without a connection, nothing is logged, sent or written, and no pointer is dereferenced. */
   void expectNothingWithoutConnection() {
     out_ = kUntouched;
     for (const ApiRow& row : rows_) {
@@ -111,7 +111,7 @@ class ApiTest : public ScriptedTest {
     EXPECT_EQ(log_.take(), std::vector<LogLine>());
   }
 
-  /** Every function makes its one call; together they make `codes` different ones. */
+  /** Every function makes exactly one call. In total there are `codes` different calls. */
   void expectCallsAndAnswers(size_t codes) {
     std::set<uint32_t> seen;
     for (const ApiRow& row : rows_) {
@@ -131,8 +131,8 @@ class ApiTest : public ScriptedTest {
     EXPECT_EQ(seen.size(), codes);
   }
 
-  /** A null text raises the standard library's error and sends nothing; a null record follows its
-   * rule. */
+  /** A null text throws the standard library's exception and sends nothing. A null record follows
+   * the row's rule. */
   void expectNullPointers() {
     for (const ApiRow& row : rows_) {
       answer(outValues(row, pattern(receivedSize(row))));
@@ -154,8 +154,8 @@ class ApiTest : public ScriptedTest {
     }
   }
 
-  /** No answer, an exception, half an answer, records one byte off: nothing is taken of any of
-   * them. */
+  /** A failed call, an exception, a truncated reply or a record of another size leaves the output
+   * untouched. */
   void expectFailures() {
     for (const ApiRow& row : rows_) {
       SCOPED_TRACE(row.function);
@@ -172,11 +172,11 @@ class ApiTest : public ScriptedTest {
       };
       const std::string good = pattern(receivedSize(row));
       answerNothing();
-      expectFailure("no answer");
+      expectFailure("no reply");
       answerException(outValues(row, good));
       expectFailure("exception");
       answer(Wire());
-      expectFailure("half an answer");
+      expectFailure("truncated reply");
       if (receives(row, Kind::kOutBlob)) {
         for (const std::string& record : {std::string(), good.substr(1), good + "!"}) {
           answer(outValues(row, record));
@@ -187,7 +187,7 @@ class ApiTest : public ScriptedTest {
     }
   }
 
-  /** A text is cut to the room that the caller has, or is not given at all. */
+  /** A text is truncated to the caller's buffer, or not copied at all. */
   void expectTextsKeepToTheirRoom() {
     answer(Wire().text(u"12345678"));
     for (const ApiRow& row : rows_) {
@@ -205,8 +205,8 @@ class ApiTest : public ScriptedTest {
   }
 
   /**
-   * The simulated device's service takes the calls of all rows, in their order, but those that say
-   * otherwise, and answers with records of the right sizes and with values that are no refusals.
+   * The simulated device's service accepts the calls of all rows, in their order, except refused()
+   * rows. Its replies have records of the right sizes and values that are no refusals.
    */
   template <class Connect>
   void expectServedBy(const android::sp<android::BBinder>& device, Connect connect) {
@@ -231,11 +231,11 @@ class ApiTest : public ScriptedTest {
     log_.take();
   }
 
-  /** The service dies over a request, which fails like any other; the connection goes with it. */
+  /** The service dies during a request: the call fails, and the connection ends. */
   void expectDeathEndsCallAndConnection() {
     const auto row = std::ranges::find_if(
         rows_, [this](const ApiRow& each) { return receivedSize(each) > 0 && !each.gives.logsFailure; });
-    service_->dieOverNextRequest();
+    service_->dieOnNextRequest();
     Arguments given = arguments(*row);
     EXPECT_EQ(row->call(given), row->gives.failed) << row->function;
     EXPECT_EQ(die(), std::vector<LogLine>{deathLine()});

@@ -22,7 +22,7 @@ namespace vesk::test {
 namespace {
 
 constexpr const char* kRoleOption = "--role";
-/** Where a child finds its end of the channel. */
+/** The descriptor of the child's end of the channel. */
 constexpr int kChannelFd = 3;
 constexpr size_t kMessageLimit = 4096;
 constexpr const char* kReady = "ready";
@@ -32,7 +32,7 @@ constexpr const char* kReady = "ready";
   std::abort();
 }
 
-/** False if nothing has come in time; for a process, if it hasn't ended. */
+/** False at the timeout. A pidfd becomes readable when its process ends. */
 bool waitReadable(int fd, int timeoutMs) {
   pollfd poller{fd, POLLIN, 0};
   int ready;
@@ -47,8 +47,8 @@ std::map<std::string, Role>& roles() {
   return all;
 }
 
-/** This program, as another build made it if the environment names one, and so that the kernel can
- * start it. */
+/** The path from which the kernel can start this program; with an emulator, a script of the same
+ * name. VESK_TEST_CHILDREN selects the directory of another build. */
 std::string ownProgram() {
   const char* chosen = std::getenv("VESK_TEST_CHILDREN");
   const std::filesystem::path directory = chosen != nullptr ? chosen : VESK_RUN_DIRECTORY;
@@ -123,8 +123,8 @@ ChildProcess::~ChildProcess() {
 int ChildProcess::wait() {
   const int fd = static_cast<int>(syscall(SYS_pidfd_open, pid_, 0));
   if (fd < 0) fatal("pidfd_open");
-  if (!waitReadable(fd, kPatienceMs)) {
-    ADD_FAILURE() << "child " << pid_ << " did not end within " << kPatienceMs << " ms";
+  if (!waitReadable(fd, kTimeoutMs)) {
+    ADD_FAILURE() << "child " << pid_ << " did not end within " << kTimeoutMs << " ms";
     ::kill(pid_, SIGKILL);
   }
   ::close(fd);
@@ -162,7 +162,7 @@ RoleRegistration::RoleRegistration(const char* name, Role role) { roles().emplac
 
 bool runRole(int argc, char** argv, int* exitCode) {
   if (argc < 3 || std::strcmp(argv[1], kRoleOption) != 0) return false;
-  // Not to be left behind when the test crashes or runs out of time.
+  // The child must not outlive a test that crashes or times out.
   prctl(PR_SET_PDEATHSIG, SIGKILL);
   fcntl(kChannelFd, F_SETFD, FD_CLOEXEC);
   // Never closed: threads of the role may still use it while the process exits.

@@ -9,9 +9,9 @@
 
 namespace vesk::test {
 
-/** Waiting for anything longer than this is a failure of the test. Sanitizers on a busy machine
- * take their time. */
-constexpr int kPatienceMs = 30'000;
+/** The timeout of every wait, after which the test fails. Long enough for sanitizers on a busy
+ * machine. */
+constexpr int kTimeoutMs = 30'000;
 
 /** Messages between a test and its child, over a socket pair. */
 class Channel {
@@ -23,9 +23,9 @@ class Channel {
 
   /** False if the other side has gone. */
   bool send(std::string_view message) const;
-  /** The next message; empty if the other side has gone. A failure of the test if none comes in
-   * time; -1 waits for ever. */
-  std::string receive(int timeoutMs = kPatienceMs) const;
+  /** The next message; empty if the other side has gone. Fails the test at the timeout; -1 means
+   * no timeout. */
+  std::string receive(int timeoutMs = kTimeoutMs) const;
   void close();
 
  private:
@@ -33,14 +33,15 @@ class Channel {
 };
 
 /**
- * This test program, run once more as another process: as a service or a client, by its role. It
- * ends with the test, however that ends. Start it from a thread that outlives it.
+ * Runs this test program as a child process with the given role, such as a service or a client. The
+ * child never outlives the test. Start it from a thread that outlives it: the kernel kills the
+ * child when that thread ends.
  */
 class ChildProcess {
  public:
   /** Returns when the child has called ready(). */
   explicit ChildProcess(const std::string& role, const std::vector<std::string>& args = {});
-  /** As stop(), if nothing else has ended the child before. */
+  /** Calls stop() unless the child has ended. */
   ~ChildProcess();
   ChildProcess(const ChildProcess&) = delete;
   ChildProcess& operator=(const ChildProcess&) = delete;
@@ -48,15 +49,16 @@ class ChildProcess {
   pid_t pid() const { return pid_; }
   Channel& channel() { return channel_; }
 
-  /** Waits for the child to end by itself: its exit code, or the signal's number negated. */
+  /** Waits for the child to end. Returns its exit code, or the negated signal number. */
   int wait();
-  /** Ends the child with a signal that it doesn't survive, and waits for that. A failure of the
-   * test if something else ended it. */
+  /** Kills the child with a signal and waits for its end. Fails the test if the child ended for
+   * another reason. */
   void kill(int signal = SIGKILL);
-  /** Closes the channel, which ends a role that waits in Parent::waitForEnd(). A failure unless it
-   * exits with 0. */
+  /** Closes the channel, which ends a role that waits in Parent::waitForEnd(). Fails the test
+   * unless the child exits with 0. */
   void stop();
-  /** Returns when no thread of the child runs any more, which a bare SIGSTOP says nothing about. */
+  /** Stops the child. Returns when all its threads have stopped; kill(SIGSTOP) alone returns
+   * earlier. */
   void suspend();
   void resume();
 
@@ -69,38 +71,38 @@ class ChildProcess {
   bool ended_ = false;
 };
 
-/** The test, as the child sees it. */
+/** The child's end of the channel to its test. */
 class Parent {
  public:
   explicit Parent(int fd) : channel_(fd) {}
   Channel& channel() { return channel_; }
   void ready() { channel_.send("ready"); }
-  /** Waits until the test has no more use for this process. */
+  /** Waits until the test calls stop(). */
   void waitForEnd();
 
  private:
   Channel channel_;
 };
 
-/** The main() of a child; the result is its exit code. */
+/** The main() of a child; returns its exit code. */
 using Role = int (*)(Parent& parent, const std::vector<std::string>& args);
 
 struct RoleRegistration {
   RoleRegistration(const char* name, Role role);
 };
 
-/** CHILD_ROLE(name) { ... } defines a role; `parent` and `args` are at hand. */
+/** CHILD_ROLE(name) { ... } defines a role. Its parameters are `parent` and `args`. */
 #define CHILD_ROLE(name)                                                             \
   static int name(vesk::test::Parent& parent, const std::vector<std::string>& args); \
   static const vesk::test::RoleRegistration name##Registration(#name, name);         \
   static int name([[maybe_unused]] vesk::test::Parent& parent,                       \
                   [[maybe_unused]] const std::vector<std::string>& args)
 
-/** Runs the role that the command line asks for; false if it asks for none. */
+/** Runs the role in the command line; false if there is none. */
 bool runRole(int argc, char** argv, int* exitCode);
 
-/** A meeting place of this process and its children alone: BINDER_RUNTIME_DIR is set, and removed
- * at the end. */
+/** Sets BINDER_RUNTIME_DIR to a new directory for this process and its children. The destructor
+ * removes the directory. */
 class PrivateRuntimeDir {
  public:
   PrivateRuntimeDir();

@@ -36,10 +36,10 @@ class LogCapture {
   LogCapture(const LogCapture&) = delete;
   LogCapture& operator=(const LogCapture&) = delete;
 
-  /** The lines since the last take. */
+  /** The lines since the previous call. */
   std::vector<LogLine> take() { return lines().take(); }
 
-  /** The same, waiting for the line that ends them. */
+  /** Waits for the given last line. */
   std::vector<LogLine> takeUntil(const LogLine& last) {
     std::vector<LogLine> taken;
     waitUntil("the last line", [&] {
@@ -66,7 +66,7 @@ class LogCapture {
     std::vector<LogLine> lines_;
   };
 
-  /** Threads may log while the process exits. */
+  /** Never destroyed: threads may log while the process exits. */
   static Lines& lines() {
     static Lines& lines = *new Lines;
     return lines;

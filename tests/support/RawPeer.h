@@ -33,7 +33,7 @@ inline std::string socketOf(const std::string& name) {
   return directory / (".process-" + link.substr(0, link.find(':')));
 }
 
-/** The number that the object under a name has in its process. */
+/** The number of the object that is registered under a name. */
 inline uint64_t numberOf(const std::string& name) {
   const std::filesystem::path directory = std::getenv("BINDER_RUNTIME_DIR");
   const std::string link = std::filesystem::read_symlink(directory / name);
@@ -48,7 +48,7 @@ class RawSlots {
   RawSlots() = default;
   explicit RawSlots(android::transport::SharedSlots slots) : slots_(std::move(slots)) {}
 
-  /** Puts the bytes into a slot, and those that don't fit into the socket. */
+  /** Puts the bytes into a slot, and sends the rest over the socket. */
   bool send(int socket, const std::string& bytes) {
     if (!await(socket, [this] { return slots_.out().isEmpty(); })) return false;
     size_t sent = std::min(bytes.size(), SharedSlot::kCapacity);
@@ -74,7 +74,7 @@ class RawSlots {
 
   template <class Condition>
   static bool await(int socket, Condition condition) {
-    for (int left = kPatienceMs; left > 0; --left) {
+    for (int left = kTimeoutMs; left > 0; --left) {
       pollfd end{socket, POLLRDHUP, 0};
       const bool isEnd = ::poll(&end, 1, 0) > 0;
       if (condition()) return true;
@@ -95,8 +95,8 @@ class RawPeer {
     address.sun_family = AF_UNIX;
     std::strcpy(address.sun_path, socketPath.c_str());
     EXPECT_EQ(::connect(fd_.get(), reinterpret_cast<sockaddr*>(&address), sizeof(address)), 0);
-    const timeval patience = {kPatienceMs / 1000, 0};
-    ::setsockopt(fd_.get(), SOL_SOCKET, SO_RCVTIMEO, &patience, sizeof(patience));
+    const timeval timeout = {kTimeoutMs / 1000, 0};
+    ::setsockopt(fd_.get(), SOL_SOCKET, SO_RCVTIMEO, &timeout, sizeof(timeout));
   }
 
   void send(const void* bytes, size_t size) {
@@ -109,7 +109,7 @@ class RawPeer {
     greetWith(kind, memory.get());
   }
   void greetWith(android::transport::ConnectionKind kind, int memory) {
-    // A process that refuses the connection may have closed it before.
+    // The result is ignored: a process that refuses the connection may have closed it before.
     android::transport::sendHello(fd_.get(), {.kind = kind, .process = kStranger}, memory);
   }
   void sendFrame(android::transport::FrameHeader header, std::span<const uint8_t> body = {}) {

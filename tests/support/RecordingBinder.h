@@ -15,7 +15,8 @@ inline std::string bytesOf(const android::Parcel& parcel) {
   return {reinterpret_cast<const char*>(parcel.data()), parcel.dataSize()};
 }
 
-/** The remote side of a proxy: records requests and gives one answer to all. For one thread. */
+/** The remote side of a proxy. Records requests and sends the same reply to all. Not
+ * thread-safe. */
 class RecordingBinder : public android::BBinder {
  public:
   struct Request {
@@ -24,7 +25,7 @@ class RecordingBinder : public android::BBinder {
     std::string bytes;
   };
 
-  /** The only request since the last take; none if there was none or more than one. */
+  /** The only request since the previous call; empty if there was none or more than one. */
   std::optional<Request> take() {
     const std::vector<Request> taken = std::move(requests_);
     requests_.clear();

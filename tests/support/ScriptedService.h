@@ -14,15 +14,15 @@
 
 namespace vesk::test {
 
-/** A RecordingBinder with transactions that set its answer and take its requests. */
+/** A RecordingBinder with transactions that set its reply and take its requests. */
 class ScriptedBinder : public RecordingBinder {
  public:
   enum Code : uint32_t {
-    /** int32 status and the bytes of the answer in. */
+    /** In: int32 status, the bytes of the reply. */
     kSetAnswer = LAST_CALL_TRANSACTION + 1,
-    /** Code, flags and bytes of take(); nothing if that gives none. */
+    /** Out: code, flags and bytes of take(); nothing if that is empty. */
     kTakeRequest,
-    /** Has the next request end the process. */
+    /** The next request kills the process. */
     kDie,
   };
 
@@ -56,7 +56,7 @@ class ScriptedBinder : public RecordingBinder {
   bool dies_ = false;
 };
 
-/** Serves the name args[0]. */
+/** Registers a ScriptedBinder under args[0]. */
 CHILD_ROLE(scriptedService) {
   const android::sp<ScriptedBinder> service = new ScriptedBinder;
   const android::String16 name(args.at(0).c_str());
@@ -67,14 +67,14 @@ CHILD_ROLE(scriptedService) {
   return 0;
 }
 
-/** A service in a process of its own that records requests and gives the test's answer. */
+/** A service in a child process that records requests and replies as the test sets. */
 class ScriptedService {
  public:
   explicit ScriptedService(const char* name)
       : process_("scriptedService", {name}),
         binder_(android::defaultServiceManager()->getService(android::String16(name))) {}
 
-  /** Everything is answered so from now on; with a status other than OK, by that alone. */
+  /** Sets the reply to all further requests; with a status other than OK, only that status. */
   void answer(const Wire& answer, android::status_t status = android::OK) {
     android::Parcel script;
     script.writeInt32(status);
@@ -82,7 +82,7 @@ class ScriptedService {
     control(ScriptedBinder::kSetAnswer, script);
   }
 
-  /** The only request since the last take; none if there was none or more than one. */
+  /** The only request since the previous call; empty if there was none or more than one. */
   std::optional<RecordingBinder::Request> take() {
     android::Parcel taken;
     control(ScriptedBinder::kTakeRequest, {}, &taken);
@@ -92,10 +92,10 @@ class ScriptedService {
     return request;
   }
 
-  /** The next request is the last one: it finds its service dying. */
-  void dieOverNextRequest() { control(ScriptedBinder::kDie, {}); }
+  /** Makes the next request kill the process. */
+  void dieOnNextRequest() { control(ScriptedBinder::kDie, {}); }
 
-  /** Ends the process, or sees that it has ended so. */
+  /** Kills the process, or reaps it if a request has killed it. */
   void kill() { process_.kill(); }
 
  private:

@@ -14,7 +14,7 @@ namespace vesk::test {
 
 inline const Wire kOk = Wire().i32(0);
 
-/** The C functions of one service in front of a ScriptedService; not connected at first. */
+/** Tests the C functions of one service with a ScriptedService. Starts without a connection. */
 class ScriptedTest : public testing::Test {
  protected:
   ScriptedTest(const char* name, const char16_t* descriptor) : name_(name), descriptor_(descriptor) {}
@@ -28,7 +28,7 @@ class ScriptedTest : public testing::Test {
 
   void answer(const Wire& outValues) { service_->answer(Wire(kOk).append(outValues)); }
 
-  /** Answers with an exception, and behind it out-values, which may not be read. */
+  /** Replies with an exception, followed by out-values that must not be read. */
   void answerException(const Wire& outValues) {
     service_->answer(Wire().i32(-8).text(u"busy").i32(0).i32(17).append(outValues));
   }
@@ -36,7 +36,7 @@ class ScriptedTest : public testing::Test {
   /** The transaction itself fails. */
   void answerNothing() { service_->answer(Wire(), android::FAILED_TRANSACTION); }
 
-  /** The only request since the last look has to be this one. */
+  /** Expects exactly this request since the previous check. */
   void expectRequest(uint32_t code, const Wire& arguments) {
     const auto request = service_->take();
     ASSERT_TRUE(request.has_value());
@@ -49,8 +49,8 @@ class ScriptedTest : public testing::Test {
     return Wire().text(descriptor_).append(arguments).bytes();
   }
 
-  /** Ends the service, if it runs, and with it a connection with death notification. The lines up
-   * to that of the death, the last step. */
+  /** Kills the service, if it runs, which ends a connection with death notification. Returns the
+   * log lines up to the one that reports the death. */
   std::vector<LogLine> die() {
     if (!service_.has_value()) return {};
     service_->kill();

@@ -11,11 +11,11 @@
 #include "common/Records.h"
 #include "store/Store.h"
 
-/* For tests of the simulated device's services through their interfaces, in this process. */
+/* Helpers for tests of the simulated device's services in this process. */
 
 namespace vesk::test {
 
-/** A store that keeps nothing. */
+/** A store in memory. */
 inline std::shared_ptr<sim::Store> openStore() {
   std::string error;
   std::shared_ptr<sim::Store> store = sim::Store::open("", &error);
@@ -23,7 +23,7 @@ inline std::shared_ptr<sim::Store> openStore() {
   return store;
 }
 
-/** The result of a method, which has to be the last of its parameters. */
+/** Calls a method. Returns its result, which is its last parameter. */
 template <typename Result = int32_t, typename Interface, typename... Params, typename... Args>
 Result ask(Interface& service, android::binder::Status (Interface::*method)(Params...), const Args&... args) {
   Result result{};
@@ -32,7 +32,7 @@ Result ask(Interface& service, android::binder::Status (Interface::*method)(Para
   return result;
 }
 
-/** The record that a method gives, before its result if it has one; zeros if it refuses. */
+/** Calls a method. Returns its record; zeros if the method refuses. */
 template <typename Record, typename Interface, typename... Params, typename... Args>
 Record fetch(Interface& service, android::binder::Status (Interface::*method)(Params...),
              const Args&... args) {

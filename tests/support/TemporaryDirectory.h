@@ -6,7 +6,7 @@
 
 namespace vesk::test {
 
-/** A new directory, which is removed at the end. */
+/** A new directory; the destructor removes it. */
 class TemporaryDirectory {
  public:
   TemporaryDirectory() {

@@ -7,8 +7,7 @@
 
 namespace vesk::test {
 
-/** Builds the bytes of a parcel by hand, so that tests don't take the marshalling's word for
- * them. */
+/** Builds the bytes of a parcel by hand, so that tests are independent of the marshalling code. */
 class Wire {
  public:
   Wire() = default;

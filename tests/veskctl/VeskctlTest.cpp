@@ -147,7 +147,7 @@ TEST(Veskctl, AnswersOfServices) {
   EXPECT_EQ(request->code, 11u);
   EXPECT_EQ(request->bytes,
             Wire().text(u"com.qv.IRelayService").record(std::string("\1\0\0\0\2\0\0\0\3\0\0\0", 12)).bytes());
-  service.dieOverNextRequest();
+  service.dieOnNextRequest();
   expectRows({{"$V call relay 16", 5, "EX_TRANSACTION_FAILED: DEAD_OBJECT\n"}});
   service.kill();
 
