@@ -230,11 +230,11 @@ bool hasSocket(uint64_t process) { return ::access(pathOf(kSocketPrefix + hex(pr
 bool isListening(uint64_t process) {
   sockaddr_un address;
   if (!socketAddress(process, &address)) return false;
-  static LogThrottle complaint;
+  static LogThrottle throttle;
   const int error = probe(address);
   const bool isLiving = error == 0 || error == EAGAIN;
   const bool isDead = error == ECONNREFUSED || error == ENOENT;
-  if (complaint.shouldLog(isLiving || isDead ? 0 : error)) {
+  if (throttle.shouldLog(isLiving || isDead ? 0 : error)) {
     __android_log_print(ANDROID_LOG_ERROR, kTag, "can't look for a process at %s: %s", address.sun_path,
                         std::strerror(error));
   }
@@ -277,10 +277,10 @@ status_t publish(const std::string& name, const Address& address, const std::fun
 
 std::optional<Address> lookUp(const std::string& name) {
   // A process that can write there can register any name.
-  static LogThrottle complaint;
+  static LogThrottle throttle;
   std::string fault;
   const int error = faultOfDirectory(&fault);
-  if (complaint.shouldLog(error)) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
+  if (throttle.shouldLog(error)) __android_log_print(ANDROID_LOG_ERROR, kTag, "%s", fault.c_str());
   if (error != 0) return std::nullopt;
 
   char text[64];

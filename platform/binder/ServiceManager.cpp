@@ -22,7 +22,7 @@ namespace runtime_dir = transport::runtime_dir;
 using std::chrono::milliseconds;
 
 constexpr size_t kMaxNameSize = 127;
-constexpr milliseconds kDefaultPatience(5000);
+constexpr milliseconds kDefaultLookUpTime(5000);
 /** The time between two look-ups of an absent service. */
 constexpr milliseconds kPause(10);
 
@@ -35,19 +35,20 @@ std::string fileNameOf(const String16& name) {
   return fits && std::none_of(result.begin(), result.end(), isForbidden) ? result : std::string();
 }
 
-milliseconds patience() {
+milliseconds lookUpTime() {
   const char* text = std::getenv("BINDER_LOOKUP_MS");
-  if (text == nullptr) return kDefaultPatience;
+  if (text == nullptr) return kDefaultLookUpTime;
   const char* const end = text + std::strlen(text);
   int value = 0;
   const auto result = std::from_chars(text, end, value);
-  return result.ec == std::errc() && result.ptr == end && value >= 0 ? milliseconds(value) : kDefaultPatience;
+  return result.ec == std::errc() && result.ptr == end && value >= 0 ? milliseconds(value)
+                                                                     : kDefaultLookUpTime;
 }
 
 class ServiceManager : public IServiceManager {
  public:
   sp<IBinder> getService(const String16& name) const override {
-    const auto deadline = std::chrono::steady_clock::now() + patience();
+    const auto deadline = std::chrono::steady_clock::now() + lookUpTime();
     for (;;) {
       if (sp<IBinder> service = checkService(name); service != nullptr) return service;
       if (std::chrono::steady_clock::now() >= deadline) return nullptr;

@@ -66,7 +66,7 @@ enum class Kind {
   kRecord,
   kInts,
   kCount,
-  kRoom,
+  kCapacity,
   kSize,
   kOut,
   kOutInt,
@@ -231,7 +231,7 @@ struct ApiRow {
       if (kind == Kind::kInt && &kind != &kinds.front() && (&kind)[-1] == Kind::kInts) {
         kind = Kind::kCount;
       } else if (kind == Kind::kInt && isDone) {
-        kind = Kind::kRoom;
+        kind = Kind::kCapacity;
       } else {
         const bool fits = !isDone && (kind == *in || (kind == Kind::kInt && *in == Kind::kBool) ||
                                       (kind == Kind::kText && *in == Kind::kRecord));
@@ -240,7 +240,7 @@ struct ApiRow {
       }
     }
     // The buffer size is also an argument of the method.
-    if (std::ranges::count(method, Kind::kOutText) > 0 && std::ranges::count(kinds, Kind::kRoom) == 0) {
+    if (std::ranges::count(method, Kind::kOutText) > 0 && std::ranges::count(kinds, Kind::kCapacity) == 0) {
       *std::ranges::find(kinds, Kind::kInt) = Kind::kSize;
     }
     return in == method.end() || *in >= Kind::kOut;
