@@ -20,7 +20,7 @@ struct IfNotConnected {
   int value;
 };
 
-/** The value of the out-argument before the call. A failed call between processes leaves it. */
+/** The initial value of the out-argument, and so the result if a remote call fails. */
 struct IfFailed {
   int value;
 };
@@ -41,7 +41,7 @@ struct IntArray {
   }
 };
 
-/** The usual rule for a record as an out-argument: accepted at exactly `size` bytes. */
+/** The usual rule for a fetched record: copied if its size is exactly `size`. */
 struct ExactSize {
   void* bytes;
   size_t size;
@@ -103,10 +103,11 @@ class ClientSlot {
 
 /**
  * The current client of a service, and the steps that all of its C functions share. Each C function
- * calls one member with a method of the proxy, its arguments and its failure values. The member
- * keeps a reference to the proxy during the call and ignores the Status: the out-values decide the
- * result. All members may be called from any thread. They are not inlined, so that they are
- * compiled once for each parameter list.
+ * passes one member a method of the proxy, the arguments of the call and the values to return on
+ * failure. The member holds a strong reference to the proxy during the call. It ignores the Status:
+ * a failed call leaves the out-values at their initial values. All members may be called from any
+ * thread. Those that make the call are not inlined, so that they are compiled once for each
+ * parameter list.
  */
 template <class Client>
 class ClientApi : public ClientSlot {
@@ -115,7 +116,7 @@ class ClientApi : public ClientSlot {
   template <class... Parameters>
   using Method = android::binder::Status (Interface::*)(Parameters...);
 
-  /** The one object of the process. It is never destroyed, since calls and events may still use it
+  /** The singleton. It is never destroyed, since calls and events may still use it
    * while the process exits; only its client is released then. */
   static ClientApi& instance() {
     static ClientApi& api = *new ClientApi;

@@ -32,8 +32,9 @@ extern "C" {
 typedef struct vesk_call_info {
   int32_t line;   /**< the line of the call */
   int32_t chan;   /**< the channel of the call */
-  char name[256]; /**< the name of the other party, ends with a zero */
-  /** The number of the other party, ends with a zero. Further fields of the device may follow. */
+  char name[256]; /**< the other party's name, zero-terminated */
+  /** The other party's number, zero-terminated. The device may store further fields in the bytes
+   * after the zero. */
   char number[96];
 } vesk_call_info;
 static_assert(sizeof(vesk_call_info) == VESK_CALL_INFO_SIZE, "call information record");
@@ -42,14 +43,14 @@ static_assert(sizeof(vesk_call_info) == VESK_CALL_INFO_SIZE, "call information r
 typedef struct vesk_auto_redial_info {
   int32_t maxtimes;     /**< the maximum number of attempts */
   int32_t interval;     /**< the time between two attempts, in the service's unit */
-  char dialNumber[512]; /**< ends with a zero */
+  char dialNumber[512]; /**< zero-terminated */
   int32_t currenttimes; /**< the number of attempts so far */
 } vesk_auto_redial_info;
 static_assert(sizeof(vesk_auto_redial_info) == VESK_AUTO_REDIAL_INFO_SIZE, "automatic redial record");
 
 /** A call that can be completed. */
 typedef struct vesk_call_completion_info {
-  char dialNumber[512]; /**< ends with a zero */
+  char dialNumber[512]; /**< zero-terminated */
   int32_t line;         /**< the line of the call */
 } vesk_call_completion_info;
 static_assert(sizeof(vesk_call_completion_info) == VESK_CALL_COMPLETION_INFO_SIZE, "call completion record");
@@ -71,7 +72,7 @@ typedef void (*vesk_call_notice_callback)(void);
 /** The event of a key. */
 typedef void (*vesk_call_keycode_callback)(int code, int status);
 
-/** An event with a text, cut to 127 bytes if it is longer, if need be inside a character. */
+/** An event with a text, truncated to 127 bytes, possibly in the middle of a character. */
 typedef void (*vesk_call_text_callback)(const char* text);
 
 /** An event with a vesk_auto_redial_info. */
@@ -83,17 +84,17 @@ typedef void (*vesk_call_completion_info_callback)(void* completion_info, bool f
 /**
  * Connects to the call service and registers for its events.
  *
- * If the service is absent, waits as long as the service manager does, about five seconds, and then
- * fails. May be called again at any time. A successful call replaces the connection and all
+ * If the service is not registered, blocks for the service manager's timeout of about five seconds
+ * and fails. May be called again at any time. A successful call replaces the connection and all
  * callbacks. A failed one leaves the call service without a connection, even if there was one
  * before.
  *
  * The death of a replaced connection is not reported. The service does not learn that a connection
  * was replaced: if it keeps the earlier listeners, it sends each event once for every connect.
  *
- * Every callback may be null; such an event is logged and dropped. Until connect returns, events go
- * to the callbacks of the previous connect, if there was one. An event whose record has the wrong
- * size is dropped, in most cases with a line in the log.
+ * Every callback may be null; such an event is logged and dropped. While connect runs, events may
+ * still go to the callbacks of the previous connect, or be dropped if there was none. An event whose record
+ * has the wrong size is dropped, in most cases with a line in the log.
  *
  * @param on_dial_call_start              dialling has started
  * @param on_dial_call_stop               dialling has stopped
@@ -201,7 +202,7 @@ VESK_API int binder_edial_change_line(int value);
 /** Places a call in edial mode. */
 VESK_API int binder_edial_make_call(void);
 
-/** Reports the number being dialled, as far as it has been entered. */
+/** Sends the digits that have been entered so far. */
 VESK_API void binder_dial_number_update_request(const char* number);
 
 /** Sends a selection for dialling. */
@@ -224,10 +225,10 @@ VESK_API void binder_redial_call(void);
 /** Requests automatic redial. */
 VESK_API void binder_call_auto_redial(void);
 
-/** Acts as the soft key "call" of automatic redial. */
+/** Presses the soft key "call" of automatic redial. */
 VESK_API void binder_auto_redial_make_call(void);
 
-/** Acts as the soft key "cancel" of automatic redial. */
+/** Presses the soft key "cancel" of automatic redial. */
 VESK_API void binder_auto_redial_cancel(void);
 
 /** Requests call completion. */
@@ -256,7 +257,7 @@ VESK_API void binder_video_snapshot(int value);
 /** Returns the number of snapshots. */
 VESK_API int binder_get_snapshot_nums(int value);
 
-/** Requests the data of a snapshot. The service's answer is dropped. */
+/** Requests the data of a snapshot. The reply is discarded. */
 VESK_API void binder_snapshot_data_request(int value);
 
 /**

@@ -22,8 +22,8 @@ namespace android::transport {
 
 /**
  * A connection that carries frames between a caller and a server thread, one at a time. A frame
- * goes through a shared slot, and what doesn't fit follows over the socket. The end of the socket
- * is that of the channel. After an error the channel can't be used again.
+ * goes through a shared slot, and what doesn't fit follows over the socket. The channel ends
+ * with its socket. After an error the channel can't be used again.
  *
  * One thread at a time uses a channel. retire() may be called from any thread.
  */
@@ -34,23 +34,23 @@ class Channel {
   Channel(const Channel&) = delete;
   Channel& operator=(const Channel&) = delete;
 
-  /** Has the reactor watch for the end, once and before anything else; `onEnd` is called by it
-   * then. */
+  /** Registers the socket with the reactor, which calls `onEnd` when the peer closes it. To be called
+   * once, before any other method. */
   status_t watchEnd(Reactor* reactor, std::function<void()> onEnd = {});
 
   /**
-   * Sends a frame; `data` may be null, the sizes in `header` are filled in. DEAD_OBJECT if the
-   * other side is gone, WOULD_BLOCK if it has not taken the frame before by the deadline,
-   * FAILED_TRANSACTION for other errors. After a request, and after a reply without objects, wait
-   * for the next frame.
+   * Sends a frame with the sizes of `data`, which may be null, and `objects`. DEAD_OBJECT if the peer
+   * is gone, WOULD_BLOCK if it has not taken the previous frame by the deadline, FAILED_TRANSACTION
+   * for other errors. The call may have entered the SpinLimiter: after a request, and after a reply
+   * without objects, wait for the next frame.
    */
   status_t send(FrameHeader header, const Parcel* data = nullptr,
                 const std::vector<ObjectEntry>& objects = {}, const Deadline& deadline = {});
 
   /**
    * Waits for a frame. Its objects are left in objects(). DEAD_OBJECT at the end of the connection,
-   * WOULD_BLOCK at the deadline, FAILED_TRANSACTION if the frame is not valid or there is no memory
-   * for it.
+   * WOULD_BLOCK at the deadline, FAILED_TRANSACTION if the frame is not valid, without memory for
+   * its data, and for other errors.
    */
   status_t receive(FrameHeader* header, Parcel* data, const Deadline& deadline = {});
 
@@ -58,18 +58,18 @@ class Channel {
    * channel was retired. */
   status_t awaitRequest();
 
-  /** Serving side: ends awaitRequest(), unless there is a request. False if no thread waits
-   * there. */
+  /** Serving side: makes awaitRequest() return DEAD_OBJECT unless a request is pending. False if no
+   * thread is in awaitRequest(). */
   bool retire();
   /** Serving side: the number of requests so far. */
   uint32_t requests() const { return state_->requests.load(std::memory_order_relaxed); }
 
-  /** True if the other side is known to be gone. */
+  /** True once the reactor has noticed that the peer is gone. */
   bool hasEnded() const { return state_->stage.load(std::memory_order_relaxed) == kEnded; }
 
-  /** True until the other side has taken the last frame; for ever if the channel ends before. */
+  /** True while the peer has not taken the last frame. Stays true if the channel ends before. */
   bool hasUntaken() { return !state_->slots.out().isEmpty(); }
-  /** Waits until the other side has taken the last frame; false if the channel ends before. */
+  /** Waits until the peer has taken the last frame; false if the channel ends before. */
   bool awaitTaken() { return !hasUntaken() || awaitRoom({}) == OK; }
 
   /** The objects of the frame received last. */
@@ -82,8 +82,7 @@ class Channel {
 
   enum Stage : uint32_t { kOpen, kRetired, kEnded };
 
-  /** Shared with the reactor, which alone notices the end of the connection while all threads sleep
-   * at the slots. */
+  /** Shared with the reactor, since threads that sleep on a slot's futex don't see the socket close. */
   struct State {
     explicit State(SharedSlots s) : slots(std::move(s)) {}
 
@@ -101,7 +100,8 @@ class Channel {
   void expectFrame(const FrameHeader& sent, bool isOtherAwake);
   void endSpin();
   void spin();
-  /** Sleep until there is a frame, or room for one. DEAD_OBJECT from stage `last` on. */
+  /** Sleep until there is a frame, or room for one. awaitFrame() returns DEAD_OBJECT once the stage
+   * is `last` or later. */
   status_t awaitFrame(const Deadline& deadline, Stage last = kEnded);
   status_t awaitRoom(const Deadline& deadline);
   status_t unpack(FrameHeader* header, Parcel* data);

@@ -30,7 +30,7 @@ namespace android::transport::runtime_dir {
 namespace {
 
 constexpr char kTag[] = "binder";
-/** Begin with a dot, since names of services never do. */
+/** Service names never begin with a dot, so these can't collide with them. */
 constexpr char kSocketPrefix[] = ".process-";
 constexpr char kUnreadySocketPrefix[] = ".unready-";
 constexpr char kLockName[] = ".lock";
@@ -165,8 +165,9 @@ int faultOfDirectory(std::string* fault) {
 status_t statusOfFault(int error) { return error == ENOENT ? -error : PERMISSION_DENIED; }
 
 /**
- * Removes the files of killed processes. A socket without a listener belongs to a dead process. A
- * temporary socket or link does if no other process has the lock.
+ * Removes the sockets and temporary files of killed processes. A socket without a listener belongs
+ * to a dead process. A temporary file is stale while this process has the lock, since its creator
+ * would have it.
  */
 void sweep(const NamesLock& lock) {
   forEachEntry([&](const std::string& name) {
@@ -257,7 +258,7 @@ status_t publish(const std::string& name, const Address& address, const std::fun
   const NamesLock lock;
   // Random, since the lock may not be held.
   const std::string link = pathOf(kNewLinkPrefix + hex(randomNumber()));
-  // After the wait for the lock, which may time out.
+  // Taken after the lock of names, whose timeout must not delay the other threads of this process.
   static std::mutex& mutex = *new std::mutex;
   const std::lock_guard publishing(mutex);
   for (int tries = kPublishTries; tries > 0; --tries) {
@@ -276,7 +277,7 @@ status_t publish(const std::string& name, const Address& address, const std::fun
 }
 
 std::optional<Address> lookUp(const std::string& name) {
-  // A process that can write there can register any name.
+  // Names are forged easily if another user can write to the directory.
   static LogThrottle throttle;
   std::string fault;
   const int error = faultOfDirectory(&fault);

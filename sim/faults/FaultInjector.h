@@ -37,7 +37,7 @@ struct Fault {
  */
 const vesk::interfaces::Interface* eventsOf(const vesk::interfaces::Interface& service);
 
-/** A proxy between a service and its callers, which applies faults to the calls. Thread-safe,
+/** Wraps a service and injects faults into its transactions. Thread-safe,
  * except for die() and registerService(), which one thread calls. */
 class FaultInjector : public android::BBinder {
  public:
@@ -77,7 +77,7 @@ class FaultInjector : public android::BBinder {
 
  private:
   /**
-   * Counts a call against the first fault of the kind for the method or event; false without one.
+   * Consumes one use of the first fault of the kind for the method or event; false without one.
    */
   bool take(Fault::Kind kind, const Method& target, Fault* taken);
   bool takeLocked(Fault::Kind kind, const Method& target, Fault* taken);

@@ -29,10 +29,11 @@ struct Snapshot {
 };
 
 /**
- * The model of the call service: a telephone with lines, channels and remote parties. The methods
- * of the service, which docs/simulated-device.md describes, forward to those with the same names.
- * Channel 0 stands for the current call, line 0 for the first registered line. Each event goes to
- * the sink, in order, during the method that causes it; the sink must not call this object. Time
+ * The model of the call service: a telephone with lines, channels and remote parties. Each
+ * method of the service, described in docs/simulated-device.md, forwards to the method of the same
+ * name. Channel 0 stands for the current call, line 0 for the first registered line. Each event goes
+ * to the sink, in order, during the method or the advanceTo() that causes it; the sink must not call
+ * this object. Time
  * passes only in advanceTo(). Not thread-safe.
  */
 class Phone {
@@ -48,7 +49,7 @@ class Phone {
   static constexpr int32_t kHeadsetKey = 226;
   static constexpr int32_t kAutoRedialTimes = 5;
   static constexpr int32_t kAutoRedialSeconds = 5;
-  /** From dialling to the first ring, or to the failure of the call. */
+  /** The call setup time: from dialling to ringing or failure. */
   static constexpr Time kSetupTime{500};
   /** The time after which an unanswered call ends. */
   static constexpr Time kRingLimit{30'000};

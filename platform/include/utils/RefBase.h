@@ -15,7 +15,7 @@ namespace android {
 
 // Base of every object that is held through sp and wp. Derive with plain or virtual inheritance.
 //
-// The last strong reference deletes the object. An object that never had one is deleted by its
+// Releasing the last strong reference deletes the object. An object that never had one is deleted by its
 // creator. All functions may be called from any thread; a hook runs on the thread that takes or
 // drops the reference.
 class RefBase {
@@ -57,7 +57,7 @@ class RefBase {
     RefBase* const base_;
   };
 
-  // The counters, with a weak reference added that the caller drops with decWeak.
+  // Adds a weak reference, which the caller drops with decWeak, and returns the counters.
   weakref_type* createWeak(const void* id) const;
   // The counters, without a reference.
   weakref_type* getWeakRefs() const { return refs_; }
@@ -69,7 +69,7 @@ class RefBase {
   RefBase();
   virtual ~RefBase();
 
-  // Runs once, after the first strong reference was taken, so never within a constructor.
+  // Runs once, after the first strong reference is taken. Don't take one in a constructor.
   virtual void onFirstRef();
   // Runs after the last strong reference was dropped. The object is deleted next.
   virtual void onLastStrongRef(const void* id);
