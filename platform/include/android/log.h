@@ -83,7 +83,7 @@ void __android_log_set_logger(__android_logger_function logger);
  */
 void __android_log_stderr_logger(const struct __android_log_message* log_message);
 
-/** Whether a message would reach the logger. `default_prio` is the minimum if none is set. */
+/** True if a message would reach the logger. `default_prio` is the minimum if none is set. */
 int __android_log_is_loggable(int prio, const char* tag, int default_prio);
 
 /**
