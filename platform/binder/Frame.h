@@ -13,7 +13,7 @@
  * the holder sends Releases.
  *
  * With the Hello of a channel comes the descriptor of its SharedSlots. Frames go through them: a
- * FrameHeader, the parcel's data, and an ObjectEntry for each binder in it; the part that doesn't
+ * FrameHeader, the parcel's data, and an ObjectEntry for each binder in it; the rest that doesn't
  * fit into a slot follows over the socket. The caller sends a request or an acquire, and the server
  * answers it with a reply. A reply that holds binders is followed by a claimed frame: until then
  * its sender holds them.

@@ -15,7 +15,7 @@
 
 namespace sim {
 
-/** The part of Dispatcher that does not depend on the type of the listeners. */
+/** The base of Dispatcher, independent of the type of the listeners. */
 class DispatcherBase {
  public:
   /** More than any burst of events. The queue of a listener that hangs takes some megabytes. */

@@ -157,7 +157,7 @@ constexpr FaultRow kRows[] = {
     {kService, "sendmsg", EINTR, 3, OK, true, ""},
     {kService, "recvmsg", EINTR, 3, OK, true, ""},
     {kService, "accept4", EINTR, 3, OK, true, ""},
-    // The part of a frame that does not fit into a slot.
+    // The rest of a frame that does not fit into a slot.
     {kCaller, "sendmsg", ENOMEM, kAlways, FAILED_TRANSACTION, false, "Cannot allocate memory"},
     {kCaller, "recvmsg", ENOMEM, kAlways, FAILED_TRANSACTION, true, "Cannot allocate memory"},
     {kService, "sendmsg", ENOMEM, kAlways, DEAD_OBJECT, true, "Cannot allocate memory"},

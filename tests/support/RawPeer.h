@@ -61,7 +61,7 @@ class RawSlots {
     }
     return true;
   }
-  /** The part of a frame in a slot; empty at the end of the connection. */
+  /** The bytes of a frame in a slot; empty at the end of the connection. */
   std::string receive(int socket) {
     if (!await(socket, [this] { return slots_.in().isFull(); })) return "";
     const std::string bytes(reinterpret_cast<char*>(slots_.in().bytes()), slots_.in().size());

@@ -56,7 +56,7 @@ struct Interface {
   std::string serviceName() const;
   /** "com.qv.ICallService" */
   std::string descriptor() const;
-  /** For a listener, the part of the short name before the hyphen: "call". */
+  /** For a listener, the short name up to the hyphen: "call". */
   std::string topic() const;
 
   /** Null if there is no such method. */
